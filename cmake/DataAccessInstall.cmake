@@ -1,0 +1,22 @@
+# Installs the libraries, their headers and the package that find_package(DataAccess) finds.
+
+include(CMakePackageConfigHelpers)
+
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/DataAccess")
+
+install(TARGETS DataAccess QorEntity Cables PD LB
+    EXPORT DataAccessTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/" "${PROJECT_BINARY_DIR}/generated/"
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/DataAccess
+    FILES_MATCHING PATTERN "*.h")
+install(EXPORT DataAccessTargets NAMESPACE DataAccess:: DESTINATION ${package_dir})
+
+configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/DataAccessConfig.cmake.in"
+    "${PROJECT_BINARY_DIR}/DataAccessConfig.cmake" INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/DataAccessConfigVersion.cmake"
+    COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/DataAccessConfig.cmake" "${PROJECT_BINARY_DIR}/DataAccessConfigVersion.cmake"
+    DESTINATION ${package_dir})

@@ -1,0 +1,40 @@
+# The settings that every target of the project shares, and the one way to declare a library of it.
+
+include(GenerateExportHeader)
+
+add_library(dataaccess_build_settings INTERFACE)
+target_compile_definitions(dataaccess_build_settings INTERFACE
+    QT_NO_KEYWORDS
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_URL_CAST_FROM_STRING
+    QT_DEPRECATED_WARNINGS
+    QT_DISABLE_DEPRECATED_BEFORE=0x050F00
+    QT_MESSAGELOGCONTEXT)
+target_compile_options(dataaccess_build_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wcast-align -Wunused -Wformat=2
+    $<$<BOOL:${DATAACCESS_WARNINGS_AS_ERRORS}>:-Werror>)
+if(DATAACCESS_SANITIZE)
+    target_compile_options(dataaccess_build_settings INTERFACE
+        -fsanitize=${DATAACCESS_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(dataaccess_build_settings INTERFACE -fsanitize=${DATAACCESS_SANITIZE})
+endif()
+
+# dataaccess_add_library(NAME PREFIX FOLDER): a shared library NAME whose export macro is PREFIX_EXPORT, declared by the
+# generated header FOLDER/NAMEExport.h (include paths start at src/).
+function(dataaccess_add_library name prefix folder)
+    add_library(${name} SHARED)
+    add_library(DataAccess::${name} ALIAS ${name})
+    set(header "${PROJECT_BINARY_DIR}/generated/${folder}/${name}Export.h")
+    generate_export_header(${name} BASE_NAME ${prefix} EXPORT_FILE_NAME "${header}")
+    target_include_directories(${name} PUBLIC
+        $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>
+        $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/generated>
+        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/DataAccess>)
+    target_compile_features(${name} PUBLIC cxx_std_17)
+    target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:dataaccess_build_settings>)
+    set_target_properties(${name} PROPERTIES
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR})
+endfunction()

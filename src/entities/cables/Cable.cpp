@@ -1,0 +1,277 @@
+#include "entities/cables/Cable.h"
+
+#include "entities/cables/Children.h"
+#include "entities/cables/Fingerprint.h"
+#include "entities/cables/IOwner.h"
+#include "entities/cables/IPhase.h"
+#include "entities/cables/IRating.h"
+#include "entities/cables/IRoute.h"
+#include "entities/cables/ISegment.h"
+#include "entities/cables/ISegmentDetail.h"
+#include "entities/cables/ISegmentType.h"
+#include "entities/cables/IStation.h"
+#include "entities/cables/ISwitchgear.h"
+#include "entities/cables/ITermination.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Cables::Entities {
+
+namespace {
+
+bool isJoint(const Interfaces::ISegmentDetail& detail)
+{
+    const std::shared_ptr<Interfaces::ISegmentType> type = detail.Type();
+    return type && type->IsJoint();
+}
+
+/// The known velocities of the cable sections.
+std::vector<double> sectionVelocities(const std::vector<std::shared_ptr<Interfaces::IPhase>>& phases)
+{
+    std::vector<double> velocities;
+    for (const std::shared_ptr<Interfaces::IPhase>& phase : phases) {
+        for (const std::shared_ptr<Interfaces::ISegment>& segment : phase->Segments()) {
+            const std::shared_ptr<Interfaces::ISegmentDetail> detail = segment->Detail();
+            if (detail && !isJoint(*detail) && std::isfinite(detail->Velocity()) && detail->Velocity() > 0)
+                velocities.push_back(detail->Velocity());
+        }
+    }
+    return velocities;
+}
+
+} // namespace
+
+Interfaces::ICable::~ICable() = default;
+
+Cable::~Cable() = default;
+
+void Cable::SetStationAId(const QUuid& id)
+{
+    assignReferenceId(m_stationA, id);
+}
+
+std::shared_ptr<Interfaces::IStation> Cable::StationA() const
+{
+    return m_stationA.object();
+}
+
+void Cable::SetStationA(std::shared_ptr<Interfaces::IStation> station)
+{
+    assignReferenceObject(m_stationA, std::move(station));
+}
+
+void Cable::SetStationBId(const QUuid& id)
+{
+    assignReferenceId(m_stationB, id);
+}
+
+std::shared_ptr<Interfaces::IStation> Cable::StationB() const
+{
+    return m_stationB.object();
+}
+
+void Cable::SetStationB(std::shared_ptr<Interfaces::IStation> station)
+{
+    assignReferenceObject(m_stationB, std::move(station));
+}
+
+void Cable::SetTerminationAId(const QUuid& id)
+{
+    assignReferenceId(m_terminationA, id);
+}
+
+std::shared_ptr<Interfaces::ITermination> Cable::TerminationA() const
+{
+    return m_terminationA.object();
+}
+
+void Cable::SetTerminationA(std::shared_ptr<Interfaces::ITermination> termination)
+{
+    assignReferenceObject(m_terminationA, std::move(termination));
+}
+
+void Cable::SetTerminationBId(const QUuid& id)
+{
+    assignReferenceId(m_terminationB, id);
+}
+
+std::shared_ptr<Interfaces::ITermination> Cable::TerminationB() const
+{
+    return m_terminationB.object();
+}
+
+void Cable::SetTerminationB(std::shared_ptr<Interfaces::ITermination> termination)
+{
+    assignReferenceObject(m_terminationB, std::move(termination));
+}
+
+void Cable::SetSwitchgearAId(const QUuid& id)
+{
+    assignReferenceId(m_switchgearA, id);
+}
+
+std::shared_ptr<Interfaces::ISwitchgear> Cable::SwitchGearA() const
+{
+    return m_switchgearA.object();
+}
+
+void Cable::SetSwitchgearA(std::shared_ptr<Interfaces::ISwitchgear> switchgear)
+{
+    assignReferenceObject(m_switchgearA, std::move(switchgear));
+}
+
+void Cable::SetSwitchgearBId(const QUuid& id)
+{
+    assignReferenceId(m_switchgearB, id);
+}
+
+std::shared_ptr<Interfaces::ISwitchgear> Cable::SwitchGearB() const
+{
+    return m_switchgearB.object();
+}
+
+void Cable::SetSwitchgearB(std::shared_ptr<Interfaces::ISwitchgear> switchgear)
+{
+    assignReferenceObject(m_switchgearB, std::move(switchgear));
+}
+
+void Cable::SetRouteId(const QUuid& id)
+{
+    assignReferenceId(m_route, id);
+}
+
+std::shared_ptr<Interfaces::IRoute> Cable::Route() const
+{
+    return m_route.object();
+}
+
+void Cable::SetRoute(std::shared_ptr<Interfaces::IRoute> route)
+{
+    if (route)
+        adopt(*route);
+    assignReferenceObject(m_route, std::move(route));
+}
+
+void Cable::SetOwnerId(const QUuid& id)
+{
+    assignReferenceId(m_owner, id);
+}
+
+std::shared_ptr<Interfaces::IOwner> Cable::Owner() const
+{
+    return m_owner.object();
+}
+
+void Cable::SetOwner(std::shared_ptr<Interfaces::IOwner> owner)
+{
+    assignReferenceObject(m_owner, std::move(owner));
+}
+
+std::shared_ptr<Interfaces::IRating> Cable::Rating() const
+{
+    return m_rating;
+}
+
+void Cable::SetRating(std::shared_ptr<Interfaces::IRating> rating)
+{
+    assignUnstored(m_rating, std::move(rating));
+}
+
+void Cable::SetPhases(std::vector<std::shared_ptr<Interfaces::IPhase>>& phases)
+{
+    std::vector<std::shared_ptr<Interfaces::IPhase>> children = distinctChildren(phases);
+    for (const std::shared_ptr<Interfaces::IPhase>& phase : children)
+        adopt(*phase);
+    assignUnstored(m_phases, std::move(children));
+}
+
+void Cable::AddPhase(std::shared_ptr<Interfaces::IPhase> phase)
+{
+    if (!addChild(m_phases, phase))
+        return;
+    adopt(*phase);
+    notify();
+}
+
+void Cable::RemovePhase(std::shared_ptr<Interfaces::IPhase> phase)
+{
+    if (removeChild(m_phases, phase))
+        notify();
+}
+
+template <typename Child>
+void Cable::adopt(Child& child)
+{
+    if (const std::shared_ptr<Cable> self = weak_from_this().lock())
+        child.SetCable(self);
+    else
+        child.SetCableId(Id());
+}
+
+int Cable::NrOfJoint() const
+{
+    std::ptrdiff_t joints = 0;
+    for (const std::shared_ptr<Interfaces::IPhase>& phase : m_phases) {
+        const auto& segments = phase->Segments();
+        const auto count = std::count_if(segments.begin(), segments.end(), [](const auto& segment) {
+            const std::shared_ptr<Interfaces::ISegmentDetail> detail = segment->Detail();
+            return detail && isJoint(*detail);
+        });
+        joints = std::max(joints, count);
+    }
+    return static_cast<int>(joints);
+}
+
+double Cable::MinVelocity() const
+{
+    const std::vector<double> velocities = sectionVelocities(m_phases);
+    const auto lowest = std::min_element(velocities.begin(), velocities.end());
+    return lowest == velocities.end() ? std::numeric_limits<double>::quiet_NaN() : *lowest;
+}
+
+double Cable::MaxVelocity() const
+{
+    const std::vector<double> velocities = sectionVelocities(m_phases);
+    const auto highest = std::max_element(velocities.begin(), velocities.end());
+    return highest == velocities.end() ? std::numeric_limits<double>::quiet_NaN() : *highest;
+}
+
+unsigned int Cable::segmentIdFingerprint() const
+{
+    Fingerprint fingerprint;
+    for (const std::shared_ptr<Interfaces::IPhase>& phase : m_phases) {
+        for (const std::shared_ptr<Interfaces::ISegment>& segment : phase->Segments())
+            fingerprint.add(segment->Id().toRfc4122());
+    }
+    return fingerprint.value();
+}
+
+QJsonObject Cable::toJson() const
+{
+    QJsonObject json = NetworkEntity::toJson();
+    json.insert(QLatin1String("number"), toJsonValue(m_number));
+    json.insert(QLatin1String("voltage"), toJsonValue(m_voltage));
+    json.insert(QLatin1String("installationDate"), toJsonValue(m_installationDate));
+    json.insert(QLatin1String("diagnosticStatus"), static_cast<int>(m_diagnosticStatus));
+    json.insert(QLatin1String("city"), toJsonValue(m_city));
+    json.insert(QLatin1String("type"), static_cast<int>(m_type));
+    json.insert(QLatin1String("cableStatus"), m_cableStatus);
+    json.insert(QLatin1String("comment"), toJsonValue(m_comment));
+    json.insert(QLatin1String("length"), toJsonValue(m_length));
+    json.insert(QLatin1String("importance"), m_importance);
+    json.insert(QLatin1String("qrCode"), toJsonValue(m_qrCode));
+    json.insert(QLatin1String("ratingMeasureID"), toJsonValue(m_ratingMeasureId));
+    json.insert(QLatin1String("stationAId"), toJsonValue(m_stationA.id()));
+    json.insert(QLatin1String("stationBId"), toJsonValue(m_stationB.id()));
+    json.insert(QLatin1String("terminationAId"), toJsonValue(m_terminationA.id()));
+    json.insert(QLatin1String("terminationBId"), toJsonValue(m_terminationB.id()));
+    json.insert(QLatin1String("switchgearAId"), toJsonValue(m_switchgearA.id()));
+    json.insert(QLatin1String("switchgearBId"), toJsonValue(m_switchgearB.id()));
+    json.insert(QLatin1String("routeId"), toJsonValue(m_route.id()));
+    json.insert(QLatin1String("ownerId"), toJsonValue(m_owner.id()));
+    json.insert(QLatin1String("phases"), childIds(m_phases));
+    return json;
+}
+
+} // namespace Cables::Entities

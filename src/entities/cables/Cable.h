@@ -1,0 +1,124 @@
+#pragma once
+
+#include "entities/cables/ICable.h"
+#include "entities/cables/NetworkEntity.h"
+#include "entities/cables/Reference.h"
+
+#include <limits>
+
+namespace Cables::Entities {
+
+/**
+ * Cable with all that belongs to it; table `ce_cable`. Its phases and its route can refer to it as an object only if a
+ * shared pointer owns it. They do not keep it alive: dropping the last reference to a cable frees the whole network
+ * that only it refers to.
+ */
+class CABLES_EXPORT Cable : public NetworkEntity<Interfaces::ICable>, public std::enable_shared_from_this<Cable>
+{
+public:
+    ~Cable() override;
+
+    const QString& Number() const override { return m_number; }
+    void SetNumber(const QString& number) override { assign(m_number, number); }
+    double Voltage() const override { return m_voltage; }
+    void SetVoltage(const double& voltage) override { assign(m_voltage, voltage); }
+    QDate InstallationDate() const override { return m_installationDate; }
+    void SetInstallationDate(const QDate& date) override { assign(m_installationDate, date); }
+    Enumerations::DiagnosticStatus DiagnosticStatus() const override { return m_diagnosticStatus; }
+    void SetDiagnosticStatus(const Enumerations::DiagnosticStatus& status) override
+    {
+        assign(m_diagnosticStatus, status);
+    }
+    const QString& City() const override { return m_city; }
+    void SetCity(const QString& city) override { assign(m_city, city); }
+    Enumerations::CableType Type() const override { return m_type; }
+    void SetType(const Enumerations::CableType& type) override { assign(m_type, type); }
+    int CableStatus() const override { return m_cableStatus; }
+    void SetCableStatus(const int& status) override { assign(m_cableStatus, status); }
+    const QString& Comment() const override { return m_comment; }
+    void SetComment(const QString& comment) override { assign(m_comment, comment); }
+    double Length() const override { return m_length; }
+    void SetLength(double length) override { assign(m_length, length); }
+    int Importance() const override { return m_importance; }
+    void SetImportance(int importance) override { assign(m_importance, importance); }
+    const QByteArray& QrCode() const override { return m_qrCode; }
+    void SetQrCode(const QByteArray& code) override { assignUnstored(m_qrCode, code); }
+    const QString& ratingMeasureID() const override { return m_ratingMeasureId; }
+    void SetRatingMeasureID(const QString& id) override { assignUnstored(m_ratingMeasureId, id); }
+
+    const QUuid& StationAId() const override { return m_stationA.id(); }
+    void SetStationAId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::IStation> StationA() const override;
+    void SetStationA(std::shared_ptr<Interfaces::IStation> station) override;
+    const QUuid& StationBId() const override { return m_stationB.id(); }
+    void SetStationBId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::IStation> StationB() const override;
+    void SetStationB(std::shared_ptr<Interfaces::IStation> station) override;
+    const QUuid& TerminationAId() const override { return m_terminationA.id(); }
+    void SetTerminationAId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::ITermination> TerminationA() const override;
+    void SetTerminationA(std::shared_ptr<Interfaces::ITermination> termination) override;
+    const QUuid& TerminationBId() const override { return m_terminationB.id(); }
+    void SetTerminationBId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::ITermination> TerminationB() const override;
+    void SetTerminationB(std::shared_ptr<Interfaces::ITermination> termination) override;
+    const QUuid& SwitchgearAId() const override { return m_switchgearA.id(); }
+    void SetSwitchgearAId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::ISwitchgear> SwitchGearA() const override;
+    void SetSwitchgearA(std::shared_ptr<Interfaces::ISwitchgear> switchgear) override;
+    const QUuid& SwitchgearBId() const override { return m_switchgearB.id(); }
+    void SetSwitchgearBId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::ISwitchgear> SwitchGearB() const override;
+    void SetSwitchgearB(std::shared_ptr<Interfaces::ISwitchgear> switchgear) override;
+    const QUuid& RouteId() const override { return m_route.id(); }
+    void SetRouteId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::IRoute> Route() const override;
+    void SetRoute(std::shared_ptr<Interfaces::IRoute> route) override;
+    const QUuid& OwnerId() const override { return m_owner.id(); }
+    void SetOwnerId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::IOwner> Owner() const override;
+    void SetOwner(std::shared_ptr<Interfaces::IOwner> owner) override;
+    std::shared_ptr<Interfaces::IRating> Rating() const override;
+    void SetRating(std::shared_ptr<Interfaces::IRating> rating) override;
+
+    const std::vector<std::shared_ptr<Interfaces::IPhase>>& Phases() const override { return m_phases; }
+    void SetPhases(std::vector<std::shared_ptr<Interfaces::IPhase>>& phases) override;
+    void AddPhase(std::shared_ptr<Interfaces::IPhase> phase) override;
+    void RemovePhase(std::shared_ptr<Interfaces::IPhase> phase) override;
+
+    int NrOfJoint() const override;
+    double MinVelocity() const override;
+    double MaxVelocity() const override;
+    unsigned int segmentIdFingerprint() const override;
+
+    QJsonObject toJson() const override;
+
+private:
+    template <typename Child>
+    void adopt(Child& child);
+
+    OwningReference<Interfaces::IStation> m_stationA;
+    OwningReference<Interfaces::IStation> m_stationB;
+    OwningReference<Interfaces::ITermination> m_terminationA;
+    OwningReference<Interfaces::ITermination> m_terminationB;
+    OwningReference<Interfaces::ISwitchgear> m_switchgearA;
+    OwningReference<Interfaces::ISwitchgear> m_switchgearB;
+    OwningReference<Interfaces::IRoute> m_route;
+    OwningReference<Interfaces::IOwner> m_owner;
+    std::shared_ptr<Interfaces::IRating> m_rating;
+    std::vector<std::shared_ptr<Interfaces::IPhase>> m_phases;
+    QString m_number;
+    QString m_city;
+    QString m_comment;
+    QString m_ratingMeasureId;
+    QByteArray m_qrCode;
+    QDate m_installationDate;
+    double m_voltage = std::numeric_limits<double>::quiet_NaN();
+    double m_length = std::numeric_limits<double>::quiet_NaN();
+    Enumerations::DiagnosticStatus m_diagnosticStatus = Enumerations::NotDiagnosed;
+    Enumerations::CableType m_type = Enumerations::UnspecifiedCable;
+    int m_cableStatus = 0;
+    int m_importance = 0;
+};
+
+} // namespace Cables::Entities

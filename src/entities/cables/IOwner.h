@@ -1,0 +1,14 @@
+#pragma once
+
+#include "entities/cables/INamedEntity.h"
+
+namespace Cables::Entities::Interfaces {
+
+/// Who owns a cable.
+class CABLES_EXPORT IOwner : public INamedEntity
+{
+public:
+    ~IOwner() override;
+};
+
+} // namespace Cables::Entities::Interfaces

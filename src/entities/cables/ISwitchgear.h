@@ -1,0 +1,14 @@
+#pragma once
+
+#include "entities/cables/INamedEntity.h"
+
+namespace Cables::Entities::Interfaces {
+
+/// Kind of switchgear at one end of a cable.
+class CABLES_EXPORT ISwitchgear : public INamedEntity
+{
+public:
+    ~ISwitchgear() override;
+};
+
+} // namespace Cables::Entities::Interfaces

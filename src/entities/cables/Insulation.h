@@ -1,0 +1,25 @@
+#pragma once
+
+#include "entities/cables/IInsulation.h"
+#include "entities/cables/NamedEntity.h"
+
+#include <limits>
+
+namespace Cables::Entities {
+
+/// Insulation material; table `ce_insulation`.
+class CABLES_EXPORT Insulation : public NamedEntity<Interfaces::IInsulation>
+{
+public:
+    ~Insulation() override;
+
+    double Velocity() const override { return m_velocity; }
+    void SetVelocity(const double& velocity) override { assign(m_velocity, velocity); }
+
+    QJsonObject toJson() const override;
+
+private:
+    double m_velocity = std::numeric_limits<double>::quiet_NaN();
+};
+
+} // namespace Cables::Entities

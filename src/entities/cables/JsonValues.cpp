@@ -1,0 +1,61 @@
+#include "entities/cables/JsonValues.h"
+
+#include "entities/qor/Entity.h"
+
+#include <QBuffer>
+
+#include <cmath>
+
+namespace Cables::Entities {
+
+QJsonValue toJsonValue(double value)
+{
+    return std::isfinite(value) ? QJsonValue(value) : QJsonValue();
+}
+
+QJsonValue toJsonValue(const QString& text)
+{
+    return text.isNull() ? QJsonValue() : QJsonValue(text);
+}
+
+QJsonValue toJsonValue(const QUuid& id)
+{
+    return id.isNull() ? QJsonValue() : QJsonValue(id.toString());
+}
+
+QJsonValue toJsonValue(const QDate& date)
+{
+    return date.isValid() ? QJsonValue(date.toString(Qt::ISODate)) : QJsonValue();
+}
+
+QJsonValue toJsonValue(const QDateTime& time)
+{
+    return time.isValid() ? QJsonValue(time.toUTC().toString(Qt::ISODateWithMs)) : QJsonValue();
+}
+
+QJsonValue toJsonValue(const QByteArray& bytes)
+{
+    return bytes.isNull() ? QJsonValue() : QJsonValue(QString::fromLatin1(bytes.toBase64()));
+}
+
+QJsonValue toJsonValue(const QImage& image)
+{
+    if (image.isNull())
+        return {};
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    return image.save(&buffer, "PNG") ? toJsonValue(png) : QJsonValue();
+}
+
+QJsonObject entityToJson(const QOR::Entities::Entity& entity)
+{
+    QJsonObject json;
+    json.insert(QLatin1String("id"), toJsonValue(entity.Id()));
+    json.insert(QLatin1String("timestamp"), toJsonValue(entity.Timestamp()));
+    json.insert(QLatin1String("deleted"), entity.EntityState() == QOR::Entities::Enumerations::Deleted);
+    json.insert(QLatin1String("snap"), entity.EntityState() == QOR::Entities::Enumerations::Snapshot);
+    return json;
+}
+
+} // namespace Cables::Entities

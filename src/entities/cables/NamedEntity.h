@@ -1,0 +1,32 @@
+#pragma once
+
+#include "entities/cables/NetworkEntity.h"
+
+#include <QString>
+
+namespace Cables::Entities {
+
+/// An entity of the cable network that has a name.
+template <typename Interface>
+class CABLES_EXPORT NamedEntity : public NetworkEntity<Interface>
+{
+public:
+    const QString& Name() const override { return m_name; }
+    void SetName(const QString& name) override { this->assign(m_name, name); }
+
+    QJsonObject toJson() const override
+    {
+        QJsonObject json = NetworkEntity<Interface>::toJson();
+        json.insert(QLatin1String("name"), toJsonValue(m_name));
+        return json;
+    }
+
+protected:
+    NamedEntity() = default;
+    NamedEntity(const NamedEntity&) = default;
+
+private:
+    QString m_name;
+};
+
+} // namespace Cables::Entities

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "entities/cables/ISegment.h"
+#include "entities/cables/NamedEntity.h"
+#include "entities/cables/Reference.h"
+
+#include <limits>
+
+namespace Cables::Entities {
+
+/// Piece of a phase; table `ce_segment`.
+class CABLES_EXPORT Segment : public NamedEntity<Interfaces::ISegment>
+{
+public:
+    ~Segment() override;
+
+    unsigned int Index() const override { return m_index; }
+    void SetIndex(const unsigned int& index) override { assign(m_index, index); }
+    double Length() const override { return m_length; }
+    void SetLength(double length) override { assign(m_length, length); }
+    QDate InstallationDate() const override { return m_installationDate; }
+    void SetInstallationDate(const QDate& date) override { assign(m_installationDate, date); }
+    const QUuid& PhaseId() const override { return m_phase.id(); }
+    void SetPhaseId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::IPhase> Phase() const override;
+    void SetPhase(std::shared_ptr<Interfaces::IPhase> phase) override;
+    const QUuid& DetailId() const override { return m_detail.id(); }
+    void SetDetailId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::ISegmentDetail> Detail() const override;
+    void SetDetail(std::shared_ptr<Interfaces::ISegmentDetail> detail) override;
+
+    QJsonObject toJson() const override;
+
+private:
+    ParentReference<Interfaces::IPhase> m_phase;
+    OwningReference<Interfaces::ISegmentDetail> m_detail;
+    QDate m_installationDate;
+    double m_length = std::numeric_limits<double>::quiet_NaN();
+    unsigned int m_index = 0;
+};
+
+} // namespace Cables::Entities

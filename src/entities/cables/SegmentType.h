@@ -1,0 +1,23 @@
+#pragma once
+
+#include "entities/cables/ISegmentType.h"
+#include "entities/cables/NamedEntity.h"
+
+namespace Cables::Entities {
+
+/// Kind of segment; table `ce_segmenttype`.
+class CABLES_EXPORT SegmentType : public NamedEntity<Interfaces::ISegmentType>
+{
+public:
+    ~SegmentType() override;
+
+    bool IsJoint() const override { return m_isJoint; }
+    void SetIsJoint(const bool& isJoint) override { assign(m_isJoint, isJoint); }
+
+    QJsonObject toJson() const override;
+
+private:
+    bool m_isJoint = false;
+};
+
+} // namespace Cables::Entities

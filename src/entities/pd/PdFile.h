@@ -1,0 +1,35 @@
+#pragma once
+
+#include "entities/cables/Reference.h"
+#include "entities/pd/IPdFile.h"
+#include "entities/pd/PDExport.h"
+#include "entities/pd/PdEntity.h"
+
+namespace PD::Entities {
+
+/// Measurement file attached to a report; table `pd_file`.
+class PD_EXPORT PdFile : public PdEntity<Interfaces::IPdFile>
+{
+public:
+    const QString& Name() const override { return m_name; }
+    void SetName(const QString& name) override { assign(m_name, name); }
+    const QByteArray& File() const override { return m_file; }
+    void SetFile(const QByteArray& content) override { assign(m_file, content); }
+    const QByteArray& Hash() const override { return m_hash; }
+    void SetHash(const QByteArray& hash) override { assign(m_hash, hash); }
+
+    const QUuid& ReportId() const override { return m_report.id(); }
+    void SetReportId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::IPdReport> Report() const override { return m_report.object(); }
+    void SetReport(const std::shared_ptr<Interfaces::IPdReport>& report) override;
+
+    QJsonObject toJson() const override;
+
+private:
+    QString m_name;
+    QByteArray m_file;
+    QByteArray m_hash;
+    Cables::Entities::ParentReference<Interfaces::IPdReport> m_report;
+};
+
+} // namespace PD::Entities

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "entities/cables/Reference.h"
+#include "entities/pd/IPdReport.h"
+#include "entities/pd/PDExport.h"
+#include "entities/pd/PdEntity.h"
+
+namespace PD::Entities {
+
+namespace Interfaces {
+class IPdReportPart;
+}
+
+/**
+ * One evaluation report of a task; tables `pd_report` and, for the filter, `pd_filter`. Its files can refer to it as an
+ * object only if a shared pointer owns it; they do not keep it alive.
+ */
+class PD_EXPORT PdReport : public PdEntity<Interfaces::IPdReport>, public std::enable_shared_from_this<PdReport>
+{
+public:
+    const QUuid& TaskId() const override { return m_task.id(); }
+    void SetTaskId(const QUuid& id) override;
+    std::shared_ptr<Interfaces::IPdTask> Task() const override { return m_task.object(); }
+    void SetTask(const std::shared_ptr<Interfaces::IPdTask>& task) override;
+
+    const QDateTime& CreationTimestamp() const override { return m_creationTimestamp; }
+    void SetCreationTimestamp(const QDateTime& timestamp) override { assign(m_creationTimestamp, timestamp); }
+    int Flags() const override { return m_flags; }
+    void SetFlags(const int& flags) override { assign(m_flags, flags); }
+    const QString& Recommentation() const override { return m_recommentation; }
+    void SetRecommentation(const QString& recommendation) override { assign(m_recommentation, recommendation); }
+    const QHash<QString, QString>& Filter() const override { return m_filter; }
+    void SetFilter(const QHash<QString, QString>& filter) override;
+
+    const std::vector<std::shared_ptr<Interfaces::IPdFile>>& Files() const override { return m_files; }
+    void SetFiles(const std::vector<std::shared_ptr<Interfaces::IPdFile>>& files) override;
+    std::shared_ptr<Interfaces::IPdLbDiagram> LbDiagram() const override { return m_lbDiagram; }
+    void SetLbDiagram(const std::shared_ptr<Interfaces::IPdLbDiagram>& diagram) override;
+    std::shared_ptr<Interfaces::IPdSummary> Summary() const override { return m_summary; }
+    void setSummary(const std::shared_ptr<Interfaces::IPdSummary>& summary) override;
+    std::shared_ptr<Interfaces::IPdTaskInfo> TaskInfo() const override { return m_taskInfo; }
+    void setTaskInfo(const std::shared_ptr<Interfaces::IPdTaskInfo>& info) override;
+    const std::vector<std::shared_ptr<Interfaces::IPdIecOverview>>& IecOverview() const override;
+    void setIecOverview(const std::vector<std::shared_ptr<Interfaces::IPdIecOverview>>& overview) override;
+    const std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>>& MappingEvents() const override;
+    void setMappingEvents(const std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>>& events) override;
+
+    QJsonObject toJson() const override;
+
+private:
+    void adopt(Interfaces::IPdFile& file);
+    void adopt(Interfaces::IPdReportPart& part);
+    template <typename T>
+    void assignChild(std::shared_ptr<T>& property, const std::shared_ptr<T>& child);
+    template <typename T>
+    void assignChildren(std::vector<std::shared_ptr<T>>& property, const std::vector<std::shared_ptr<T>>& list);
+
+    Cables::Entities::ParentReference<Interfaces::IPdTask> m_task;
+    QDateTime m_creationTimestamp;
+    QString m_recommentation;
+    QHash<QString, QString> m_filter;
+    std::vector<std::shared_ptr<Interfaces::IPdFile>> m_files;
+    std::shared_ptr<Interfaces::IPdLbDiagram> m_lbDiagram;
+    std::shared_ptr<Interfaces::IPdSummary> m_summary;
+    std::shared_ptr<Interfaces::IPdTaskInfo> m_taskInfo;
+    std::vector<std::shared_ptr<Interfaces::IPdIecOverview>> m_iecOverview;
+    std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>> m_mappingEvents;
+    int m_flags = 0;
+};
+
+} // namespace PD::Entities

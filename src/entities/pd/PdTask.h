@@ -1,0 +1,80 @@
+#pragma once
+
+#include "entities/cables/Reference.h"
+#include "entities/pd/IPdTask.h"
+#include "entities/pd/PDExport.h"
+#include "entities/pd/PdEntity.h"
+
+#include <limits>
+
+namespace PD::Entities {
+
+/**
+ * One partial-discharge test of a cable; table `pd_task`. Its reports can refer to it as an object only if a shared
+ * pointer owns it; they do not keep it alive.
+ */
+class PD_EXPORT PdTask : public PdEntity<Interfaces::IPdTask>, public std::enable_shared_from_this<PdTask>
+{
+public:
+    const QUuid& CableId() const override { return m_cable.id(); }
+    void SetCableId(const QUuid& id) override;
+    std::shared_ptr<Cables::Entities::Interfaces::ICable> Cable() const override { return m_cable.object(); }
+    void SetCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable) override;
+
+    const QUuid& StationId() const override { return m_station.id(); }
+    void SetStationId(const QUuid& id) override;
+    std::shared_ptr<Cables::Entities::Interfaces::IStation> Station() const override { return m_station.object(); }
+    void SetStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station) override;
+
+    std::shared_ptr<Cables::Entities::Interfaces::IRating> Rating() const override { return m_rating; }
+    void SetRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating) override;
+
+    const QDateTime& CreationDate() const override { return m_creationDate; }
+    void SetCreationDate(const QDateTime& date) override { assign(m_creationDate, date); }
+    const QString& Tester() const override { return m_tester; }
+    void SetTester(const QString& tester) override { assign(m_tester, tester); }
+    const QString& Path() const override { return m_path; }
+    void SetPath(const QString& path) override { assign(m_path, path); }
+    const QString& Comment() const override { return m_comment; }
+    void SetComment(const QString& comment) override { assign(m_comment, comment); }
+    const QString& KvtrRecommentations() const override { return m_kvtrRecommentation; }
+    void SetKvtrRecommentation(const QString& recommendation) override { assign(m_kvtrRecommentation, recommendation); }
+
+    QStringList Devices() const override;
+    void SetDevices(const QStringList& devices) override;
+    /// The devices in the text form to store: TextList's, or another text that was read and still stands for the list.
+    const QString& DevicesText() const { return m_devices; }
+    void SetDevicesFromText(const QString& text) { assign(m_devices, text); }
+
+    double MaxVoltage() const override { return m_maxVoltage; }
+    void SetMaxVoltage(const double& voltage) override { assignUnstored(m_maxVoltage, voltage); }
+    double Pdiv() const override { return m_pdiv; }
+    void SetPdiv(const double& voltage) override { assignUnstored(m_pdiv, voltage); }
+    double Pdev() const override { return m_pdev; }
+    void SetPdev(const double& voltage) override { assignUnstored(m_pdev, voltage); }
+
+    const std::vector<std::shared_ptr<Interfaces::IPdReport>>& Reports() const override { return m_reports; }
+    void SetReports(const std::vector<std::shared_ptr<Interfaces::IPdReport>>& reports) override;
+    std::shared_ptr<Interfaces::IPdReport> ReportLatest() const override;
+
+    QJsonObject toJson() const override;
+
+private:
+    void adopt(Interfaces::IPdReport& report);
+
+    Cables::Entities::OwningReference<Cables::Entities::Interfaces::ICable> m_cable;
+    Cables::Entities::OwningReference<Cables::Entities::Interfaces::IStation> m_station;
+    std::shared_ptr<Cables::Entities::Interfaces::IRating> m_rating;
+    QDateTime m_creationDate;
+    QString m_tester;
+    QString m_path;
+    QString m_comment;
+    QString m_devices;
+    QString m_kvtrRecommentation;
+    double m_maxVoltage = std::numeric_limits<double>::quiet_NaN();
+    double m_pdiv = std::numeric_limits<double>::quiet_NaN();
+    double m_pdev = std::numeric_limits<double>::quiet_NaN();
+    std::vector<std::shared_ptr<Interfaces::IPdReport>> m_reports;
+};
+
+} // namespace PD::Entities
