@@ -1,0 +1,23 @@
+#pragma once
+
+#include "database/DataAccessExport.h"
+
+#include <QObject>
+
+namespace DataAccess::Database {
+
+/// A queue that announces insertions. A declaration for applications; the library's own queue does without.
+class DATAACCESS_EXPORT AbstractQueue : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit AbstractQueue(QObject* parent = nullptr);
+    ~AbstractQueue() override;
+
+Q_SIGNALS:
+    /// Something was appended to the queue.
+    void pushed();
+};
+
+} // namespace DataAccess::Database

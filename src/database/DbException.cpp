@@ -1,0 +1,16 @@
+#include "database/DbException.h"
+
+namespace DataAccess::Exceptions {
+
+DbException::DbException(const char* message)
+    : std::runtime_error(message)
+{}
+
+DbException::~DbException() = default;
+
+const char* DbException::what() const noexcept
+{
+    return std::runtime_error::what();
+}
+
+} // namespace DataAccess::Exceptions

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "database/DataAccessExport.h"
+#include "database/ExceptionType.h"
+
+#include <stdexcept>
+
+namespace DataAccess::Exceptions {
+
+/// A failure of the SQL layer; what() is the text of the database driver, in the local 8-bit encoding.
+class DATAACCESS_EXPORT DbException : public std::runtime_error
+{
+public:
+    /// Copies @p message.
+    explicit DbException(const char* message);
+    DbException(const DbException&) = default;
+    DbException& operator=(const DbException&) = default;
+    ~DbException() override;
+
+    const char* what() const noexcept override;
+    virtual Enumerations::ExceptionType type() const = 0;
+};
+
+} // namespace DataAccess::Exceptions

@@ -1,0 +1,42 @@
+#include "database/JobQueue.h"
+
+#include "database/DbWorker.h"
+
+#include <utility>
+
+namespace DataAccess::Database {
+
+JobQueue::JobQueue(DbWorker* worker)
+    : m_worker(worker)
+{}
+
+void JobQueue::push(Job job)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_worker == nullptr)
+        return;
+    m_jobs.push_back(std::move(job));
+    m_worker->scheduleProcessQueue();
+}
+
+bool JobQueue::pop(Job& job)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_jobs.empty())
+        return false;
+    job = std::move(m_jobs.front());
+    m_jobs.pop_front();
+    if (!m_jobs.empty())
+        m_worker->scheduleProcessQueue();
+    return true;
+}
+
+void JobQueue::close()
+{
+    std::deque<Job> dropped;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_worker = nullptr;
+    dropped.swap(m_jobs);
+}
+
+} // namespace DataAccess::Database

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+namespace DataAccess {
+
+Q_DECLARE_LOGGING_CATEGORY(lcDatabase)        // "qor.database"
+Q_DECLARE_LOGGING_CATEGORY(lcDatabaseConfig)  // "qor.database.config"
+Q_DECLARE_LOGGING_CATEGORY(lcMigrationEditor) // "qor.migration.editor"
+Q_DECLARE_LOGGING_CATEGORY(lcMigrationPd)     // "qor.migration.pd"
+Q_DECLARE_LOGGING_CATEGORY(lcMigrationLog)    // "qor.migrationLog"
+
+} // namespace DataAccess

@@ -1,0 +1,7 @@
+#include "database/PostgresValueConverter.h"
+
+namespace DataAccess::Converter {
+
+PostgresValueConverter::~PostgresValueConverter() = default;
+
+} // namespace DataAccess::Converter

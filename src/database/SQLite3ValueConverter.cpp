@@ -1,0 +1,85 @@
+#include "database/SQLite3ValueConverter.h"
+
+#include "database/ExecutionException.h"
+#include "database/SQLiteDateTime.h"
+
+namespace DataAccess::Converter {
+
+using Exceptions::ExecutionException;
+
+namespace {
+
+void requireSize(bool allowed, const char* message)
+{
+    if (!allowed)
+        throw ExecutionException(message);
+}
+
+} // namespace
+
+SQLite3ValueConverter::~SQLite3ValueConverter() = default;
+
+void SQLite3ValueConverter::bindValue(const QString& placeholder, const QDate& value)
+{
+    requireStorable(value);
+    bind(placeholder, Database::SQLiteDateTime::format(value));
+}
+
+void SQLite3ValueConverter::bindValue(const QString& placeholder, const QDateTime& value)
+{
+    requireStorable(value.date());
+    bind(placeholder, Database::SQLiteDateTime::format(value));
+}
+
+QDate SQLite3ValueConverter::toDate(int column) const
+{
+    return Database::SQLiteDateTime::parseDate(toString(column));
+}
+
+QDateTime SQLite3ValueConverter::toDateTime(int column) const
+{
+    return Database::SQLiteDateTime::parse(toString(column), Qt::LocalTime);
+}
+
+QDateTime SQLite3ValueConverter::toUtcDateTime(int column) const
+{
+    return Database::SQLiteDateTime::parse(toString(column), Qt::UTC);
+}
+
+QString SQLite3ValueConverter::type(const Enumerations::DataType& kind, unsigned int size) const
+{
+    switch (kind) {
+    case Enumerations::Integer:
+        requireSize(size == 2 || size == 4 || size == 8, "Invalid Integer Size!");
+        return QStringLiteral("INTEGER");
+    case Enumerations::TimeStamp:
+        requireSize(size == 0, "Invalid TimeStamp Size!");
+        break;
+    case Enumerations::Boolean:
+        requireSize(size == 0, "Invalid Boolean Size!");
+        return QStringLiteral("INTEGER");
+    case Enumerations::Numeric:
+        requireSize(size == 0, "Invalid Numeric Size!");
+        return QStringLiteral("REAL");
+    case Enumerations::Text:
+        requireSize(size == 0, "Invalid Text Size!");
+        break;
+    case Enumerations::Char:
+        requireSize(size != 0, "Invalid Char Size!");
+        break;
+    case Enumerations::VarChar:
+        requireSize(size != 0, "Invalid VarChar Size!");
+        break;
+    case Enumerations::ByteArray:
+        requireSize(size == 0, "Invalid ByteArray Size!");
+        break;
+    case Enumerations::Date:
+        requireSize(size == 0, "Invalid Date Size!");
+        break;
+    default:
+        break;
+    }
+    return QStringLiteral("TEXT");
+}
+
+} // namespace DataAccess::Converter

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+/**
+ * The texts in which SQLite databases hold dates and times: "yyyy-MM-dd" and "yyyy-MM-dd HH:mm:ss.zzz", where the
+ * milliseconds may be missing. Reads what Qt reads with these formats, but the usual texts without its format parser,
+ * which takes longer than everything else in a large load.
+ */
+namespace DataAccess::Database::SQLiteDateTime {
+
+/// The text of a date of the years 1 to 9999; null for an invalid one.
+QString format(const QDate& date);
+/// The text of a date and time as they stand, whatever their time zone; null for an invalid date.
+QString format(const QDateTime& dateTime);
+/// The date in @p text; invalid when there is none.
+QDate parseDate(const QString& text);
+/// The date and time in @p text, taken as @p spec, which is local time or UTC; invalid when there is none.
+QDateTime parse(const QString& text, Qt::TimeSpec spec);
+
+} // namespace DataAccess::Database::SQLiteDateTime

@@ -1,0 +1,140 @@
+#pragma once
+
+#include "database/IDatabase.h"
+#include "database/JobQueue.h"
+#include "database/NotOpenException.h"
+
+#include <chrono>
+#include <cxxabi.h>
+#include <exception>
+#include <functional>
+#include <future>
+#include <memory>
+#include <utility>
+
+namespace DataAccess::Database {
+
+/**
+ * The handle of a job's result. Whoever gets a task from an asynchronous operation owns it, and may delete it before
+ * the job has run: the job runs all the same.
+ */
+template <typename T>
+class Task
+{
+public:
+    explicit Task(std::function<T(Interfaces::IDatabase&)> job)
+        : m_state(std::make_shared<State>(std::move(job)))
+        , m_result(m_state->result.get_future())
+        , m_completion(m_state->completion.get_future())
+    {}
+    Task(Task&&) noexcept = default;
+    Task& operator=(Task&&) noexcept = default;
+    Task(const Task&) = delete;
+    Task& operator=(const Task&) = delete;
+    ~Task() = default;
+
+    /**
+     * Runs the job on @p database and stores its result, or the exception it threw; on the worker. Throws
+     * std::future_error when the task has no state (it was moved from) or has run before.
+     */
+    void operator()(Interfaces::IDatabase& database) { state()->run(database); }
+
+    /**
+     * Waits for the result and takes it; a second call throws std::future_error. Throws what the job threw, and
+     * NotOpenException when the worker ended before the job ran. Must not be called on the worker's thread.
+     */
+    T Result() { return m_result.get(); }
+
+    /// Waits until the job has ended, without taking the result.
+    void Wait() const { m_completion.wait(); }
+
+    /// Whether the job has ended; does not wait.
+    bool IsCompleted() const { return m_completion.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }
+
+    /// Becomes ready when the job has ended: true when a result is stored, false when an exception is.
+    const std::shared_future<bool>& Completion() const { return m_completion; }
+
+    /**
+     * The task as a job of a queue. A job destroyed without having run fulfils the task with NotOpenException. Throws
+     * std::future_error when the task was moved from.
+     */
+    Job toJob() const
+    {
+        return
+            [turn = std::make_shared<Turn>(state())](Interfaces::IDatabase& database) { turn->state->run(database); };
+    }
+
+private:
+    struct State
+    {
+        explicit State(std::function<T(Interfaces::IDatabase&)> work)
+            : job(std::move(work))
+        {}
+
+        void run(Interfaces::IDatabase& database)
+        {
+            if (ended)
+                throw std::future_error(std::future_errc::promise_already_satisfied);
+            ended = true;
+            try {
+                result.set_value(job(database));
+#ifdef __GLIBCXX__
+            } catch (const abi::__forced_unwind&) {
+                fail(
+                    std::make_exception_ptr(Exceptions::NotOpenException("The thread of the database was terminated")));
+                throw; // QThread::terminate(); who keeps that back ends the process.
+#endif
+            } catch (...) {
+                fail(std::current_exception());
+                return;
+            }
+            job = nullptr;
+            completion.set_value(true);
+        }
+
+        void fail(std::exception_ptr reason)
+        {
+            job = nullptr;
+            result.set_exception(std::move(reason));
+            completion.set_value(false);
+        }
+
+        std::function<T(Interfaces::IDatabase&)> job;
+        std::promise<T> result;
+        std::promise<bool> completion;
+        bool ended = false;
+    };
+
+    /// The place of a task in a queue.
+    struct Turn
+    {
+        explicit Turn(std::shared_ptr<State> waiting)
+            : state(std::move(waiting))
+        {}
+        ~Turn()
+        {
+            if (!state->ended) {
+                state->ended = true;
+                state->fail(std::make_exception_ptr(
+                    Exceptions::NotOpenException("The worker of the database ended before the job ran")));
+            }
+        }
+        Turn(const Turn&) = delete;
+        Turn& operator=(const Turn&) = delete;
+
+        std::shared_ptr<State> state;
+    };
+
+    const std::shared_ptr<State>& state() const
+    {
+        if (!m_state)
+            throw std::future_error(std::future_errc::no_state);
+        return m_state;
+    }
+
+    std::shared_ptr<State> m_state;
+    std::future<T> m_result;
+    std::shared_future<bool> m_completion;
+};
+
+} // namespace DataAccess::Database

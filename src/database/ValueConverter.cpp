@@ -1,0 +1,360 @@
+#include "database/ValueConverter.h"
+
+#include "database/ExecutionException.h"
+
+#include <QBuffer>
+#include <QJsonDocument>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace DataAccess {
+
+Interfaces::IValueConverter::~IValueConverter() = default;
+
+namespace Converter {
+
+using Exceptions::ExecutionException;
+
+namespace {
+
+/// Whether every backend gives @p text back as it was.
+bool isStorable(const QString& text)
+{
+    const QChar* const end = text.constEnd();
+    for (const QChar* c = text.constBegin(); c != end; ++c) {
+        if (c->isNull() || c->unicode() >= 0xfffe || c->isLowSurrogate())
+            return false;
+        if (c->isHighSurrogate() && (++c == end || !c->isLowSurrogate()))
+            return false;
+    }
+    return true;
+}
+
+/// The form in which @p text is bound.
+QString stored(const QString& text)
+{
+    if (!isStorable(text))
+        throw ExecutionException("A text with NUL characters, lone surrogates or noncharacters cannot be stored");
+    // A leading byte order mark counts as no part of the text, for SQLite where it is bound and for PostgreSQL's driver
+    // where it is read; a second one does.
+    constexpr QChar byteOrderMark(QChar::ByteOrderMark);
+    return text.startsWith(byteOrderMark) ? byteOrderMark + text : text;
+}
+
+} // namespace
+
+ValueConverter::ValueConverter(QSqlQuery& query)
+    : m_query(query)
+{}
+
+ValueConverter::~ValueConverter() = default;
+
+QSqlQuery& ValueConverter::query()
+{
+    return m_query;
+}
+
+QVariant ValueConverter::read(int column) const
+{
+    return m_query.value(column);
+}
+
+void ValueConverter::bind(const QString& placeholder, const QVariant& value)
+{
+    m_query.bindValue(placeholder, value, QSql::In);
+}
+
+void ValueConverter::requireStorable(const QDate& date)
+{
+    if (date.isValid() && (date.year() < 1 || date.year() > 9999))
+        throw ExecutionException("A date outside the years 1 to 9999 cannot be stored");
+}
+
+void ValueConverter::bindValue(const QString& placeholder, signed char value)
+{
+    bind(placeholder, static_cast<int>(value));
+}
+
+void ValueConverter::bindValue(const QString& placeholder, short value)
+{
+    bind(placeholder, static_cast<int>(value));
+}
+
+void ValueConverter::bindValue(const QString& placeholder, int value)
+{
+    bind(placeholder, value);
+}
+
+void ValueConverter::bindValue(const QString& placeholder, unsigned int value)
+{
+    // Not as an unsigned variant: SQLite's driver would bind that as a signed 32-bit number.
+    bind(placeholder, static_cast<qint64>(value));
+}
+
+void ValueConverter::bindValue(const QString& placeholder, qint64 value)
+{
+    bind(placeholder, value);
+}
+
+void ValueConverter::bindValue(const QString& placeholder, quint64 value)
+{
+    // The backends' integers are signed, and SQLite would make a larger one a floating number.
+    if (value > static_cast<quint64>(std::numeric_limits<qint64>::max()))
+        throw ExecutionException("An integer above 9223372036854775807 cannot be stored");
+    bind(placeholder, static_cast<qint64>(value));
+}
+
+void ValueConverter::bindValue(const QString& placeholder, bool value)
+{
+    bind(placeholder, value);
+}
+
+void ValueConverter::bindValue(const QString& placeholder, double value)
+{
+    bind(placeholder, std::isnan(value) ? QVariant(QVariant::Double) : QVariant(value));
+}
+
+void ValueConverter::bindValue(const QString& placeholder, const QString& value)
+{
+    bind(placeholder, stored(value));
+}
+
+void ValueConverter::bindValue(const QString& placeholder, const QUuid& value)
+{
+    bind(placeholder, value.toString());
+}
+
+void ValueConverter::bindValue(const QString& placeholder, const QByteArray& value)
+{
+    bind(placeholder, value);
+}
+
+void ValueConverter::bindValue(const QString& placeholder, const QDate& value)
+{
+    requireStorable(value);
+    bind(placeholder, value);
+}
+
+void ValueConverter::bindValue(const QString& placeholder, const QDateTime& value)
+{
+    requireStorable(value.date());
+    if (value.isValid() || !value.date().isValid()) {
+        bind(placeholder, value.toString(Qt::ISODateWithMs));
+        return;
+    }
+    // A local time that a change of the clocks left out: Qt does not print it, but it is what was read.
+    QString text = QDateTime(value.date(), value.time(), Qt::UTC).toString(Qt::ISODateWithMs);
+    text.chop(1);
+    bind(placeholder, text);
+}
+
+void ValueConverter::bindValue(const QString& placeholder, const QImage& value)
+{
+    if (value.isNull()) {
+        bind(placeholder, QVariant(QVariant::String));
+        return;
+    }
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QIODevice::WriteOnly) || !value.save(&buffer, "PNG"))
+        throw ExecutionException("The image cannot be saved as PNG");
+    bind(placeholder, QString::fromLatin1(png.toBase64()));
+}
+
+void ValueConverter::bindValue(const QString& placeholder, const QJsonObject& value)
+{
+    bindValue(placeholder, QString::fromUtf8(QJsonDocument(value).toJson(QJsonDocument::Compact)));
+}
+
+void ValueConverter::value(signed char& value, int column) const
+{
+    value = static_cast<signed char>(toInt32(column));
+}
+
+void ValueConverter::value(char& value, int column) const
+{
+    const QString text = toString(column);
+    value = text.isEmpty() ? '\0' : text.front().toLatin1();
+}
+
+void ValueConverter::value(short& value, int column) const
+{
+    value = toInt16(column);
+}
+
+void ValueConverter::value(int& value, int column) const
+{
+    value = toInt32(column);
+}
+
+void ValueConverter::value(qint64& value, int column) const
+{
+    value = toInt64(column);
+}
+
+void ValueConverter::value(bool& value, int column) const
+{
+    value = toBool(column);
+}
+
+void ValueConverter::value(float& value, int column) const
+{
+    value = static_cast<float>(toDouble(column));
+}
+
+void ValueConverter::value(double& value, int column) const
+{
+    value = toDouble(column);
+}
+
+void ValueConverter::value(QString& value, int column) const
+{
+    value = toString(column);
+}
+
+void ValueConverter::value(QByteArray& value, int column) const
+{
+    value = read(column).toByteArray();
+}
+
+void ValueConverter::value(QDate& value, int column) const
+{
+    value = toDate(column);
+}
+
+void ValueConverter::value(QDateTime& value, int column) const
+{
+    value = toDateTime(column);
+}
+
+void ValueConverter::value(QImage& value, int column) const
+{
+    value = toImage(column);
+}
+
+void ValueConverter::value(QJsonObject& value, int column) const
+{
+    value = toJsonObject(column);
+}
+
+bool ValueConverter::toBool(int column) const
+{
+    return read(column).toBool();
+}
+
+qint16 ValueConverter::toInt16(int column) const
+{
+    return static_cast<qint16>(toInt32(column));
+}
+
+qint32 ValueConverter::toInt32(int column) const
+{
+    return read(column).toInt();
+}
+
+qint64 ValueConverter::toInt64(int column) const
+{
+    return read(column).toLongLong();
+}
+
+unsigned int ValueConverter::toUint(int column) const
+{
+    return read(column).toUInt();
+}
+
+double ValueConverter::toDouble(int column) const
+{
+    const QVariant value = read(column);
+    return value.isNull() ? std::numeric_limits<double>::quiet_NaN() : value.toDouble();
+}
+
+QString ValueConverter::toString(int column) const
+{
+    return read(column).toString();
+}
+
+QDate ValueConverter::toDate(int column) const
+{
+    return read(column).toDate();
+}
+
+QDateTime ValueConverter::toDateTime(int column) const
+{
+    return read(column).toDateTime();
+}
+
+QDateTime ValueConverter::toUtcDateTime(int column) const
+{
+    const QDateTime local = toDateTime(column);
+    return local.date().isValid() ? QDateTime(local.date(), local.time(), Qt::UTC) : QDateTime();
+}
+
+int ValueConverter::columnCount() const
+{
+    if (m_columnCount < 0)
+        m_columnCount = m_query.record().count();
+    return m_columnCount;
+}
+
+QImage ValueConverter::toImage(int column) const
+{
+    return QImage::fromData(QByteArray::fromBase64(read(column).toByteArray()));
+}
+
+QJsonObject ValueConverter::toJsonObject(int column) const
+{
+    return QJsonDocument::fromJson(read(column).toByteArray()).object();
+}
+
+void ValueConverter::append(QList<QVariant>& list, int value) const
+{
+    list.append(value);
+}
+
+void ValueConverter::append(QList<QVariant>& list, qint64 value) const
+{
+    list.append(value);
+}
+
+void ValueConverter::append(QList<QVariant>& list, const QString& value) const
+{
+    list.append(stored(value));
+}
+
+void ValueConverter::append(QList<QVariant>& list, const QByteArray& value) const
+{
+    list.append(value);
+}
+
+QString ValueConverter::type(const Enumerations::DataType& kind, unsigned int size) const
+{
+    switch (kind) {
+    case Enumerations::Integer:
+        return size == 2   ? QStringLiteral("SMALLINT")
+               : size == 4 ? QStringLiteral("INTEGER")
+                           : QStringLiteral("BIGINT");
+    case Enumerations::TimeStamp:
+        return QStringLiteral("TIMESTAMP");
+    case Enumerations::Boolean:
+        return QStringLiteral("BOOLEAN");
+    case Enumerations::Numeric:
+        return QStringLiteral("NUMERIC");
+    case Enumerations::Char:
+        return QStringLiteral("CHAR(%1)").arg(size);
+    case Enumerations::VarChar:
+        return QStringLiteral("VARCHAR(%1)").arg(size);
+    case Enumerations::ByteArray:
+        return QStringLiteral("BYTEA");
+    case Enumerations::Date:
+        return QStringLiteral("DATE");
+    default:
+        return QStringLiteral("TEXT");
+    }
+}
+
+} // namespace Converter
+} // namespace DataAccess

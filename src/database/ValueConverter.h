@@ -1,0 +1,83 @@
+#pragma once
+
+#include "database/IValueConverter.h"
+
+namespace DataAccess::Converter {
+
+/// The conversions that all backends share: bytes, dates and times as the driver has them, as PostgreSQL needs it.
+class DATAACCESS_EXPORT ValueConverter : public Interfaces::IValueConverter
+{
+public:
+    /// Keeps a reference to @p query, which must outlive the converter.
+    explicit ValueConverter(QSqlQuery& query);
+    ValueConverter(const ValueConverter&) = default;
+    ValueConverter& operator=(const ValueConverter&) = delete;
+    ~ValueConverter() override;
+
+    void bindValue(const QString& placeholder, signed char value) override;
+    void bindValue(const QString& placeholder, short value) override;
+    void bindValue(const QString& placeholder, int value) override;
+    void bindValue(const QString& placeholder, unsigned int value) override;
+    void bindValue(const QString& placeholder, qint64 value) override;
+    void bindValue(const QString& placeholder, quint64 value) override;
+    void bindValue(const QString& placeholder, bool value) override;
+    void bindValue(const QString& placeholder, double value) override;
+    void bindValue(const QString& placeholder, const QString& value) override;
+    void bindValue(const QString& placeholder, const QUuid& value) override;
+    void bindValue(const QString& placeholder, const QByteArray& value) override;
+    void bindValue(const QString& placeholder, const QDate& value) override;
+    void bindValue(const QString& placeholder, const QDateTime& value) override;
+    void bindValue(const QString& placeholder, const QImage& value) override;
+    void bindValue(const QString& placeholder, const QJsonObject& value) override;
+
+    void value(signed char& value, int column) const override;
+    void value(char& value, int column) const override;
+    void value(short& value, int column) const override;
+    void value(int& value, int column) const override;
+    void value(qint64& value, int column) const override;
+    void value(bool& value, int column) const override;
+    void value(float& value, int column) const override;
+    void value(double& value, int column) const override;
+    void value(QString& value, int column) const override;
+    void value(QByteArray& value, int column) const override;
+    void value(QDate& value, int column) const override;
+    void value(QDateTime& value, int column) const override;
+    void value(QImage& value, int column) const override;
+    void value(QJsonObject& value, int column) const override;
+
+    bool toBool(int column) const override;
+    qint16 toInt16(int column) const override;
+    qint32 toInt32(int column) const override;
+    qint64 toInt64(int column) const override;
+    unsigned int toUint(int column) const override;
+    double toDouble(int column) const override;
+    QString toString(int column) const override;
+    QDate toDate(int column) const override;
+    QDateTime toDateTime(int column) const override;
+    QImage toImage(int column) const override;
+    QJsonObject toJsonObject(int column) const override;
+
+    void append(QList<QVariant>& list, int value) const override;
+    void append(QList<QVariant>& list, qint64 value) const override;
+    void append(QList<QVariant>& list, const QString& value) const override;
+    void append(QList<QVariant>& list, const QByteArray& value) const override;
+
+    QString type(const Enumerations::DataType& kind, unsigned int size) const override;
+    QSqlQuery& query() override;
+    QDateTime toUtcDateTime(int column) const override;
+    int columnCount() const override;
+
+protected:
+    /// The value of @p column in the current row.
+    QVariant read(int column) const;
+    /// Binds @p value as it is.
+    void bind(const QString& placeholder, const QVariant& value);
+    /// Throws ExecutionException when @p date does not come back from a database as it was.
+    static void requireStorable(const QDate& date);
+
+private:
+    QSqlQuery& m_query;
+    mutable int m_columnCount = -1;
+};
+
+} // namespace DataAccess::Converter
