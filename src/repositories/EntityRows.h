@@ -1,0 +1,159 @@
+#pragma once
+
+#include "database/ExecutionException.h"
+#include "database/LoggingCategories.h"
+#include "repositories/EntityMapping.h"
+
+#include <QHash>
+#include <QSqlError>
+#include <QSqlQuery>
+
+#include <memory>
+#include <vector>
+
+/// What the jobs of an entity repository do with the rows of its table.
+namespace DataAccess::Repositories::EntityRows {
+
+/// @p statement with the table's name filled in, if it does not name its table itself.
+inline QString withTable(const QString& statement, const QString& table)
+{
+    return statement.contains(QLatin1String("%1")) ? statement.arg(table) : statement;
+}
+
+/// @p statement with the id filled in, and the table's name if it does not name its table itself.
+inline QString withId(const QString& statement, const QString& table, const QString& idText)
+{
+    return statement.contains(QLatin1String("%2")) ? statement.arg(table, idText) : statement.arg(idText);
+}
+
+/// The connection's query with @p statement prepared. Throws ExecutionException with the driver's text.
+inline QSqlQuery& prepare(Interfaces::IDatabase& db, const QString& statement)
+{
+    QSqlQuery& query = db.Query();
+    if (!query.prepare(statement))
+        throw Exceptions::ExecutionException(query.lastError().text().toLocal8Bit().constData());
+    return query;
+}
+
+/**
+ * Runs the selects that @p statementsFor gives for the database, and makes an entity of each row. A select that fails
+ * gives no rows at all; a value that cannot be converted ends the reading, with a warning, and gives the rows before
+ * it.
+ */
+template <typename T, typename StatementsFor>
+std::vector<std::shared_ptr<T>> read(Interfaces::IDatabase& db, const StatementsFor& statementsFor,
+                                     const EntityMapping<T>& mapping, const Bookkeeping& columns, const char* function)
+{
+    std::vector<std::shared_ptr<T>> rows;
+    bool executed = false;
+    try {
+        for (const QString& statement : statementsFor(db)) {
+            executed = false;
+            QSqlQuery query = db.Exec(statement);
+            executed = true;
+            const auto row = db.Converter(query);
+            while (query.next()) {
+                auto entity = std::make_shared<T>();
+                entity->SetId(mapping.readId(*row));
+                mapping.read(*row, entity);
+                mapping.readBookkeeping(*row, columns, *entity);
+                rows.push_back(std::move(entity));
+            }
+            if (query.lastError().isValid()) {
+                qCWarning(lcDatabase) << function << query.lastError().text();
+                return {};
+            }
+        }
+    } catch (const Exceptions::DbException& error) {
+        if (!executed)
+            return {};
+        qCWarning(lcDatabase) << function << error.what();
+    }
+    try {
+        mapping.readMore(db, rows);
+    } catch (const Exceptions::DbException& error) {
+        qCWarning(lcDatabase) << function << error.what();
+        return {};
+    }
+    return rows;
+}
+
+/// The row that counts among @p rows of one id; null when there is none.
+template <typename T>
+std::shared_ptr<T> single(const std::vector<std::shared_ptr<T>>& rows, const EntityMapping<T>& mapping)
+{
+    std::shared_ptr<T> found;
+    for (const std::shared_ptr<T>& entity : rows) {
+        if (!found || mapping.supersedes(*entity, *found))
+            found = entity;
+    }
+    return found;
+}
+
+/// The row of @p id; null when there is none.
+template <typename T>
+std::shared_ptr<T> readById(Interfaces::IDatabase& db, const QString& table, const QUuid& id,
+                            const EntityMapping<T>& mapping, const char* function)
+{
+    const auto statement = [&](Interfaces::IDatabase& database) {
+        return QStringList(withId(mapping.getById(database), table, mapping.idText(id)));
+    };
+    return single(read(db, statement, mapping, mapping.statements().bookkeeping, function), mapping);
+}
+
+/// @p rows by id, of each id the row that counts.
+template <typename T>
+QHash<QUuid, std::shared_ptr<T>> byId(std::vector<std::shared_ptr<T>> rows, const EntityMapping<T>& mapping)
+{
+    QHash<QUuid, std::shared_ptr<T>> entities;
+    entities.reserve(static_cast<int>(rows.size()));
+    for (std::shared_ptr<T>& entity : rows) {
+        std::shared_ptr<T>& present = entities[entity->Id()];
+        if (!present || mapping.supersedes(*entity, *present))
+            present = std::move(entity);
+    }
+    return entities;
+}
+
+/// Writes @p entities in one transaction. Stops at the first failure, logs it, and then nothing is kept.
+template <typename T>
+bool write(Interfaces::IDatabase& db, Write kind, const QString& table, const std::vector<std::shared_ptr<T>>& entities,
+           const EntityMapping<T>& mapping, const char* function)
+{
+    const Statements& statements = mapping.statements();
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    try {
+        Database::Transaction transaction = db.Transaction();
+        if (!transaction.isOpen())
+            return false;
+        const QString& statement = kind == Write::Insert ? statements.insert : statements.update;
+        // A copy of its own: the mapping may need the connection's query meanwhile.
+        QSqlQuery query = prepare(db, withTable(statement, table));
+        const auto values = db.Converter(query);
+        for (const std::shared_ptr<T>& entity : entities) {
+            if (!entity)
+                continue;
+            if (entity->Id().isNull()) {
+                qCWarning(lcDatabase) << function << "An entity without an id cannot be stored";
+                return false;
+            }
+            mapping.bindBookkeeping(*values, *entity, now);
+            mapping.bind(*values, *entity);
+            if (kind == Write::Update)
+                mapping.bindStored(db, *values, entity);
+            db.Exec(query);
+            mapping.writeMore(db, kind, *entity);
+            entity->SetTimestamp(now);
+            mapping.written(entity);
+            if (entity->EntityState() != QOR::Entities::Enumerations::Deleted &&
+                entity->EntityState() != QOR::Entities::Enumerations::Snapshot)
+                entity->SetEntityState(QOR::Entities::Enumerations::Normal);
+        }
+        return transaction.commit();
+    } catch (const Exceptions::DbException& error) {
+        qCWarning(lcDatabase) << function << error.what();
+        return false;
+    }
+}
+
+} // namespace DataAccess::Repositories::EntityRows

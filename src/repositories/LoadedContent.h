@@ -1,0 +1,55 @@
+#pragma once
+
+#include "database/IDatabase.h"
+
+#include <QHash>
+#include <QVariant>
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+
+namespace DataAccess::Repositories {
+
+/**
+ * Which objects have had their content, the column too heavy to be read each time. The update of another one must keep
+ * what is stored, unless it brings content of its own. Does not keep the objects alive. Used on the worker's thread.
+ */
+template <typename T>
+class LoadedContent
+{
+public:
+    void add(const std::shared_ptr<T>& object)
+    {
+        m_objects.insert(object.get(), object);
+        if (m_objects.size() < m_cleanAt)
+            return;
+        for (auto entry = m_objects.begin(); entry != m_objects.end();)
+            entry = entry->expired() ? m_objects.erase(entry) : std::next(entry);
+        m_cleanAt = std::max(1024, 2 * m_objects.size());
+    }
+
+    bool contains(const std::shared_ptr<T>& object) const { return m_objects.value(object.get()).lock() == object; }
+
+    /// Runs @p select, which finds the row that the current transaction is to update, and lets nobody else change it.
+    static QSqlQuery selectForUpdate(Interfaces::IDatabase& db, const QString& select)
+    {
+        // SQLite has the whole file locked from the first read of a transaction on.
+        return db.Exec(db.Config()->Type() == Enumerations::Postgres ? select + QLatin1String(" FOR UPDATE") : select);
+    }
+
+    /// Binds @p stored, as the driver read it, so that the row keeps it.
+    static void bindStored(Interfaces::IValueConverter& values, const QString& placeholder, const QVariant& stored)
+    {
+        if (stored.type() == QVariant::ByteArray)
+            values.bindValue(placeholder, stored.toByteArray());
+        else
+            values.bindValue(placeholder, stored.toString());
+    }
+
+private:
+    QHash<const T*, std::weak_ptr<T>> m_objects;
+    int m_cleanAt = 1024;
+};
+
+} // namespace DataAccess::Repositories

@@ -1,0 +1,196 @@
+#pragma once
+
+#include "entities/qor/EntityState.h"
+#include "repositories/ICachedRepository.h"
+
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+#include <utility>
+
+namespace DataAccess::Repositories {
+
+/// Warns that @p function, a query of a cache, finds another kind of repository behind the cache than it asks.
+DATAACCESS_EXPORT void warnOfUnsuitableRepository(const char* function);
+
+/**
+ * Keeps the entities that pass through the synchronous operations of a repository. All readers share the objects: what
+ * one changes in an entity the others see, though it is not stored.
+ *
+ * The synchronous operations may be called from any thread but the worker's; they run one after the other, each under
+ * the lock for its whole run. An observer of an entity must therefore not call the cache back. One that throws leaves
+ * the cache as it was; Reload() leaves it empty then. The asynchronous operations go straight to the repository and
+ * leave the cache alone: after writing that way, call Reload() or Wipe().
+ *
+ * The repository is shared. Without one, reads find nothing, writes are false, and the asynchronous operations throw
+ * std::invalid_argument.
+ */
+template <typename T>
+class DATAACCESS_EXPORT RepositoryCache : public Interfaces::ICachedRepository<T>
+{
+public:
+    using IRepository = Interfaces::IRepository<T>;
+    using Entities = typename IRepository::Entities;
+    using EntityList = typename IRepository::EntityList;
+    template <typename Result>
+    using Task = Database::Task<Result>;
+
+    explicit RepositoryCache(const std::shared_ptr<IRepository>& repository)
+        : m_repository(repository)
+    {}
+    RepositoryCache(const RepositoryCache&) = delete;
+    RepositoryCache& operator=(const RepositoryCache&) = delete;
+    ~RepositoryCache() override = default;
+
+    /// What is cached. Only when that is nothing the table is read. An id that was not found has a null entity.
+    Entities GetAll() override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_cache.isEmpty() && m_repository)
+            m_cache = m_repository->GetAll();
+        return m_cache;
+    }
+
+    /// The entity of @p id; that there is none is remembered too.
+    std::shared_ptr<T> GetById(QUuid id) override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const auto known = m_cache.constFind(id);
+        if (known != m_cache.constEnd())
+            return *known;
+        if (!m_repository)
+            return nullptr;
+        const std::shared_ptr<T> entity = m_repository->GetById(id);
+        m_cache.insert(id, entity);
+        return entity;
+    }
+
+    bool Insert(EntityList entities) override
+    {
+        return write(&IRepository::Insert, entities, [this](const std::shared_ptr<T>& entity) { cache(entity); });
+    }
+
+    bool Update(EntityList entities) override
+    {
+        return write(&IRepository::Update, entities, [this](const std::shared_ptr<T>& entity) { cache(entity); });
+    }
+
+    /// Marks rows deleted; the entities stay in the cache, and are Deleted there.
+    bool Delete(EntityList entities) override
+    {
+        return write(&IRepository::Delete, entities, [this](const std::shared_ptr<T>& entity) {
+            entity->SetEntityState(QOR::Entities::Enumerations::Deleted);
+            cache(entity);
+        });
+    }
+
+    bool Remove(EntityList entities) override
+    {
+        return write(&IRepository::Remove, entities, [this](const std::shared_ptr<T>& entity) { remove(entity); });
+    }
+
+    /// The number of rows of the table, not of what is cached.
+    unsigned int Count() override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_repository ? m_repository->Count() : 0;
+    }
+
+    void Reload() override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_cache.clear();
+        if (m_repository)
+            m_cache = m_repository->GetAll();
+    }
+
+    void Wipe() override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_cache.clear();
+    }
+
+    Task<Entities>* GetAllAsync() override { return repository().GetAllAsync(); }
+    Task<std::shared_ptr<T>>* GetByIdAsync(QUuid id) override { return repository().GetByIdAsync(id); }
+    Task<bool>* InsertAsync(EntityList entities) override { return repository().InsertAsync(std::move(entities)); }
+    Task<bool>* UpdateAsync(EntityList entities) override { return repository().UpdateAsync(std::move(entities)); }
+    Task<bool>* DeleteAsync(EntityList entities) override { return repository().DeleteAsync(std::move(entities)); }
+    Task<bool>* RemoveAsync(EntityList entities) override { return repository().RemoveAsync(std::move(entities)); }
+    Task<unsigned int>* CountAsync() override { return repository().CountAsync(); }
+
+protected:
+    // These three are for what ask() and searchOrAsk() call, which hold the lock.
+
+    /// Puts @p entity into the cache, in place of another of its id.
+    void cache(const std::shared_ptr<T>& entity) { m_cache.insert(entity->Id(), entity); }
+    /// Whether the cache has an entry for the id of @p entity.
+    bool cached(const std::shared_ptr<T>& entity) const { return m_cache.contains(entity->Id()); }
+    /// Takes the entry for the id of @p entity out of the cache.
+    void remove(const std::shared_ptr<T>& entity) { m_cache.remove(entity->Id()); }
+
+    /**
+     * Calls @p query with the repository, and caches what it returns. When the repository is not a @p Concrete, logs a
+     * warning on behalf of @p function and returns nothing.
+     */
+    template <typename Concrete, typename Query>
+    Entities ask(const Query& query, const char* function)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return askLocked<Concrete>(query, function);
+    }
+
+    /// The cached entities that @p matches accepts; if there is none, what ask() gives.
+    template <typename Concrete, typename Matches, typename Query>
+    Entities searchOrAsk(const Matches& matches, const Query& query, const char* function)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        Entities found;
+        for (auto entry = m_cache.constBegin(); entry != m_cache.constEnd(); ++entry) {
+            if (*entry && matches(**entry))
+                found.insert(entry.key(), *entry);
+        }
+        return found.isEmpty() ? askLocked<Concrete>(query, function) : found;
+    }
+
+private:
+    IRepository& repository() const
+    {
+        if (!m_repository)
+            throw std::invalid_argument("repository nullptr");
+        return *m_repository;
+    }
+
+    /// Calls @p operation of the repository, and @p follow for each entity that it has written.
+    template <typename Follow>
+    bool write(bool (IRepository::*operation)(EntityList), const EntityList& entities, const Follow& follow)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_repository || !((*m_repository).*operation)(entities))
+            return false;
+        for (const std::shared_ptr<T>& entity : entities) {
+            if (entity)
+                follow(entity);
+        }
+        return true;
+    }
+
+    template <typename Concrete, typename Query>
+    Entities askLocked(const Query& query, const char* function)
+    {
+        const auto concrete = std::dynamic_pointer_cast<Concrete>(m_repository);
+        if (!concrete) {
+            warnOfUnsuitableRepository(function);
+            return {};
+        }
+        const Entities found = query(*concrete);
+        for (const std::shared_ptr<T>& entity : found)
+            cache(entity);
+        return found;
+    }
+
+    std::shared_ptr<IRepository> m_repository;
+    Entities m_cache;
+    std::mutex m_mutex;
+};
+
+} // namespace DataAccess::Repositories

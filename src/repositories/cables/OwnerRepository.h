@@ -1,0 +1,19 @@
+#pragma once
+
+#include "entities/cables/Owner.h"
+#include "repositories/EntityRepository.h"
+
+namespace DataAccess::Repositories {
+
+/// The owners of cables; table `ce_owner`.
+class DATAACCESS_EXPORT OwnerRepository : public EntityRepository<Cables::Entities::Owner>
+{
+    Q_OBJECT
+
+public:
+    OwnerRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
+                    const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
+    ~OwnerRepository() override;
+};
+
+} // namespace DataAccess::Repositories

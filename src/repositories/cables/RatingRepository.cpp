@@ -1,0 +1,69 @@
+#include "repositories/cables/RatingRepository.h"
+
+namespace DataAccess::Repositories {
+
+using Cables::Entities::Rating;
+
+namespace {
+
+class RatingMapping final : public EntityMapping<Rating>
+{
+public:
+    const Statements& statements() const override
+    {
+        static const Statements texts = {
+            QStringLiteral(
+                "SELECT id, mid, tid, cid, comment, evaluation, automatic, oldcable, eventselectionmodel, modeid, measuretime, timestamp, snap, deleted FROM %1"),
+            QStringLiteral(
+                "SELECT id, mid, tid, cid, comment, evaluation, automatic, oldcable, eventselectionmodel, modeid, measuretime, timestamp, snap, deleted FROM %1 WHERE id = '%2'"),
+            QStringLiteral(
+                "INSERT INTO %1(id, mid, tid, cid, comment, evaluation, automatic, oldcable, eventselectionmodel, modeid, measuretime, timestamp, snap, deleted)\n"
+                "VALUES (:id, :mid, :tid, :cid, :comment, :evaluation, :automatic, :oldcable, :eventselectionmodel, :modeid, :measuretime, :timestamp, :snap, :deleted)"),
+            QStringLiteral(
+                "UPDATE %1 SET \"mid\" = :mid, \"tid\" = :tid, \"cid\" = :cid, \"comment\" = :comment, \"evaluation\" = :evaluation, \"automatic\" = :automatic, \"oldcable\" = :oldcable,\n"
+                "\"eventselectionmodel\" = :eventselectionmodel, \"modeid\" = :modeid, \"measuretime\" = :measuretime, \"timestamp\" = :timestamp, \"snap\" = :snap, \"deleted\" = :deleted WHERE id = :id"),
+            {11, 13, 12}};
+        return texts;
+    }
+
+    void read(const Interfaces::IValueConverter& row, const std::shared_ptr<Rating>& entity) const override
+    {
+        entity->SetMeasureID(row.toInt32(1));
+        entity->SetTaskID(QUuid(row.toString(2)));
+        entity->SetCableID(QUuid(row.toString(3)));
+        entity->SetComment(row.toString(4));
+        entity->SetRating(row.toString(5));
+        entity->SetAutomatic(static_cast<Rating::Tristate>(row.toInt32(6)));
+        entity->SetOldCable(static_cast<Rating::Tristate>(row.toInt32(7)));
+        entity->SetEventselectionmodel(static_cast<Rating::EventSelection>(row.toInt32(8)));
+        entity->SetModeId(row.toInt32(9));
+        entity->SetMeasureTime(row.toDateTime(10));
+    }
+
+    void bind(Interfaces::IValueConverter& values, const Rating& entity) const override
+    {
+        values.bindValue(QStringLiteral(":mid"), entity.measureID());
+        values.bindValue(QStringLiteral(":tid"), entity.taskID());
+        values.bindValue(QStringLiteral(":cid"), entity.cableID());
+        values.bindValue(QStringLiteral(":comment"), entity.comment());
+        values.bindValue(QStringLiteral(":evaluation"), entity.JsonFromRating());
+        values.bindValue(QStringLiteral(":automatic"), static_cast<int>(entity.automatic()));
+        values.bindValue(QStringLiteral(":oldcable"), static_cast<int>(entity.oldCable()));
+        values.bindValue(QStringLiteral(":eventselectionmodel"), static_cast<int>(entity.eventselectionmodel()));
+        values.bindValue(QStringLiteral(":modeid"), entity.modeId());
+        // Stored without a time zone and read as local time, and so written as local time too.
+        values.bindValue(QStringLiteral(":measuretime"), entity.measureTime().toLocalTime());
+    }
+};
+
+} // namespace
+
+RatingRepository::RatingRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
+                                   const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent)
+    : EntityRepository(worker, QStringLiteral("qor_rating"), strategy, manager, std::make_shared<RatingMapping>(),
+                       parent)
+{}
+
+RatingRepository::~RatingRepository() = default;
+
+} // namespace DataAccess::Repositories

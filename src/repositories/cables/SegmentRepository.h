@@ -1,0 +1,24 @@
+#pragma once
+
+#include "entities/cables/Segment.h"
+#include "repositories/EntityRepository.h"
+
+namespace DataAccess::Repositories {
+
+/// The segments of phases; table `ce_segment`.
+class DATAACCESS_EXPORT SegmentRepository : public EntityRepository<Cables::Entities::Segment>
+{
+    Q_OBJECT
+
+public:
+    SegmentRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
+                      const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
+    ~SegmentRepository() override;
+
+    /// The segments of the phase @p id. The caller owns the task.
+    Task<Entities>* GetByPhaseIdAsync(QUuid id);
+    /// The same, waiting for the result.
+    Entities GetByPhaseId(QUuid id);
+};
+
+} // namespace DataAccess::Repositories

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "entities/cables/Termination.h"
+#include "repositories/EntityRepository.h"
+
+namespace DataAccess::Repositories {
+
+/// The kinds of terminations of cables; table `ce_termination`.
+class DATAACCESS_EXPORT TerminationRepository : public EntityRepository<Cables::Entities::Termination>
+{
+    Q_OBJECT
+
+public:
+    TerminationRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
+                          const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
+                          QObject* parent = nullptr);
+    ~TerminationRepository() override;
+};
+
+} // namespace DataAccess::Repositories
