@@ -35,7 +35,6 @@ QString Interfaces::IDatabase::OpenError() const
 namespace Database {
 
 using namespace Exceptions;
-using Enumerations::DatabaseType;
 
 namespace {
 
@@ -189,15 +188,16 @@ QStringList Database::Tables()
 {
     const auto lock = lockConnection();
     requireOpen();
+    // A list that cannot be read comes back empty, without an error: a locked file must not pass for a fresh one. Asked
+    // first, it is waited for once only.
+    const bool sqlite = m_config->Type() != Enumerations::Postgres;
+    QSqlQuery check = Exec(sqlite ? QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'")
+                                  : QStringLiteral("SELECT 0"));
+    const bool expected = !check.next() || check.value(0).toInt() != 0;
+    check.finish();
     QStringList tables = m_connection->handle().tables(QSql::Tables);
-    // A list that could not be read comes back empty, without an error: a locked file must not pass for a fresh one.
-    if (tables.isEmpty()) {
-        const bool sqlite = m_config->Type() != Enumerations::Postgres;
-        QSqlQuery check = Exec(sqlite ? QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'")
-                                      : QStringLiteral("SELECT 0"));
-        if (!check.next() || check.value(0).toInt() != 0)
-            throw ExecutionException("The tables of the database cannot be listed");
-    }
+    if (tables.isEmpty() && expected)
+        throw ExecutionException("The tables of the database cannot be listed");
     const auto isSystemTable = [](const QString& name) { return name.startsWith(QLatin1String("sqlite_")); };
     tables.erase(std::remove_if(tables.begin(), tables.end(), isSystemTable), tables.end());
     return tables;

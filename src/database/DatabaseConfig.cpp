@@ -264,10 +264,10 @@ std::vector<std::shared_ptr<IConfig>> DatabaseConfig::GetConfiguartions()
 
 QString DatabaseConfig::DefaultDatabasePath()
 {
-    const QString oldPath =
+    QString oldPath =
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Talvik/Talvik.vbk");
     const QString systemFolder = SettingsFile::systemFolder();
-    const QString newPath = systemFolder.isEmpty() ? QString() : systemFolder + QStringLiteral("/Talvik.vbk");
+    QString newPath = systemFolder.isEmpty() ? QString() : systemFolder + QStringLiteral("/Talvik.vbk");
     if (newPath.isEmpty() || (isUsable(oldPath) && !isUsable(newPath))) {
         qCWarning(lcDatabaseConfig) << "Using old database path:" << oldPath;
         return oldPath;

@@ -5,7 +5,6 @@
 
 #include <QThread>
 
-#include <cxxabi.h>
 #include <exception>
 #include <stdexcept>
 #include <thread>
@@ -40,13 +39,11 @@ void run(const Job& job, IDatabase& database)
     try {
         const JobScope scope(database);
         job(database);
-#ifdef __GLIBCXX__
-    } catch (const abi::__forced_unwind&) {
-        throw; // QThread::terminate(); who keeps that back ends the process.
-#endif
     } catch (const std::exception& error) {
         qCCritical(lcDatabase) << "Job failed:" << error.what();
     } catch (...) {
+        if (!std::current_exception())
+            throw; // No exception of C++ but QThread::terminate(): who keeps that back ends the process.
         qCCritical(lcDatabase) << "Job failed";
     }
 }

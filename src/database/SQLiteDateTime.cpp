@@ -10,7 +10,7 @@ const QString s_date = QStringLiteral("yyyy-MM-dd");
 const QString s_dateTime = QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz");
 const QString s_dateTimeWithoutMs = QStringLiteral("yyyy-MM-dd HH:mm:ss");
 // What a text looks like that is printed, or parsed without the format parser; '0' stands for any digit.
-constexpr QLatin1String s_layout("0000-00-00 00:00:00.000");
+constexpr QLatin1String s_layout("0000-00-00 00:00:00.000", 23);
 constexpr int s_dateLength = 10;
 constexpr int s_lengthWithoutMs = 19;
 

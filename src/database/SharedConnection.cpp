@@ -2,6 +2,7 @@
 
 #include "database/IConfig.h"
 #include "database/LoggingCategories.h"
+#include "database/sqlite2/Sqlite2Driver.h"
 
 #include <QDir>
 #include <QFile>
@@ -49,6 +50,8 @@ Registry& registry()
 
 QSqlDatabase addConnection(const QString& name, const SharedConnection::Target& target)
 {
+    if (target.type == Enumerations::SQLite2)
+        Sqlite2::Sqlite2Driver::registerDriver();
     QSqlDatabase handle = QSqlDatabase::addDatabase(driverName(target.type), name);
     handle.setDatabaseName(target.databaseName);
     handle.setHostName(target.hostName);
@@ -82,8 +85,8 @@ bool SharedConnection::Target::operator==(const Target& other) const
            port == other.port && userName == other.userName && password == other.password;
 }
 
-SharedConnection::SharedConnection(QSqlDatabase handle, Target target)
-    : m_handle(std::move(handle))
+SharedConnection::SharedConnection(const QSqlDatabase& handle, Target target)
+    : m_handle(handle)
     , m_target(std::move(target))
 {}
 
@@ -96,31 +99,38 @@ std::shared_ptr<SharedConnection> SharedConnection::acquire(Interfaces::IConfig&
     const std::lock_guard<std::mutex> lock(registered.mutex);
 
     std::shared_ptr<SharedConnection> connection = registered.connections.value(name);
-    if (connection && !(connection->m_target == target)) {
-        if (connection->m_users > 0) {
-            qCCritical(lcDatabase) << "Connection name in use for another database:" << name;
-            return std::make_shared<SharedConnection>(QSqlDatabase(), std::move(target));
-        }
-        // Nobody uses the old registration any more, and its handle leads to another database than is asked for.
+    if (connection && connection->m_users > 0 && !(connection->m_target == target)) {
+        qCCritical(lcDatabase) << "Connection name in use for another database:" << name;
+        return std::make_shared<SharedConnection>(QSqlDatabase(), std::move(target));
+    }
+    if (connection && connection->m_users == 0 && connection->abandon(target)) {
         registered.connections.remove(name);
-        {
-            const std::lock_guard<std::recursive_mutex> use(connection->m_mutex);
-            connection->m_handle = QSqlDatabase();
-        }
         connection.reset();
-        QSqlDatabase::removeDatabase(name);
     }
     if (connection || QSqlDatabase::contains(name)) {
         if (!connection)
             connection = std::make_shared<SharedConnection>(QSqlDatabase::database(name, false), std::move(target));
         qCDebug(lcDatabase) << "Using existing connection" << name;
     } else {
-        QSqlDatabase handle = addConnection(name, target);
-        connection = std::make_shared<SharedConnection>(std::move(handle), std::move(target));
+        const QSqlDatabase handle = addConnection(name, target);
+        connection = std::make_shared<SharedConnection>(handle, std::move(target));
     }
     ++connection->m_users;
     registered.connections.insert(name, connection);
     return connection;
+}
+
+bool SharedConnection::abandon(const Target& wanted)
+{
+    const std::lock_guard<std::recursive_mutex> use(m_mutex);
+    const bool elsewhere = !(m_target == wanted);
+    if (!elsewhere && m_handle.isValid())
+        return false;
+    const QString name = m_handle.connectionName();
+    m_handle = QSqlDatabase();
+    if (elsewhere)
+        QSqlDatabase::removeDatabase(name);
+    return true;
 }
 
 void SharedConnection::release(const std::shared_ptr<SharedConnection>& connection)

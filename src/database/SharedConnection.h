@@ -47,7 +47,7 @@ public:
     /// Gives up what acquire() returned; closes the connection when nobody else uses it. It stays registered.
     static void release(const std::shared_ptr<SharedConnection>& connection);
 
-    SharedConnection(QSqlDatabase handle, Target target);
+    SharedConnection(const QSqlDatabase& handle, Target target);
     SharedConnection(const SharedConnection&) = delete;
     SharedConnection& operator=(const SharedConnection&) = delete;
 
@@ -68,6 +68,9 @@ public:
     void moveToThread(QThread* thread);
 
 private:
+    /// Gives up a registration that nobody uses, when its handle leads to another database than @p wanted or nowhere:
+    /// the application may have removed the connection. False when it is good.
+    bool abandon(const Target& wanted);
     QSqlError fileError() const;
     QSqlError probe();
 

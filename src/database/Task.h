@@ -5,7 +5,6 @@
 #include "database/NotOpenException.h"
 
 #include <chrono>
-#include <cxxabi.h>
 #include <exception>
 #include <functional>
 #include <future>
@@ -78,14 +77,13 @@ private:
             ended = true;
             try {
                 result.set_value(job(database));
-#ifdef __GLIBCXX__
-            } catch (const abi::__forced_unwind&) {
-                fail(
-                    std::make_exception_ptr(Exceptions::NotOpenException("The thread of the database was terminated")));
-                throw; // QThread::terminate(); who keeps that back ends the process.
-#endif
             } catch (...) {
-                fail(std::current_exception());
+                const std::exception_ptr reason = std::current_exception();
+                fail(reason ? reason
+                            : std::make_exception_ptr(
+                                  Exceptions::NotOpenException("The thread of the database was terminated")));
+                if (!reason)
+                    throw; // No exception of C++ but QThread::terminate(): who keeps that back ends the process.
                 return;
             }
             job = nullptr;

@@ -15,7 +15,7 @@ namespace DataAccess::Repositories {
  * jobs, the transaction, the id, the flags, the time stamp, the logging.
  */
 template <typename T>
-class EntityRepository : public Repository, public Interfaces::IRepository<T>
+class DATAACCESS_EXPORT EntityRepository : public Repository, public Interfaces::IRepository<T>
 {
 public:
     using Entities = typename Interfaces::IRepository<T>::Entities;
@@ -85,8 +85,10 @@ protected:
     /// Queues @p statement for one id, with the columns of get by id.
     Task<Entities>* getRowsById(const QString& statement, const QUuid& id, const char* function)
     {
-        const QString text = EntityRows::withId(statement, table(), m_mapping->idText(id));
-        return getRows([text](Interfaces::IDatabase&) { return text; }, m_mapping->statements().bookkeeping, function);
+        auto text = [text = EntityRows::withId(statement, table(), m_mapping->idText(id))](Interfaces::IDatabase&) {
+            return text;
+        };
+        return getRows(std::move(text), m_mapping->statements().bookkeeping, function);
     }
 
     const std::shared_ptr<const Mapping>& mapping() const { return m_mapping; }

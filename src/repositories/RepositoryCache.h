@@ -47,7 +47,8 @@ public:
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_cache.isEmpty() && m_repository)
-            m_cache = m_repository->GetAll();
+            replace(m_repository->GetAll());
+        m_handedOut = true;
         return m_cache;
     }
 
@@ -60,8 +61,8 @@ public:
             return *known;
         if (!m_repository)
             return nullptr;
-        const std::shared_ptr<T> entity = m_repository->GetById(id);
-        m_cache.insert(id, entity);
+        std::shared_ptr<T> entity = m_repository->GetById(id);
+        changeable().insert(id, entity);
         return entity;
     }
 
@@ -99,15 +100,15 @@ public:
     void Reload() override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_cache.clear();
+        replace({});
         if (m_repository)
-            m_cache = m_repository->GetAll();
+            replace(m_repository->GetAll());
     }
 
     void Wipe() override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_cache.clear();
+        replace({});
     }
 
     Task<Entities>* GetAllAsync() override { return repository().GetAllAsync(); }
@@ -122,11 +123,11 @@ protected:
     // These three are for what ask() and searchOrAsk() call, which hold the lock.
 
     /// Puts @p entity into the cache, in place of another of its id.
-    void cache(const std::shared_ptr<T>& entity) { m_cache.insert(entity->Id(), entity); }
+    void cache(const std::shared_ptr<T>& entity) { changeable().insert(entity->Id(), entity); }
     /// Whether the cache has an entry for the id of @p entity.
     bool cached(const std::shared_ptr<T>& entity) const { return m_cache.contains(entity->Id()); }
     /// Takes the entry for the id of @p entity out of the cache.
-    void remove(const std::shared_ptr<T>& entity) { m_cache.remove(entity->Id()); }
+    void remove(const std::shared_ptr<T>& entity) { changeable().remove(entity->Id()); }
 
     /**
      * Calls @p query with the repository, and caches what it returns. When the repository is not a @p Concrete, logs a
@@ -160,6 +161,26 @@ private:
         return *m_repository;
     }
 
+    void replace(Entities entities)
+    {
+        m_cache = std::move(entities);
+        m_handedOut = false;
+    }
+
+    /**
+     * The cache, for a change. What GetAll() has handed out is never changed in place, not even when its readers have
+     * let go of it: a container of Qt finds that out without waiting for what they did before.
+     */
+    Entities& changeable()
+    {
+        if (m_handedOut) {
+            Entities copy = m_cache;
+            copy.detach();
+            replace(std::move(copy));
+        }
+        return m_cache;
+    }
+
     /// Calls @p operation of the repository, and @p follow for each entity that it has written.
     template <typename Follow>
     bool write(bool (IRepository::*operation)(EntityList), const EntityList& entities, const Follow& follow)
@@ -182,14 +203,15 @@ private:
             warnOfUnsuitableRepository(function);
             return {};
         }
-        const Entities found = query(*concrete);
-        for (const std::shared_ptr<T>& entity : found)
+        Entities found = query(*concrete);
+        for (const std::shared_ptr<T>& entity : std::as_const(found))
             cache(entity);
         return found;
     }
 
     std::shared_ptr<IRepository> m_repository;
     Entities m_cache;
+    bool m_handedOut = false;
     std::mutex m_mutex;
 };
 

@@ -3,6 +3,7 @@
 #include "entities/cables/Rating.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace DataAccess::Repositories {
 
@@ -117,10 +118,11 @@ private:
 
     static void readEvaluation(const IValueConverter& row, Cable& cable)
     {
-        const QString measureId = row.toString(MeasureId);
+        // What there is of a NULL depends on the backend, but for a NULL number it is NaN everywhere.
+        const bool hasMeasure = !std::isnan(row.toDouble(MeasureId));
         const bool hasTask = row.columnCount() > TaskId;
         const QUuid task = hasTask ? QUuid(row.toString(TaskId)) : QUuid();
-        if (measureId.isEmpty() && task.isNull())
+        if (!hasMeasure && task.isNull())
             return;
         auto rating = std::make_shared<Rating>();
         rating->SetCableID(cable.Id());
@@ -128,7 +130,8 @@ private:
         rating->SetMeasureID(row.toInt32(MeasureId));
         rating->SetModeId(row.toInt32(ModeId));
         rating->SetMeasureTime(row.toDateTime(MeasureDate));
-        cable.SetRatingMeasureID(measureId);
+        if (hasMeasure)
+            cable.SetRatingMeasureID(row.toString(MeasureId));
         cable.SetRating(std::move(rating));
     }
 };
@@ -141,5 +144,7 @@ CableRepository::CableRepository(Database::DbWorker* worker, Enumerations::Loadi
 {}
 
 CableRepository::~CableRepository() = default;
+
+template class EntityRepository<Cables::Entities::Cable>;
 
 } // namespace DataAccess::Repositories

@@ -46,4 +46,6 @@ InsulationRepository::InsulationRepository(Database::DbWorker* worker, Enumerati
 
 InsulationRepository::~InsulationRepository() = default;
 
+template class EntityRepository<Cables::Entities::Insulation>;
+
 } // namespace DataAccess::Repositories

@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::Insulation>;
+
 /// The insulation materials; table `ce_insulation`.
 class DATAACCESS_EXPORT InsulationRepository : public EntityRepository<Cables::Entities::Insulation>
 {

@@ -42,4 +42,6 @@ OwnerRepository::OwnerRepository(Database::DbWorker* worker, Enumerations::Loadi
 
 OwnerRepository::~OwnerRepository() = default;
 
+template class EntityRepository<Cables::Entities::Owner>;
+
 } // namespace DataAccess::Repositories

@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::Owner>;
+
 /// The owners of cables; table `ce_owner`.
 class DATAACCESS_EXPORT OwnerRepository : public EntityRepository<Cables::Entities::Owner>
 {

@@ -56,4 +56,6 @@ PhaseRepository::Entities PhaseRepository::GetByCableId(QUuid id)
     return wait(GetByCableIdAsync(id));
 }
 
+template class EntityRepository<Cables::Entities::Phase>;
+
 } // namespace DataAccess::Repositories

@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::Phase>;
+
 /// The phases of cables; table `ce_phase`.
 class DATAACCESS_EXPORT PhaseRepository : public EntityRepository<Cables::Entities::Phase>
 {

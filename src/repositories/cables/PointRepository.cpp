@@ -66,4 +66,6 @@ PointRepository::Entities PointRepository::GetByRouteId(QUuid id)
     return wait(GetByRouteIdAsync(id));
 }
 
+template class EntityRepository<Cables::Entities::Point>;
+
 } // namespace DataAccess::Repositories

@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::Point>;
+
 /// The points of routes and stations; table `ce_point`.
 class DATAACCESS_EXPORT PointRepository : public EntityRepository<Cables::Entities::Point>
 {

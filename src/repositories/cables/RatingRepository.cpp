@@ -66,4 +66,6 @@ RatingRepository::RatingRepository(Database::DbWorker* worker, Enumerations::Loa
 
 RatingRepository::~RatingRepository() = default;
 
+template class EntityRepository<Cables::Entities::Rating>;
+
 } // namespace DataAccess::Repositories

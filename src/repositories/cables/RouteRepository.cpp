@@ -68,4 +68,6 @@ RouteRepository::RouteRepository(Database::DbWorker* worker, Enumerations::Loadi
 
 RouteRepository::~RouteRepository() = default;
 
+template class EntityRepository<Cables::Entities::Route>;
+
 } // namespace DataAccess::Repositories

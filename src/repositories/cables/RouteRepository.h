@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::Route>;
+
 /// The routes of cables; table `ce_route`. The ids of a route's points are one text, joined with "#".
 class DATAACCESS_EXPORT RouteRepository : public EntityRepository<Cables::Entities::Route>
 {

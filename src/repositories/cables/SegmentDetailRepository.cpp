@@ -53,4 +53,6 @@ SegmentDetailRepository::SegmentDetailRepository(Database::DbWorker* worker, Enu
 
 SegmentDetailRepository::~SegmentDetailRepository() = default;
 
+template class EntityRepository<Cables::Entities::SegmentDetail>;
+
 } // namespace DataAccess::Repositories

@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::SegmentDetail>;
+
 /// What segments are made of; table `ce_segment_detail`.
 class DATAACCESS_EXPORT SegmentDetailRepository : public EntityRepository<Cables::Entities::SegmentDetail>
 {

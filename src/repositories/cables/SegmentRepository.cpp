@@ -69,4 +69,6 @@ SegmentRepository::Entities SegmentRepository::GetByPhaseId(QUuid id)
     return wait(GetByPhaseIdAsync(id));
 }
 
+template class EntityRepository<Cables::Entities::Segment>;
+
 } // namespace DataAccess::Repositories

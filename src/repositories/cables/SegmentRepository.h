@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::Segment>;
+
 /// The segments of phases; table `ce_segment`.
 class DATAACCESS_EXPORT SegmentRepository : public EntityRepository<Cables::Entities::Segment>
 {

@@ -46,4 +46,6 @@ SegmentTypeRepository::SegmentTypeRepository(Database::DbWorker* worker, Enumera
 
 SegmentTypeRepository::~SegmentTypeRepository() = default;
 
+template class EntityRepository<Cables::Entities::SegmentType>;
+
 } // namespace DataAccess::Repositories

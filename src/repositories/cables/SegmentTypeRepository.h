@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::SegmentType>;
+
 /// The types of segments, cable section or joint; table `ce_segmenttype`.
 class DATAACCESS_EXPORT SegmentTypeRepository : public EntityRepository<Cables::Entities::SegmentType>
 {

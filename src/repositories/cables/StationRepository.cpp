@@ -33,4 +33,6 @@ void StationRepository::LoadImage(std::shared_ptr<Cables::Entities::Station> sta
     });
 }
 
+template class EntityRepository<Cables::Entities::Station>;
+
 } // namespace DataAccess::Repositories

@@ -44,4 +44,6 @@ SwitchgearRepository::SwitchgearRepository(Database::DbWorker* worker, Enumerati
 
 SwitchgearRepository::~SwitchgearRepository() = default;
 
+template class EntityRepository<Cables::Entities::Switchgear>;
+
 } // namespace DataAccess::Repositories

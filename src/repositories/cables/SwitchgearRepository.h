@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::Switchgear>;
+
 /// The kinds of switchgear at the ends of cables; table `ce_switchgear`.
 class DATAACCESS_EXPORT SwitchgearRepository : public EntityRepository<Cables::Entities::Switchgear>
 {

@@ -44,4 +44,6 @@ TerminationRepository::TerminationRepository(Database::DbWorker* worker, Enumera
 
 TerminationRepository::~TerminationRepository() = default;
 
+template class EntityRepository<Cables::Entities::Termination>;
+
 } // namespace DataAccess::Repositories

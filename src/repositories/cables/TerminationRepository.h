@@ -5,6 +5,9 @@
 
 namespace DataAccess::Repositories {
 
+// Made once, in the source file: every file that knows the class would otherwise make it anew.
+extern template class EntityRepository<Cables::Entities::Termination>;
+
 /// The kinds of terminations of cables; table `ce_termination`.
 class DATAACCESS_EXPORT TerminationRepository : public EntityRepository<Cables::Entities::Termination>
 {

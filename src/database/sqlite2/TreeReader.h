@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <functional>
+#include <vector>
+
+namespace DataAccess::Database::Sqlite2 {
+
+class FileImage;
+
+/**
+ * Walks the trees of tables. Nothing in the file is believed: every page is checked before use, and belongs to one tree
+ * and one place in it, so that reading all tables of a file takes time linear in its size whatever it contains.
+ */
+class TreeReader
+{
+public:
+    /// Gets a row's id and its record, which is valid during the call.
+    using RowHandler = std::function<void(qint64 rowId, const QByteArray& record)>;
+
+    /// @p image must outlive the reader.
+    explicit TreeReader(const FileImage& image);
+
+    /// Hands out the rows of the table whose tree begins at page @p root, by ascending id. Each table can be read once.
+    /// Throws LegacyFileError at the first damage, and lets pass what the handler throws.
+    void readTable(quint32 root, const RowHandler& handler);
+
+private:
+    struct Node;
+    struct Cell;
+
+    const uchar* take(quint32 number);
+    Node openNode(quint32 number, bool isRoot);
+    quint32 child(const Node& node, int index) const;
+    Cell cell(const uchar* at) const;
+    QByteArray payload(const Cell& cell);
+
+    const FileImage& m_image;
+    std::vector<bool> m_used;
+    std::vector<char> m_assembled;
+};
+
+} // namespace DataAccess::Database::Sqlite2

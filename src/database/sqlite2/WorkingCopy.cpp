@@ -1,0 +1,154 @@
+#include "database/sqlite2/WorkingCopy.h"
+
+#include "database/sqlite2/CopyWriter.h"
+#include "database/sqlite2/FileImage.h"
+#include "database/sqlite2/LegacyFileError.h"
+#include "database/sqlite2/LockedFile.h"
+#include "database/sqlite2/MakingLock.h"
+#include "database/sqlite2/PrivateConnection.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <new>
+#include <unistd.h>
+
+namespace DataAccess::Database::Sqlite2 {
+
+namespace {
+
+/// Removes a file when it ends, if it is still there.
+struct TemporaryFile
+{
+    ~TemporaryFile() { QFile::remove(path); }
+    const QString path;
+};
+
+/// Makes the content of the file, or the names in the folder, at @p path survive a power failure.
+bool flushToDisk(const QString& path)
+{
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const bool flushed = ::fsync(descriptor) == 0;
+    const int reason = errno;
+    ::close(descriptor);
+    errno = reason;
+    return flushed;
+}
+
+void open(QSqlDatabase& connection, const QString& path)
+{
+    connection.setDatabaseName(path);
+    if (!connection.open())
+        throw LegacyFileError(QStringLiteral("%1 can't be opened: %2").arg(path, connection.lastError().text()));
+}
+
+} // namespace
+
+WorkingCopy::WorkingCopy(const QString& legacyPath)
+    : m_legacyPath(legacyPath)
+    , m_path(legacyPath + QLatin1String(".sqlite3"))
+{}
+
+void WorkingCopy::prepare()
+{
+    try {
+        LockedFile legacy(m_legacyPath);
+        const QByteArray fingerprint = legacy.fingerprint();
+        requireWritable(QFileInfo(m_path).absolutePath());
+        if (!QFileInfo::exists(m_path))
+            make(legacy, fingerprint);
+        requireWritable(m_path);
+        verify(fingerprint);
+    } catch (const LegacyFileError& error) {
+        throw LegacyFileError(
+            QStringLiteral("The SQLite 2 file %1 can't be opened: %2.").arg(m_legacyPath, error.text()));
+    } catch (const std::bad_alloc&) {
+        throw LegacyFileError(
+            QStringLiteral("The SQLite 2 file %1 can't be opened: it is too large for the memory.").arg(m_legacyPath));
+    }
+}
+
+void WorkingCopy::requireWritable(const QString& path) const
+{
+    if (::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), W_OK, AT_EACCESS) != 0)
+        throw LegacyFileError(
+            QStringLiteral(
+                "its changes are kept in the working copy %1, and %2 can't be written: %3. Move the file to a "
+                "folder where you may write, or ask for the right to write there")
+                .arg(m_path, path, qt_error_string(errno)));
+}
+
+void WorkingCopy::make(LockedFile& legacy, const QByteArray& fingerprint) const
+{
+    const MakingLock lock(m_path + QLatin1String(".lock"));
+    if (QFileInfo::exists(m_path))
+        return; // Made by another thread or program meanwhile.
+    const TemporaryFile temporary{m_path + QLatin1String(".part")};
+    // Left behind by a process that was killed; nobody else has one while the lock is held.
+    QFile::remove(temporary.path);
+    write(temporary.path, legacy, fingerprint);
+    publish(temporary.path);
+}
+
+void WorkingCopy::write(const QString& path, LockedFile& legacy, const QByteArray& fingerprint) const
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        throw LegacyFileError(QStringLiteral("%1 can't be written: %2").arg(path, file.errorString()));
+    // Who may not read the legacy file may not read its copy.
+    file.setPermissions(QFile::permissions(m_legacyPath) | QFile::ReadOwner | QFile::WriteOwner);
+    file.close();
+
+    PrivateConnection connection;
+    const FileImage image(legacy.file(), legacy.journal());
+    LegacyFile content(image);
+    open(connection, path);
+    CopyWriter(connection).write(content, fingerprint);
+    connection.close();
+}
+
+void WorkingCopy::publish(const QString& temporaryPath) const
+{
+    const bool published =
+        flushToDisk(temporaryPath) &&
+        std::rename(QFile::encodeName(temporaryPath).constData(), QFile::encodeName(m_path).constData()) == 0 &&
+        flushToDisk(QFileInfo(m_path).absolutePath());
+    if (!published)
+        throw LegacyFileError(QStringLiteral("%1 can't be written: %2").arg(m_path, qt_error_string(errno)));
+}
+
+void WorkingCopy::verify(const QByteArray& fingerprint) const
+{
+    PrivateConnection connection;
+    open(connection, m_path);
+    QSqlQuery query(connection);
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type='table' AND name='%1'")
+                        .arg(CopyWriter::originTable)) ||
+        !query.next())
+        throw LegacyFileError(
+            QStringLiteral("its working copy %1 can't be read: %2").arg(m_path, query.lastError().text()));
+    if (query.value(0).toInt() == 0)
+        throw LegacyFileError(
+            QStringLiteral("%1 is in the place of its working copy, but is none. Move that file away").arg(m_path));
+    if (!query.exec(QStringLiteral("SELECT fingerprint FROM %1").arg(CopyWriter::originTable)) || !query.next())
+        throw LegacyFileError(
+            QStringLiteral("its working copy %1 can't be read: %2").arg(m_path, query.lastError().text()));
+    if (query.value(0).toByteArray() != fingerprint)
+        throw LegacyFileError(
+            QStringLiteral(
+                "it has changed since its working copy %1 was made. To go on with the working copy, open that as "
+                "a SQLite 3 database; to begin again with the file as it is now, without the changes made in "
+                "the working copy, move the working copy away and open the file again")
+                .arg(m_path));
+}
+
+} // namespace DataAccess::Database::Sqlite2

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "database/DataAccessExport.h"
+#include "manager/RepositorySlot.h"
+
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+namespace DataAccess::Context {
+class AbstractContext;
+}
+
+namespace DataAccess::Manager {
+
+/**
+ * Base of the managers, each of which hands out the repositories of one family of data in one database.
+ *
+ * A manager owns its repositories and their cached views, which hold it weakly, if at all. It holds its context weakly:
+ * a context owns the manager that it works on. A manager is filled before it is shared, and only read from then on; the
+ * accessors may then be called from any thread.
+ */
+class DATAACCESS_EXPORT AbstractRepositoryManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit AbstractRepositoryManager(QObject* parent = nullptr);
+    ~AbstractRepositoryManager() override;
+    AbstractRepositoryManager(const AbstractRepositoryManager&) = delete;
+    AbstractRepositoryManager& operator=(const AbstractRepositoryManager&) = delete;
+
+    /// The context that works on this manager, held weakly: null when none was set, and when it is gone.
+    void SetContext(const std::shared_ptr<DataAccess::Context::AbstractContext>& context);
+    std::shared_ptr<DataAccess::Context::AbstractContext> Context() const;
+
+protected:
+    /// Puts @p repository into @p slot, with a new cached view; the one that is there already keeps its view.
+    template <typename Plain, typename Cache>
+    void install(RepositorySlot<Plain, Cache>& slot, const std::shared_ptr<Plain>& repository)
+    {
+        if (slot.set(repository))
+            m_repositories.emplace_back(repository);
+    }
+
+    /// Every repository that was ever installed, in that order, those that are gone included.
+    const std::vector<std::weak_ptr<void>>& repositories() const;
+
+private:
+    std::vector<std::weak_ptr<void>> m_repositories;
+    std::weak_ptr<DataAccess::Context::AbstractContext> m_context;
+};
+
+} // namespace DataAccess::Manager

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "entities/lb/CablebookMeasure.h"
+#include "repositories/IRepository.h"
+
+#include <memory>
+
+namespace DataAccess::Interfaces {
+
+/// The repository of the cable book's measures, plain and behind a cache.
+class DATAACCESS_EXPORT ILbRepositoryManager
+{
+public:
+    using Measures = IRepository<LB::Entities::CablebookMeasure>;
+
+    virtual ~ILbRepositoryManager();
+
+    // Applications rely on the order of these.
+    /// Null until one has been set.
+    virtual std::shared_ptr<Measures> CablebookMeasuresRepository() const = 0;
+    virtual std::shared_ptr<Measures> CablebookMeasuresRepositoryCached() const = 0;
+    /// Another repository comes with a new, empty view; the one already set keeps its view and what that has cached.
+    virtual void SetCablebookMeasuresRepository(const std::shared_ptr<Measures>& repository) = 0;
+
+protected:
+    ILbRepositoryManager() = default;
+    ILbRepositoryManager(const ILbRepositoryManager&) = default;
+    ILbRepositoryManager& operator=(const ILbRepositoryManager&) = default;
+};
+
+} // namespace DataAccess::Interfaces

@@ -1,0 +1,204 @@
+#include "migration/AbstractMigrationManager.h"
+
+#include "database/DbWorker.h"
+#include "database/ExecutionException.h"
+#include "database/IDatabase.h"
+#include "database/NotOpenException.h"
+#include "database/Task.h"
+#include "migration/MigrationModule.h"
+#include "migration/MigrationStep.h"
+#include "migration/SchemaVersion.h"
+
+#include <QThread>
+
+#include <exception>
+#include <utility>
+
+namespace DataAccess::Manager {
+
+using Database::DbWorker;
+using Exceptions::ExecutionException;
+using Exceptions::NotOpenException;
+using Interfaces::IDatabase;
+
+namespace {
+
+/// Runs @p job on @p worker and waits for its result; @p failed without a worker and when the job throws.
+template <typename Result>
+Result run(DbWorker* worker, const MigrationModule& module, const char* function, Result failed,
+           std::function<Result(IDatabase&)> job)
+{
+    if (worker == nullptr)
+        return failed;
+    try {
+        Database::Task<Result> task(std::move(job));
+        worker->insert(task.toJob());
+        return task.Result();
+    } catch (const std::exception& error) {
+        qCWarning(module.category).noquote() << function << QString::fromLocal8Bit(error.what());
+        return failed;
+    }
+}
+
+void connect(IDatabase& db)
+{
+    if (!db.Connect())
+        throw NotOpenException(("the database cannot be opened: " + db.OpenError().toLocal8Bit()).constData());
+}
+
+/**
+ * Makes other programs wait that migrate the same database. SQLite allows one writer at a time, and a statement that
+ * would write is one, whether there are rows for it or not.
+ */
+void lockOthersOut(MigrationStep& step, bool hasVersions)
+{
+    if (step.isPostgres()) {
+        step.execute(QStringLiteral("SET LOCAL lock_timeout = '10s'"));
+        step.execute(QStringLiteral("SELECT pg_advisory_xact_lock(hashtext('DataAccess migration'))"));
+    } else if (hasVersions) {
+        step.execute(QStringLiteral("DELETE FROM features WHERE 1=0"));
+    }
+}
+
+/**
+ * Runs @p work in a transaction of its own, unless the version is not @p expected any more. Two programs that open one
+ * database at the same time must not both bring it up to date: an early step on the tables of a late one discards rows.
+ */
+bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 expected,
+                   const std::function<void(MigrationStep&)>& work)
+{
+    connect(db);
+    const bool hasVersions = db.Tables().contains(QStringLiteral("features"));
+    Database::Transaction transaction = db.Transaction();
+    if (!transaction.isOpen())
+        throw NotOpenException("the transaction cannot be started");
+    MigrationStep step(db, module);
+    lockOthersOut(step, hasVersions);
+    if (SchemaVersion(module.feature).read(step) != expected)
+        throw ExecutionException("the schema version was changed by another program");
+    work(step);
+    if (!transaction.commit())
+        throw ExecutionException("the transaction cannot be committed");
+    return true;
+}
+
+bool hasSequence(IDatabase& db, const QString& table)
+{
+    return !StatementRunner(db)
+                .rows(QStringLiteral("SELECT oid FROM pg_class WHERE relkind = 'S' AND relname = '%1_s' "
+                                     "AND pg_table_is_visible(oid)")
+                          .arg(table))
+                .isEmpty();
+}
+
+/// The sequence of a table that was dropped stays, and serves the table that takes its place.
+bool createSequence(IDatabase& db, const QString& table)
+{
+    if (db.Config()->Type() == Enumerations::Postgres && hasSequence(db, table))
+        return true;
+    return db.CreateSequence(table);
+}
+
+} // namespace
+
+AbstractMigrationManager::AbstractMigrationManager(QObject* parent)
+    : QObject(parent)
+{}
+
+AbstractMigrationManager::~AbstractMigrationManager() = default;
+
+bool AbstractMigrationManager::WaitForConnected(DbWorker* worker)
+{
+    return run<bool>(worker, module(), Q_FUNC_INFO, false, [](IDatabase& db) {
+        constexpr int attempts = 10;
+        constexpr unsigned long pause = 200;
+        for (int attempt = 1; !db.Connect(); ++attempt) {
+            if (attempt == attempts || !db.WasBlockedByStartup())
+                return false;
+            QThread::msleep(pause);
+        }
+        return true;
+    });
+}
+
+quint32 AbstractMigrationManager::readVersion() const
+{
+    return run<quint32>(m_worker, module(), Q_FUNC_INFO, s_invalidVersion, [this](IDatabase& db) {
+        if (!db.Connect())
+            return s_invalidVersion;
+        StatementRunner statements(db);
+        return SchemaVersion(module().feature).read(statements);
+    });
+}
+
+bool AbstractMigrationManager::setDbVersion(unsigned int version)
+{
+    return run<bool>(m_worker, module(), Q_FUNC_INFO, false, [this, version](IDatabase& db) {
+        return inTransaction(db, module(), m_from,
+                             [&](MigrationStep& step) { SchemaVersion(module().feature).write(step, version); });
+    });
+}
+
+bool AbstractMigrationManager::migrate(const QVector<Step>& steps)
+{
+    const quint32 from = readVersion();
+    const auto expected = static_cast<quint32>(steps.size());
+    if (from == expected)
+        return true;
+    qCDebug(module().category).noquote() << module().logPrefix + QStringLiteral("Migrate FROM:") << from << "TO"
+                                         << expected;
+    if (from > expected)
+        return false;
+    for (m_from = from; m_from < expected; ++m_from) {
+        if (!steps.at(static_cast<int>(m_from))() || !setDbVersion(m_from + 1))
+            return false;
+    }
+    return true;
+}
+
+bool AbstractMigrationManager::runStep(const char* function, const std::function<void(MigrationStep&)>& changes)
+{
+    return run<bool>(m_worker, module(), function, false, [&](IDatabase& db) {
+        return inTransaction(db, module(), m_from, [&](MigrationStep& step) {
+            changes(step);
+            step.restoreForeignKeys();
+        });
+    });
+}
+
+unsigned int AbstractMigrationManager::createTable(IDatabase& db, const QStringList& existingTables,
+                                                   QStringList& statementParts, const QString& tableName)
+{
+    if (existingTables.contains(tableName))
+        return 0;
+    try {
+        db.Exec(statementParts.join(QLatin1Char(' ')));
+        return createSequence(db, tableName) ? 0 : 1;
+    } catch (const std::exception& error) {
+        qCWarning(module().category).noquote() << Q_FUNC_INFO << QString::fromLocal8Bit(error.what());
+        return 1;
+    }
+}
+
+void AbstractMigrationManager::createTable(MigrationStep& step, const TableDefinition& table)
+{
+    const QStringList existing = step.tables();
+    if (existing.contains(table.name))
+        return;
+    QStringList parts = step.statementParts(table);
+    step.require(createTable(step.database(), existing, parts, table.name));
+}
+
+void AbstractMigrationManager::createVersionTables(MigrationStep& step)
+{
+    for (const TableDefinition& table : SchemaVersion::tables())
+        createTable(step, table);
+    // Settings tables from elsewhere may have rows and no sequence for new ones.
+    const QString features = QStringLiteral("features");
+    if (step.isPostgres() && !hasSequence(step.database(), features)) {
+        step.require(step.database().CreateSequence(features) ? 0 : 1);
+        step.execute(QStringLiteral("SELECT setval('features_s', max(id)) FROM features"));
+    }
+}
+
+} // namespace DataAccess::Manager

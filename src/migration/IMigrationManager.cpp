@@ -1,0 +1,7 @@
+#include "migration/IMigrationManager.h"
+
+namespace DataAccess::Interfaces {
+
+IMigrationManager::~IMigrationManager() = default;
+
+} // namespace DataAccess::Interfaces

@@ -1,0 +1,87 @@
+#include "migration/SchemaVersion.h"
+
+#include "database/IDatabase.h"
+#include "migration/StatementRunner.h"
+
+#include <QDateTime>
+
+#include <utility>
+
+namespace DataAccess::Manager {
+
+SchemaVersion::SchemaVersion(QString feature)
+    : m_feature(std::move(feature))
+{}
+
+QVector<TableDefinition> SchemaVersion::tables()
+{
+    const auto varChar = [](const char* name, unsigned int size) {
+        return Column{QString::fromLatin1(name), Enumerations::VarChar, size};
+    };
+    return {
+        {QStringLiteral("features"),
+         {Columns::integer("id", 8),
+          varChar("name", 28),
+          {QStringLiteral("type"), Enumerations::Char, 1},
+          varChar("module", 28),
+          Columns::boolean("temp_changeable"),
+          Columns::boolean("changeable"),
+          Columns::boolean("admin")},
+         {QStringLiteral("PRIMARY KEY( id )")}},
+        {QStringLiteral("feature_defaults"),
+         {{QStringLiteral("featureid"), Enumerations::Integer, 8, QStringLiteral("REFERENCES features(id)")},
+          varChar("value", 44),
+          Columns::timeStamp("changed_at")},
+         {QStringLiteral("PRIMARY KEY( featureid )")}},
+    };
+}
+
+quint32 SchemaVersion::read(StatementRunner& statements) const
+{
+    const QStringList existing = statements.database().Tables();
+    if (!existing.contains(QStringLiteral("features")) || !existing.contains(QStringLiteral("feature_defaults")))
+        return 0;
+    const StatementRunner::Rows rows = statements.rows(
+        QStringLiteral(
+            "SELECT d.value FROM \"features\" AS f LEFT JOIN \"feature_defaults\" AS d ON d.featureid = f.id "
+            "WHERE f.name = '%1' AND f.module = '' AND f.type = 'I'")
+            .arg(m_feature));
+    return rows.isEmpty() ? 0 : static_cast<quint32>(rows.first().first().toString().toLongLong());
+}
+
+void SchemaVersion::write(StatementRunner& statements, quint32 version) const
+{
+    const QVariant name = m_feature;
+    const StatementRunner::Rows found =
+        statements.rows(QStringLiteral("SELECT id FROM \"features\" WHERE name = :name AND module = '' AND type = 'I'"),
+                        {{QStringLiteral(":name"), name}});
+    qint64 id = 0;
+    if (!found.isEmpty()) {
+        id = found.first().first().toLongLong();
+    } else {
+        id = static_cast<qint64>(statements.database().NextId(QStringLiteral("features")));
+        statements.execute(
+            QStringLiteral("INSERT INTO \"features\" (id, name, type, module, temp_changeable, changeable, admin) "
+                           "VALUES (:id, :name, :type, :module, :temp_changeable, :changeable, :admin)"),
+            {{QStringLiteral(":id"), id},
+             {QStringLiteral(":name"), name},
+             {QStringLiteral(":type"), QStringLiteral("I")},
+             {QStringLiteral(":module"), QStringLiteral("")},
+             {QStringLiteral(":temp_changeable"), false},
+             {QStringLiteral(":changeable"), false},
+             {QStringLiteral(":admin"), false}});
+    }
+    const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
+    const StatementRunner::Values values{{QStringLiteral(":featureid"), id},
+                                         {QStringLiteral(":value"), QString::number(version)},
+                                         {QStringLiteral(":changed_at"), now}};
+    if (statements.execute(QStringLiteral("UPDATE \"feature_defaults\" SET value = :value, changed_at = :changed_at "
+                                          "WHERE featureid = :featureid"),
+                           values) > 0)
+        return;
+    statements.execute(QStringLiteral("INSERT INTO \"feature_defaults\" (featureid, value, changed_at) "
+                                      "VALUES (:featureid, :value, :changed_at)"),
+                       values);
+}
+
+} // namespace DataAccess::Manager

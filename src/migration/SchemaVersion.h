@@ -1,0 +1,30 @@
+#pragma once
+
+#include "migration/TableDefinition.h"
+
+#include <QString>
+#include <QVector>
+
+namespace DataAccess::Manager {
+
+class StatementRunner;
+
+/// The schema version of one part of a database: a row of the settings tables. For use inside jobs.
+class SchemaVersion
+{
+public:
+    explicit SchemaVersion(QString feature);
+
+    /// The settings tables, in the order in which they can be created.
+    static QVector<TableDefinition> tables();
+
+    /// The stored version; 0 when there is none. Throws ExecutionException when the database cannot be read.
+    quint32 read(StatementRunner& statements) const;
+    /// Stores @p version; to be called in a transaction. Throws ExecutionException.
+    void write(StatementRunner& statements, quint32 version) const;
+
+private:
+    QString m_feature;
+};
+
+} // namespace DataAccess::Manager

@@ -1,0 +1,107 @@
+#include "migration/editor/EditorMigrationManager.h"
+
+#include "database/IDatabase.h"
+#include "database/LoggingCategories.h"
+#include "entities/qor/QorUuidHelpers.h"
+#include "migration/MigrationModule.h"
+#include "migration/StatementRunner.h"
+
+#include <exception>
+
+namespace DataAccess::Manager {
+
+namespace {
+
+constexpr quint32 expectedVersion = 9;
+
+} // namespace
+
+EditorMigrationManager::EditorMigrationManager(QObject* parent)
+    : AbstractMigrationManager(parent)
+{}
+
+EditorMigrationManager::~EditorMigrationManager() = default;
+
+const MigrationModule& EditorMigrationManager::module() const
+{
+    static const MigrationModule editor{QStringLiteral("CablesVersion"), lcMigrationEditor, QString()};
+    return editor;
+}
+
+void EditorMigrationManager::setDbWorker(Database::DbWorker* worker)
+{
+    m_worker = worker;
+}
+
+quint32 EditorMigrationManager::DbVersion() const
+{
+    return readVersion();
+}
+
+quint32 EditorMigrationManager::InvalidVersion() const
+{
+    return s_invalidVersion;
+}
+
+quint32 EditorMigrationManager::ExpectedVersion() const
+{
+    return expectedVersion;
+}
+
+bool EditorMigrationManager::WaitForConnected()
+{
+    return AbstractMigrationManager::WaitForConnected(m_worker);
+}
+
+bool EditorMigrationManager::Migrate()
+{
+    m_messages.clear();
+    // The steps of the evaluations came between those of the cables; the versions in the field count on that order.
+    return migrate({[this] { return Cables_01(); }, [this] { return Cables_02(); }, [this] { return Cables_03(); },
+                    [this] { return Cables_04(); }, [this] { return Evaluation_01(); },
+                    [this] { return Evaluation_02(); }, [this] { return Cables_05(); }, [this] { return Cables_06(); },
+                    [this] { return Cables_07(); }});
+}
+
+quint32 EditorMigrationManager::MigrationSteps() const
+{
+    const quint32 version = DbVersion();
+    return version <= expectedVersion ? expectedVersion - version : 0;
+}
+
+QString EditorMigrationManager::feature()
+{
+    return module().feature;
+}
+
+QStringList EditorMigrationManager::migrationMessages()
+{
+    return m_messages;
+}
+
+unsigned int EditorMigrationManager::setUuidAsId(Interfaces::IDatabase& db, const QString& tableName)
+{
+    try {
+        StatementRunner statements(db);
+        // The column holds text, which PostgreSQL does not compare with a number.
+        const QString literal = statements.isPostgres() ? QStringLiteral("'%1'") : QStringLiteral("%1");
+        for (const QVariantList& row : statements.rows(QStringLiteral("SELECT id FROM %1").arg(tableName))) {
+            const QString id = row.first().toString();
+            const qint64 number = id.toLongLong();
+            if (QString::number(number) != id)
+                continue;
+            statements.execute(
+                QStringLiteral("UPDATE %1 SET \"id\" = :id WHERE id = %2").arg(tableName, literal.arg(number)),
+                {{QStringLiteral(":id"), QOR::Entities::QorUuidHelpers::uuidFromInt(number).toString()}});
+        }
+        return 0;
+    } catch (const std::exception& error) {
+        qCWarning(lcMigrationEditor).noquote()
+            << "unsigned int __cdecl DataAccess::Manager::EditorMigrationManager::setUuidAsId(class "
+               "DataAccess::Interfaces::IDatabase &,const class QString &)"
+            << QString::fromLocal8Bit(error.what());
+        return 1;
+    }
+}
+
+} // namespace DataAccess::Manager

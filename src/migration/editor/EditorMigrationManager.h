@@ -1,0 +1,59 @@
+#pragma once
+
+#include "migration/AbstractMigrationManager.h"
+#include "migration/IMigrationManager.h"
+
+namespace DataAccess::Manager {
+
+/// Migrates the tables of the cable network, of its ratings and of its links to the cable book.
+class DATAACCESS_EXPORT EditorMigrationManager : public AbstractMigrationManager, public Interfaces::IMigrationManager
+{
+    Q_OBJECT
+
+public:
+    explicit EditorMigrationManager(QObject* parent = nullptr);
+    ~EditorMigrationManager() override;
+
+    void setDbWorker(Database::DbWorker* worker) override;
+    quint32 DbVersion() const override;
+    quint32 InvalidVersion() const override;
+    quint32 ExpectedVersion() const override;
+    bool WaitForConnected() override;
+    bool Migrate() override;
+    quint32 MigrationSteps() const override;
+    QString feature() override;
+    /// The messages of the last Migrate().
+    QStringList migrationMessages() override;
+
+private:
+    using AbstractMigrationManager::createTable;
+    using AbstractMigrationManager::setDbVersion;
+
+    const MigrationModule& module() const override;
+
+    /// Creates the first layout of the cable network. Cable tables without a version are discarded.
+    bool Cables_01();
+    /// Stations get a description and an image, segments a detail each, cables a type; voltages become volts.
+    bool Cables_02();
+    /// Segments get a date of installation.
+    bool Cables_03();
+    /// Segments of one insulation share its default detail.
+    bool Cables_04();
+    /// Creates the table of evaluations.
+    bool Evaluation_01();
+    /// Creates the table of ratings and moves the evaluations there.
+    bool Evaluation_02();
+    /// Cables get an importance. Creates the links to the cable book.
+    bool Cables_05();
+    /// Deletes unused segment details.
+    bool Cables_06();
+    /// Deletes unused switchgear.
+    bool Cables_07();
+
+    /// Turns the integer ids of a table into identifiers; others stay. Returns the number of failures, which are
+    /// logged.
+    unsigned int setUuidAsId(Interfaces::IDatabase& db, const QString& tableName);
+    void copyEvaluations(MigrationStep& step);
+};
+
+} // namespace DataAccess::Manager

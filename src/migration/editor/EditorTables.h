@@ -1,0 +1,23 @@
+#pragma once
+
+#include "migration/TableDefinition.h"
+
+/// The layouts of the cable network's tables. The number is the schema version that a layout came with.
+namespace DataAccess::Manager::EditorTables {
+
+TableDefinition station01();
+TableDefinition station02();
+TableDefinition segment01();
+TableDefinition segment02();
+TableDefinition segment03();
+TableDefinition segmentDetail02();
+TableDefinition cable01();
+TableDefinition cable02();
+TableDefinition cable07();
+TableDefinition evaluation05();
+TableDefinition rating06();
+TableDefinition cablebookMeasures07();
+/// All tables of the cable network as version 1 has them.
+QVector<TableDefinition> all01();
+
+} // namespace DataAccess::Manager::EditorTables

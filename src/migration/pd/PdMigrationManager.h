@@ -1,0 +1,60 @@
+#pragma once
+
+#include "migration/AbstractMigrationManager.h"
+#include "migration/IMigrationManager.h"
+
+namespace DataAccess::Manager {
+
+/// Migrates the tables of the partial-discharge results.
+class DATAACCESS_EXPORT PdMigrationManager : public AbstractMigrationManager, public Interfaces::IMigrationManager
+{
+    Q_OBJECT
+
+public:
+    explicit PdMigrationManager(QObject* parent = nullptr);
+    ~PdMigrationManager() override;
+
+    void setDbWorker(Database::DbWorker* worker) override;
+    quint32 DbVersion() const override;
+    quint32 InvalidVersion() const override;
+    quint32 ExpectedVersion() const override;
+    bool WaitForConnected() override;
+    bool Migrate() override;
+    quint32 MigrationSteps() const override;
+    QString feature() override;
+    /// The messages of every Migrate() so far.
+    QStringList migrationMessages() override;
+
+private:
+    using AbstractMigrationManager::createTable;
+
+    const MigrationModule& module() const override;
+
+    /// Creates the tables of files, tasks, reports and mappings.
+    bool Pd_01();
+    /// Creates the tables of report mappings, report filters and IEC results.
+    bool Pd_02();
+    /// Creates the table of evaluations.
+    bool Pd_03();
+    /// Creates the tables of mapping events, IEC overviews and summaries.
+    bool Pd_04();
+    /// IEC overviews get a sensitivity level.
+    bool Pd_05();
+    /// Creates the table of task information.
+    bool Pd_06();
+    /// Summaries get the maximum voltage that was applied.
+    bool Pd_07();
+    /// Creates the table of diagram settings.
+    bool Pd_08();
+
+    /// Creates a table without a sequence; one that is there already is left alone, and logged with @p existsText.
+    void createUnlessPresent(MigrationStep& step, const TableDefinition& table, const char* existsText);
+    /**
+     * Gives a table a new layout by way of the work table @p workName. Rows that wait in such a table since another
+     * program was cut short while it did the same are brought back; the work table is gone afterwards.
+     */
+    void rebuild(MigrationStep& step, const TableDefinition& from, const TableDefinition& to, const QString& workName,
+                 const QString& save, const QString& restore);
+};
+
+} // namespace DataAccess::Manager

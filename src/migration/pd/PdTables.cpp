@@ -1,0 +1,191 @@
+#include "migration/pd/PdTables.h"
+
+namespace DataAccess::Manager {
+
+namespace {
+
+using namespace Columns;
+
+/// A table whose rows have an identifier of their own.
+TableDefinition entityTable(const char* name, const QVector<Column>& columns)
+{
+    return {QString::fromLatin1(name), columns, {QStringLiteral("PRIMARY KEY( id )")}};
+}
+
+/// The same, from the versions on that store a comment with each column.
+TableDefinition commentedTable(const char* name, const QVector<Column>& columns)
+{
+    return {QString::fromLatin1(name), columns, {QStringLiteral("PRIMARY KEY (\"id\")")}};
+}
+
+Column taskReference()
+{
+    Column column = text("taskid", "foreign key of pd_task");
+    column.suffix = QStringLiteral("REFERENCES pd_task(id) ON DELETE CASCADE");
+    return column;
+}
+
+} // namespace
+
+TableDefinition PdTables::file01()
+{
+    return entityTable("pd_file", {text("id"), text("name"), bytes("data"), bytes("hash"), text("report"),
+                                   boolean("snap"), boolean("deleted"), timeStamp("timestamp")});
+}
+
+TableDefinition PdTables::task01()
+{
+    return entityTable("pd_task",
+                       {text("id"), text("cable"), timeStamp("creationdate"), text("station"), text("tester"),
+                        text("path"), text("comment"), text("devices"), text("kvtrrecommentation"), boolean("snap"),
+                        boolean("deleted"), timeStamp("timestamp")});
+}
+
+TableDefinition PdTables::report01()
+{
+    return entityTable("pd_report",
+                       {text("id"), text("task"), timeStamp("creationtimestamp"), integer("flags", 4),
+                        text("recommentation"), boolean("snap"), boolean("deleted"), timeStamp("timestamp")});
+}
+
+TableDefinition PdTables::mapping01()
+{
+    return entityTable("pd_mapping", {text("id"), text("report"), numeric("load"), integer("phase", 4),
+                                      integer("class", 4), boolean("polarity"), numeric("voltage"), numeric("position"),
+                                      integer("mode", 4), boolean("snap"), boolean("deleted"), timeStamp("timestamp")});
+}
+
+TableDefinition PdTables::reportMapping02()
+{
+    return {QStringLiteral("pd_report_mapping"), {text("reportid"), integer("reportindex", 8)}, {}};
+}
+
+TableDefinition PdTables::filter02()
+{
+    return {QStringLiteral("pd_filter"), {text("reportid"), text("key"), text("value")}, {}};
+}
+
+TableDefinition PdTables::iec02()
+{
+    return {QStringLiteral("pd_iec"),
+            {text("reportid"), integer("phase", 4), numeric("groundnoise"), numeric("frequency"),
+             numeric("pdivvoltage"), numeric("pdevvoltage"), numeric("pdivmaxcharge"), numeric("pdu0maxcharge"),
+             numeric("pdu0medcharge"), numeric("pdu01_7maxcharge"), numeric("pdu01_7medcharge"),
+             numeric("pdu02_0maxcharge"), numeric("pdu02_0medcharge"), timeStamp("timestamp")},
+            {}};
+}
+
+TableDefinition PdTables::evaluation03()
+{
+    return {
+        QStringLiteral("pd_evaluation"),
+        {taskReference(), text("comment", "user defined text"),
+         text("evaluation", "JSON containing evaluation for every phase and position from 0.0 to 1.0"),
+         integer("manual", 4, "hand made by user, 0 -> not set yet, -1 -> automatic generated"),
+         integer("oldcable", 4, "use criteria for old cables, 0 -> not set yet, -1 -> use criteria for young cables"),
+         integer("eventselectionmodel", 4, "0 -> Maximum, 1 -> Median, 2 -> Average")},
+        {QStringLiteral("PRIMARY KEY( taskid )")}};
+}
+
+TableDefinition PdTables::mappingEvent04()
+{
+    return commentedTable(
+        "pd_mapping_event",
+        {text("id", "Uuid key"), text("report_id", "reference to the report this mapping event is associated with"),
+         numeric("load", "measured load for this mapping event"),
+         integer("phase", 4, "phase index the mapping event is associated with"),
+         integer("class", 4, "display classification of the mapping event"),
+         boolean("polarity", "polarity of the mapping event"),
+         numeric("voltage", "voltage the mapping event was measured at"),
+         numeric("position", "distance from cable start"), integer("mode", 4, "mapping event mode"),
+         boolean("snap", ""), boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+}
+
+TableDefinition PdTables::iecOverview04()
+{
+    return commentedTable("pd_iec_overview",
+                          {text("id", "Uuid key"),
+                           text("report_id", "reference to the report this iec overview is associated with"),
+                           integer("phase", 4, "phase index the iec overview is associated with"),
+                           numeric("groundnoise", "noise level of the measurement"),
+                           numeric("frequency", "frequency of the measurement"), numeric("pdivvoltage", "PDIV voltage"),
+                           numeric("pdevvoltage", "PDEV voltage"), numeric("pdivmaxcharge", "maximum charge at PDIV"),
+                           text("pdmaxcharges", "map of maximum charges at various voltage levels"),
+                           text("pdmedcharges", "map of median charges at various voltage levels"), boolean("snap", ""),
+                           boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+}
+
+TableDefinition PdTables::iecOverview05()
+{
+    return commentedTable("pd_iec_overview",
+                          {text("id", "Uuid key"),
+                           text("report_id", "reference to the report this iec overview is associated with"),
+                           integer("phase", 4, "phase index the iec overview is associated with"),
+                           numeric("groundnoise", "noise level of the measurement"),
+                           numeric("sensitivity_level", "sensitivity level confirmed in reporting mode"),
+                           numeric("frequency", "frequency of the measurement"), numeric("pdivvoltage", "PDIV voltage"),
+                           numeric("pdevvoltage", "PDEV voltage"), numeric("pdivmaxcharge", "maximum charge at PDIV"),
+                           text("pdmaxcharges", "map of maximum charges at various voltage levels"),
+                           text("pdmedcharges", "map of median charges at various voltage levels"), boolean("snap", ""),
+                           boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+}
+
+TableDefinition PdTables::summary04()
+{
+    return commentedTable(
+        "pd_summary",
+        {text("id", "Uuid key"), text("report_id", "reference to the report this summary is associated with"),
+         boolean("pdiv", "associated task has PDIV measurement"),
+         boolean("pdev", "associated task has PDEV measurement"),
+         boolean("groundnoise", "associated task has groundnoise measurement"),
+         boolean("data", "measurement data is available for the associated task"),
+         boolean("vwd", "associated task has ???"), boolean("dac_pos", "associated task used DAC+ operation mode"),
+         boolean("dac_neg", "associated task used DAC- operation mode"),
+         boolean("vlf_cr", "associated task used VLF CR operation mode"),
+         boolean("vlf_sin", "associated task used VLF SINUS operation mode"), boolean("snap", ""),
+         boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+}
+
+TableDefinition PdTables::summary07()
+{
+    return commentedTable(
+        "pd_summary",
+        {text("id", "Uuid key"), text("report_id", "reference to the report this summary is associated with"),
+         boolean("pdiv", "associated task has PDIV measurement"),
+         boolean("pdev", "associated task has PDEV measurement"),
+         boolean("groundnoise", "associated task has groundnoise measurement"),
+         boolean("data", "measurement data is available for the associated task"),
+         boolean("vwd", "associated task has ???"), boolean("dac_pos", "associated task used DAC+ operation mode"),
+         boolean("dac_neg", "associated task used DAC- operation mode"),
+         boolean("vlf_cr", "associated task used VLF CR operation mode"),
+         boolean("vlf_sin", "associated task used VLF SINUS operation mode"),
+         numeric("max_applied_voltage", "maximum voltage set on the Hv Source during the task"), boolean("snap", ""),
+         boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+}
+
+TableDefinition PdTables::taskInfo06()
+{
+    return commentedTable(
+        "pd_task_info",
+        {text("id", "Uuid key"), text("report_id", "reference to the report this task info entity is associated with"),
+         text("pd_version", "Hallmere Version that created the task"),
+         text("system_type", "description of the system type used in the measurements"),
+         text("serial_number", "system serial number"), text("calibration_date", "date of the last calibration"),
+         boolean("snap", ""), boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+}
+
+TableDefinition PdTables::lbDiagram08()
+{
+    return commentedTable("pd_lbdiagram",
+                          {text("id", "Uuid key"),
+                           text("report_id", "reference to the report this pdLbDiagram entity is associated with"),
+                           boolean("phase1visible", "Visibility of phase 1"),
+                           boolean("phase2visible", "Visibility of phase 2"),
+                           boolean("phase3visible", "Visibility of phase 3"),
+                           integer("filterclass", 4, "Classification filter for pd events"),
+                           numeric("filtervoltagemin", "Voltage filter minimal voltage"),
+                           numeric("filtervoltagemax", "Voltage filter maximal voltage"), boolean("snap", ""),
+                           boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+}
+
+} // namespace DataAccess::Manager

@@ -1,0 +1,147 @@
+#include "repositories/lb/CablebookMeasuresRepository.h"
+
+#include "entities/qor/QorUuidHelpers.h"
+
+#include <limits>
+
+namespace DataAccess::Repositories {
+
+using Interfaces::IDatabase;
+using Interfaces::IValueConverter;
+using LB::Entities::CablebookMeasure;
+using QOR::Entities::QorUuidHelpers;
+
+namespace {
+
+/// The key of the row of @p measure. Throws ExecutionException when there is none.
+qint64 keyOf(const CablebookMeasure& measure)
+{
+    if (measure.MeasureId() != 0)
+        return measure.MeasureId();
+    const qint64 number = QorUuidHelpers::intFromUuid(measure.Id());
+    if (QorUuidHelpers::uuidFromInt(number) != measure.Id())
+        throw Exceptions::ExecutionException("A link without the number of its measurement has no row");
+    return number;
+}
+
+class CablebookMeasuresMapping final : public EntityMapping<CablebookMeasure>
+{
+public:
+    const Statements& statements() const override
+    {
+        static const Statements texts = {
+            QStringLiteral("SELECT id,cableid,importdate,deletedate,snap,lastedit,stationid FROM %1"),
+            QStringLiteral("SELECT id,cableid,importdate,deletedate,snap,lastedit,stationid FROM %1 WHERE id = %2"),
+            QStringLiteral(
+                "INSERT INTO %1 (id, cableid, importdate, deletedate, snap, lastedit, stationid) VALUES (:id, :cableid, :importdate, :deletedate, :snap, :lastedit, :stationid)"),
+            QStringLiteral(
+                R"(UPDATE %1 SET "cableid" = :cableid, "importdate" = :importdate, "deletedate" = :deletedate, "snap" = :snap, "lastedit" = :lastedit, "stationid" = :stationid WHERE id = :id)"),
+            {5, 3, 4}};
+        return texts;
+    }
+
+    QString idText(const QUuid& id) const override { return QString::number(QorUuidHelpers::intFromUuid(id)); }
+
+    QUuid readId(const IValueConverter& row) const override { return QorUuidHelpers::uuidFromInt(row.toInt64(0)); }
+
+    void read(const IValueConverter& row, const std::shared_ptr<CablebookMeasure>& entity) const override
+    {
+        const qint64 number = row.toInt64(0);
+        // The column is wider than the property. The key of a larger number is the id's.
+        if (number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max())
+            entity->SetMeasureId(static_cast<int>(number));
+        entity->SetCableId(QUuid(row.toString(1)));
+        entity->SetImportDate(row.toDateTime(2));
+        entity->SetLastEditDate(row.toUtcDateTime(5));
+        entity->SetStationId(QUuid(row.toString(6)));
+    }
+
+    void readBookkeeping(const IValueConverter& row, const Bookkeeping& columns,
+                         CablebookMeasure& entity) const override
+    {
+        using namespace QOR::Entities::Enumerations;
+        const bool deleted = !row.toString(columns.deleted).isEmpty();
+        entity.SetTimestamp(row.toUtcDateTime(columns.timestamp));
+        entity.SetEntityState(row.toBool(columns.snap) ? Snapshot : deleted ? Deleted : Normal);
+    }
+
+    void bind(IValueConverter& values, const CablebookMeasure& entity) const override
+    {
+        values.bindValue(QStringLiteral(":cableid"), entity.CableId());
+        // Stored without a time zone and read as local time, and so written as local time too.
+        values.bindValue(QStringLiteral(":importdate"), entity.ImportDate().toLocalTime());
+        values.bindValue(QStringLiteral(":stationid"), entity.StationId());
+    }
+
+    void bindBookkeeping(IValueConverter& values, const CablebookMeasure& entity, const QDateTime& now) const override
+    {
+        using namespace QOR::Entities::Enumerations;
+        values.bindValue(QStringLiteral(":id"), keyOf(entity));
+        values.bindValue(QStringLiteral(":deletedate"), entity.EntityState() == Deleted ? now : QDateTime());
+        values.bindValue(QStringLiteral(":snap"), entity.EntityState() == Snapshot);
+        values.bindValue(QStringLiteral(":lastedit"), now);
+    }
+
+    void written(const std::shared_ptr<CablebookMeasure>& entity) const override
+    {
+        entity->SetLastEditDate(entity->Timestamp());
+    }
+};
+
+/// Runs @p statement on the row of @p entity; @p bindMore binds what it has besides the key.
+template <typename Function>
+bool runOnRow(IDatabase& db, const QOR::Entities::Entity* entity, const QString& statement, const char* function,
+              Function bindMore)
+{
+    if (entity == nullptr || entity->Id().isNull())
+        return false;
+    try {
+        QSqlQuery& query = EntityRows::prepare(db, statement);
+        const auto values = db.Converter(query);
+        values->bindValue(QStringLiteral(":id"), keyOf(static_cast<const CablebookMeasure&>(*entity)));
+        bindMore(*values);
+        return db.Exec(query);
+    } catch (const Exceptions::DbException& error) {
+        qCCritical(lcDatabase) << function << error.what();
+        return false;
+    }
+}
+
+} // namespace
+
+CablebookMeasuresRepository::CablebookMeasuresRepository(
+    Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
+    const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent)
+    : EntityRepository(worker, QStringLiteral("cablebook_measures"), strategy, manager,
+                       std::make_shared<CablebookMeasuresMapping>(), parent)
+{}
+
+CablebookMeasuresRepository::~CablebookMeasuresRepository() = default;
+
+Database::Task<bool>* CablebookMeasuresRepository::DeleteAsync(EntityList entities)
+{
+    const QString statement =
+        QStringLiteral(R"(UPDATE %1 SET "deletedate" = :deletedate, "lastedit" = :lastedit WHERE id = :id)")
+            .arg(table());
+    const auto operation = [statement, function = Q_FUNC_INFO](IDatabase& db, QOR::Entities::Entity* entity) {
+        return runOnRow(db, entity, statement, function, [](IValueConverter& values) {
+            const QDateTime now = QDateTime::currentDateTimeUtc();
+            values.bindValue(QStringLiteral(":deletedate"), now);
+            values.bindValue(QStringLiteral(":lastedit"), now);
+        });
+    };
+    return forEachRow(EntityVector(entities.begin(), entities.end()), operation, Q_FUNC_INFO);
+}
+
+Database::Task<bool>* CablebookMeasuresRepository::RemoveAsync(EntityList entities)
+{
+    const QString statement = QStringLiteral("DELETE FROM %1 WHERE id = :id").arg(table());
+    const auto operation = [statement, function = Q_FUNC_INFO](IDatabase& db, QOR::Entities::Entity* entity) {
+        return runOnRow(db, entity, statement, function, [](IValueConverter&) {});
+    };
+    return forEachRow(EntityVector(entities.begin(), entities.end()), operation, Q_FUNC_INFO);
+}
+
+template class EntityRepository<LB::Entities::CablebookMeasure>;
+
+} // namespace DataAccess::Repositories

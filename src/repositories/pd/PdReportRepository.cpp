@@ -1,0 +1,162 @@
+#include "repositories/pd/PdReportRepository.h"
+
+#include "database/GenericDml.h"
+
+namespace DataAccess::Repositories {
+
+using Interfaces::IDatabase;
+using Interfaces::IValueConverter;
+using PD::Entities::PdReport;
+
+namespace {
+
+using Filter = QHash<QString, QString>;
+
+/// The connection's query, with @p statement prepared and @p reportId bound to @p placeholder.
+QSqlQuery& prepare(IDatabase& db, const QString& statement, const QString& placeholder, const QUuid& reportId)
+{
+    QSqlQuery& query = EntityRows::prepare(db, statement);
+    db.Converter(query)->bindValue(placeholder, reportId);
+    return query;
+}
+
+/// Calls @p take for each row of @p query.
+template <typename Function>
+void forEachRow(IDatabase& db, QSqlQuery& query, Function take)
+{
+    const auto row = db.Converter(query);
+    while (query.next())
+        take(*row);
+    if (query.lastError().isValid())
+        throw Exceptions::ExecutionException(query.lastError().text().toLocal8Bit().constData());
+}
+
+Filter filterOf(IDatabase& db, const QUuid& reportId)
+{
+    QSqlQuery& query = prepare(db, QStringLiteral("SELECT key, value FROM pd_filter WHERE reportid = :id"),
+                               QStringLiteral(":id"), reportId);
+    query.setForwardOnly(true);
+    db.Exec(query);
+    Filter filter;
+    forEachRow(db, query, [&](const IValueConverter& row) { filter.insert(row.toString(0), row.toString(1)); });
+    return filter;
+}
+
+QHash<QUuid, Filter> allFilters(IDatabase& db)
+{
+    QSqlQuery query = db.Exec(QStringLiteral("SELECT reportid, key, value FROM pd_filter"));
+    QHash<QUuid, Filter> filters;
+    forEachRow(db, query, [&](const IValueConverter& row) {
+        filters[QUuid(row.toString(0))].insert(row.toString(1), row.toString(2));
+    });
+    return filters;
+}
+
+void deleteFilter(IDatabase& db, const QUuid& reportId)
+{
+    db.Exec(prepare(db, QStringLiteral("DELETE FROM pd_filter WHERE reportid = :reportId"), QStringLiteral(":reportId"),
+                    reportId));
+}
+
+void insertFilter(IDatabase& db, const QUuid& reportId, const Filter& filter)
+{
+    if (filter.isEmpty())
+        return;
+    QSqlQuery& query =
+        prepare(db, QStringLiteral("INSERT INTO pd_filter (reportid, key, value) VALUES (:reportId, :key, :value)"),
+                QStringLiteral(":reportId"), reportId);
+    const auto values = db.Converter(query);
+    for (auto setting = filter.begin(); setting != filter.end(); ++setting) {
+        values->bindValue(QStringLiteral(":key"), setting.key());
+        values->bindValue(QStringLiteral(":value"), setting.value());
+        db.Exec(query);
+    }
+}
+
+class PdReportMapping final : public EntityMapping<PdReport>
+{
+public:
+    const Statements& statements() const override
+    {
+        static const Statements texts = {
+            QStringLiteral(
+                "SELECT id, task, creationtimestamp, flags, recommentation, timestamp, deleted, snap FROM %1"),
+            QStringLiteral(
+                "SELECT id, task, creationtimestamp, flags, recommentation, timestamp, deleted, snap FROM %1 WHERE id = '%2'"),
+            QStringLiteral(
+                "INSERT INTO %1(id, task, creationtimestamp, flags, recommentation, snap, deleted, timestamp) VALUES (:id, :task, :creationtimestamp, :flags, :recommentation, :snap, :deleted, :timestamp)"),
+            QStringLiteral(
+                R"(UPDATE %1 SET "task" = :task, "creationtimestamp" = :creationtimestamp, "flags" = :flags, "recommentation" = :recommentation, "deleted" = :deleted, "snap" = :snap, "timestamp" = :timestamp WHERE id = :id)"),
+            {5, 6, 7}};
+        return texts;
+    }
+
+    void read(const IValueConverter& row, const std::shared_ptr<PdReport>& entity) const override
+    {
+        entity->SetTaskId(QUuid(row.toString(1)));
+        entity->SetCreationTimestamp(row.toDateTime(2));
+        entity->SetFlags(row.toInt32(3));
+        entity->SetRecommentation(row.toString(4));
+    }
+
+    void bind(IValueConverter& values, const PdReport& entity) const override
+    {
+        values.bindValue(QStringLiteral(":task"), entity.TaskId());
+        // Stored without a time zone and read as local time, and so written as local time too.
+        values.bindValue(QStringLiteral(":creationtimestamp"), entity.CreationTimestamp().toLocalTime());
+        values.bindValue(QStringLiteral(":flags"), entity.Flags());
+        values.bindValue(QStringLiteral(":recommentation"), entity.Recommentation());
+    }
+
+    void readMore(IDatabase& db, const std::vector<std::shared_ptr<PdReport>>& entities) const override
+    {
+        if (entities.size() == 1) {
+            setFilter(*entities.front(), filterOf(db, entities.front()->Id()));
+        } else if (!entities.empty()) {
+            const QHash<QUuid, Filter> filters = allFilters(db);
+            for (const std::shared_ptr<PdReport>& report : entities)
+                setFilter(*report, filters.value(report->Id()));
+        }
+    }
+
+    void writeMore(IDatabase& db, Write kind, const PdReport& entity) const override
+    {
+        if (kind == Write::Update)
+            deleteFilter(db, entity.Id());
+        insertFilter(db, entity.Id(), entity.Filter());
+    }
+
+private:
+    static void setFilter(PdReport& report, const Filter& filter)
+    {
+        const auto state = report.EntityState();
+        report.SetFilter(filter);
+        report.SetEntityState(state);
+    }
+};
+
+} // namespace
+
+PdReportRepository::PdReportRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
+                                       const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
+                                       QObject* parent)
+    : EntityRepository(worker, QStringLiteral("pd_report"), strategy, manager, std::make_shared<PdReportMapping>(),
+                       parent)
+{}
+
+PdReportRepository::~PdReportRepository() = default;
+
+Database::Task<bool>* PdReportRepository::RemoveAsync(EntityList entities)
+{
+    const auto operation = [table = table()](IDatabase& db, QOR::Entities::Entity* report) {
+        if (!Database::GenericDml::removeFromTable(db, report, table))
+            return false;
+        deleteFilter(db, report->Id());
+        return true;
+    };
+    return forEachRow(EntityVector(entities.begin(), entities.end()), operation, Q_FUNC_INFO);
+}
+
+template class EntityRepository<PD::Entities::PdReport>;
+
+} // namespace DataAccess::Repositories

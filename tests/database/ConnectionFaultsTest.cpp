@@ -1,0 +1,230 @@
+#include "database/Database.h"
+#include "database/ExecutionException.h"
+#include "support/FileLocker.h"
+#include "support/LogCapture.h"
+#include "support/PrivateServer.h"
+#include "support/RunningWorker.h"
+#include "support/Scalar.h"
+#include "support/TestDatabase.h"
+#include "support/TestMain.h"
+#include "support/UnprivilegedUser.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace DataAccess;
+using namespace DataAccess::Exceptions;
+using Database::DatabaseConfig;
+using Interfaces::IDatabase;
+using TestSupport::LogCapture;
+using TestSupport::RunningWorker;
+using TestSupport::scalar;
+using TestSupport::TestDatabase;
+
+namespace {
+
+QByteArray content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Makes a database of many pages, and returns its bytes.
+QByteArray fill(const TestDatabase& database)
+{
+    Database::Database db(database.config());
+    db.Exec(QStringLiteral("CREATE TABLE t AS SELECT zeroblob(100000) AS a"));
+    db.Disconnect();
+    return content(database.name());
+}
+
+} // namespace
+
+/// Files that are no databases, servers that are not there: a clear error in good time, and nothing changed.
+class ConnectionFaultsTest : public QObject
+{
+    Q_OBJECT
+
+    /// Connects in vain, and returns why: in good time, logged, and with the exception that goes with it.
+    static QString connectError(const std::shared_ptr<DatabaseConfig>& config, bool retriable)
+    {
+        constexpr qint64 patience = 8000; // the busy time-out, and what a slow machine needs on top
+        const LogCapture log;
+        Database::Database db(config);
+        QElapsedTimer timer;
+        timer.start();
+        if (db.Connect() || db.IsOpen())
+            return QStringLiteral("connected");
+        if (timer.elapsed() > patience || db.WasBlockedByStartup() != retriable)
+            return QStringLiteral("late, or the wrong advice to try again");
+        return log.contains(QStringLiteral("Can't open connection \"")) ? db.OpenError() : QStringLiteral("not logged");
+    }
+
+private Q_SLOTS:
+    void unusableFiles_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("reason");
+        QTest::addColumn<bool>("retriable");
+        const TestDatabase database(Enumerations::SQLite3);
+        const QByteArray whole = fill(database);
+        QTest::newRow("text") << QByteArray("Dear database,\n") << "no database" << false;
+        QTest::newRow("SQLite 2") << QByteArray("** This file contains an SQLite 2.1 database **\0rest", 53)
+                                  << "SQLite 2" << false;
+        QTest::newRow("half") << whole.left(whole.size() / 2) << "malformed" << false;
+        QTest::newRow("header") << whole.left(60) << "malformed" << false;
+        QTest::newRow("schema") << whole.left(100) + QByteArray(whole.size() - 100, '\xff') << "malformed" << false;
+        QTest::newRow("folder") << QByteArray() << "is a folder" << true;
+        QTest::newRow("missing folder") << QByteArray() << "folder of the database file does not exist" << true;
+        QTest::newRow("pipe") << QByteArray() << "no regular file" << false;
+    }
+    void unusableFiles()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, reason);
+        QFETCH(bool, retriable);
+        const TestDatabase database(Enumerations::SQLite3);
+        const QByteArray kind = QTest::currentDataTag();
+        const auto config = database.config();
+        if (kind == "folder") {
+            QVERIFY(QDir().mkdir(database.name()));
+        } else if (kind == "pipe") {
+            QCOMPARE(mkfifo(QFile::encodeName(database.name()).constData(), 0600), 0);
+        } else if (kind == "missing folder") {
+            config->SetDatabaseName(database.name() + QStringLiteral("/none.vbk"));
+        } else {
+            QFile file(database.name());
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        }
+        const auto entries = [&] {
+            return QFileInfo(database.name()).dir().entryList(QDir::AllEntries | QDir::System);
+        };
+        const QStringList before = entries();
+        const QString error = connectError(config, retriable);
+        QVERIFY2(error.contains(reason), qUtf8Printable(error));
+        QCOMPARE(entries(), before);
+        QVERIFY(kind == "pipe" || content(database.name()) == bytes);
+    }
+
+    void emptyFileIsAnEmptyDatabase()
+    {
+        const TestDatabase database(Enumerations::SQLite3);
+        QFile file(database.name());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(Database::Database(database.config()).Tables().isEmpty() && file.size() == 0);
+    }
+
+    void lockedFile()
+    {
+        const TestDatabase database(Enumerations::SQLite3);
+        const QByteArray before = fill(database);
+        {
+            const TestSupport::FileLocker locker(database.name());
+            QVERIFY(locker.isHeld());
+            const QString error = connectError(database.config(), false); // it has been waited for already
+            QVERIFY2(error.contains(QStringLiteral("locked")), qUtf8Printable(error));
+        }
+        QCOMPARE(content(database.name()), before);
+        QVERIFY(Database::Database(database.config()).Connect());
+    }
+
+    void filePermissions()
+    {
+        const TestDatabase database(Enumerations::SQLite3);
+        const QByteArray before = fill(database);
+        QVERIFY(QFile::setPermissions(QFileInfo(database.name()).path(),
+                                      QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ExeOther));
+        QVERIFY(QFile::setPermissions(database.name(), QFile::ReadOwner | QFile::ReadOther));
+        {
+            const TestSupport::UnprivilegedUser user;
+            Database::Database db(database.config());
+            QCOMPARE(scalar(db, "SELECT length(a) FROM t").toInt(), 100000);
+            QVERIFY_EXCEPTION_THROWN(db.Exec(QStringLiteral("DELETE FROM t")), ExecutionException);
+        }
+        QVERIFY(QFile::setPermissions(database.name(), QFile::WriteOwner));
+        {
+            const TestSupport::UnprivilegedUser user;
+            QCOMPARE(connectError(database.config(), true), QStringLiteral("No permission to read the database file"));
+        }
+        QVERIFY(QFile::setPermissions(database.name(), QFile::ReadOwner));
+        QCOMPARE(content(database.name()), before);
+    }
+
+    void unusableServers_data()
+    {
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("wrong password") << "password authentication failed";
+        QTest::newRow("unknown database") << "does not exist";
+        QTest::newRow("nobody listens") << "refused";
+        QTest::newRow("never answers") << "timeout expired";
+    }
+    void unusableServers()
+    {
+        QFETCH(QString, reason);
+        const QByteArray kind = QTest::currentDataTag();
+        const int silent = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in address = {};
+        socklen_t size = sizeof(address);
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        auto* const generic = reinterpret_cast<sockaddr*>(&address);
+        QVERIFY(bind(silent, generic, size) == 0 && getsockname(silent, generic, &size) == 0);
+        const auto config = TestSupport::serverConfig(QStringLiteral("postgres"));
+        if (kind == "wrong password")
+            config->SetPassword(config->Password() + QStringLiteral("x"));
+        else if (kind == "unknown database")
+            config->SetDatabaseName(QStringLiteral("no such database"));
+        else
+            config->SetPort(ntohs(address.sin_port));
+        if (kind == "never answers")
+            QCOMPARE(listen(silent, 8), 0);
+        const QString error = connectError(config, true);
+        close(silent);
+        QVERIFY2(error.contains(reason) && !error.contains(config->Password()), qUtf8Printable(error));
+    }
+
+    void endedConnection()
+    {
+        const TestDatabase database(Enumerations::Postgres);
+        Database::Database db(database.config());
+        Database::Database other(database.config());
+        db.Exec(QStringLiteral("CREATE TABLE t (a INTEGER)"));
+        Database::Transaction transaction = db.Transaction();
+        db.Exec(QStringLiteral("INSERT INTO t VALUES (1)"));
+        other.Exec(
+            QStringLiteral("SELECT pg_terminate_backend(%1)").arg(scalar(db, "SELECT pg_backend_pid()").toInt()));
+        QVERIFY_EXCEPTION_THROWN(db.Exec(QStringLiteral("INSERT INTO t VALUES (2)")), ExecutionException);
+        // The next statement goes over a new connection, without the transaction.
+        QVERIFY(transaction.wasLost() && !transaction.isOpen() && !transaction.commit());
+        QCOMPARE(scalar(db, "SELECT count(*) FROM t").toInt(), 0);
+    }
+
+    void restartedServer()
+    {
+        TestSupport::PrivateServer server;
+        RunningWorker worker(server.config());
+        worker.run([](IDatabase& db) { db.Exec(QStringLiteral("CREATE TABLE t AS SELECT 1 AS a")); });
+        std::promise<void> started;
+        Database::Task<bool> task([&](IDatabase& db) {
+            Database::Transaction transaction = db.Transaction();
+            db.Exec(QStringLiteral("INSERT INTO t VALUES (2)"));
+            started.set_value();
+            db.Exec(QStringLiteral("SELECT pg_sleep(60)"));
+            return transaction.commit();
+        });
+        worker.get()->insert(task.toJob());
+        started.get_future().wait();
+        server.restart();
+        QVERIFY_EXCEPTION_THROWN(task.Result(), ExecutionException);
+        QCOMPARE(worker.run([](IDatabase& db) { return scalar(db, "SELECT count(*) FROM t").toInt(); }), 1);
+    }
+};
+
+DATAACCESS_TEST(ConnectionFaultsTest)
+#include "ConnectionFaultsTest.moc"

@@ -1,0 +1,189 @@
+#include "database/Database.h"
+
+#include "database/ExecutionException.h"
+#include "database/GenericDml.h"
+#include "database/InvalidDbException.h"
+#include "entities/qor/Entity.h"
+#include "support/LogCapture.h"
+#include "support/Scalar.h"
+#include "support/TestDatabase.h"
+#include "support/TestMain.h"
+
+#include <QDebug>
+#include <QTest>
+
+#include <functional>
+
+using namespace DataAccess;
+using namespace DataAccess::Exceptions;
+using Database::DatabaseConfig;
+using Database::GenericDml;
+using QOR::Entities::Entity;
+using TestSupport::LogCapture;
+using TestSupport::scalar;
+using TestSupport::TestDatabase;
+
+/// One connection: its set-up, its statements, and what they throw.
+class DatabaseTest : public QObject
+{
+    Q_OBJECT
+
+    static QStringList errors(const LogCapture& log)
+    {
+        return log.messages(QtCriticalMsg, QStringLiteral("qor.database"));
+    }
+
+private Q_SLOTS:
+    void everyCallNeedsTheConnection()
+    {
+        const TestDatabase database(Enumerations::SQLite3);
+        const auto config = [&](const QString& databaseName, int type) {
+            auto changed = database.config(QStringLiteral("name"));
+            changed->SetDatabaseName(databaseName);
+            changed->SetType(static_cast<Enumerations::DatabaseType>(type));
+            return changed;
+        };
+        const QString noDriver = QStringLiteral("Error initialising database \"name\" : \"file\" : \"Driver");
+        const char* const invalid = "QSqlDatabase invalid";
+        const std::vector<std::tuple<std::shared_ptr<DatabaseConfig>, const char*, QString>> configurations = {
+            {nullptr, invalid, QStringLiteral("Config is null")},
+            {config(QString(), 2), invalid, QStringLiteral("Invalid Config \"name\" \"\" 2")},
+            {config(QStringLiteral("file"), 0), invalid, noDriver},
+            {config(QStringLiteral("file"), 17), invalid, noDriver},
+            {config(QStringLiteral("/"), 2), "Can't open Connection", QStringLiteral("Using database: \"name\"")}};
+        for (const auto& [unusable, reason, message] : configurations) {
+            const LogCapture log;
+            Database::Database db(unusable);
+            QVERIFY2(log.contains(message), qUtf8Printable(message));
+            QVERIFY(db.IsValid() == (reason != invalid) && !db.IsOpen());
+            QSqlQuery query = QSqlQuery(QSqlDatabase());
+            const std::function<void()> calls[] = {[&] { db.Exec(query) || db.ExecBatch(query); },
+                                                   [&] { db.Exec(QStringLiteral("SELECT 1")); }, [&] { db.Tables(); },
+                                                   [&] { db.Transaction(); }, [&] { db.NextId(QStringLiteral("t")); }};
+            for (const auto& call : calls) {
+                try {
+                    call();
+                    QFAIL("no exception");
+                } catch (const DbException& error) {
+                    QCOMPARE(error.what(), reason);
+                    QCOMPARE(error.type(), reason == invalid ? Enumerations::InvalidDb : Enumerations::NotOpen);
+                }
+            }
+            QVERIFY(db.WasBlockedByStartup());
+            if (reason == invalid) {
+                QVERIFY_EXCEPTION_THROWN(db.Connect(), InvalidDbException);
+                QVERIFY_EXCEPTION_THROWN(db.Disconnect(), InvalidDbException);
+                QCOMPARE(errors(log).last(), QString::fromLatin1(invalid));
+            }
+        }
+    }
+
+    void failedStatements_data() { TestSupport::addBackends(); }
+    void failedStatements()
+    {
+        const TestDatabase database;
+        Database::Database db(database.config());
+        db.Exec(QStringLiteral("CREATE TABLE t (id INTEGER PRIMARY KEY)"));
+        const auto prepared = [&](const QVariant& id) -> QSqlQuery& {
+            QSqlQuery& query = db.Query();
+            query.prepare(QStringLiteral("INSERT INTO t (id) VALUES (:id)"));
+            query.bindValue(QStringLiteral(":id"), id);
+            return query;
+        };
+        QVERIFY(db.ExecBatch(prepared(QVariantList{1, 2})));
+        for (const auto& statement : std::vector<std::function<void()>>{
+                 [&] { db.Exec(prepared(2)); },
+                 [&] {
+                     db.ExecBatch(prepared(QVariantList{3, 2, 4}));
+                 },
+                 [&] { db.Exec(QStringLiteral("INSERT INTO t (id) VALUES (2)")); },
+                 [&] { db.Exec(QStringLiteral("no SQL")); }, [&] { db.NextId(QStringLiteral("missing")); }}) {
+            const LogCapture log;
+            try {
+                statement();
+                QFAIL("no exception");
+            } catch (const ExecutionException& error) {
+                const QString text = QString::fromLocal8Bit(error.what());
+                QString message;
+                QDebug(&message) << "SQL Error:" << text;
+                QCOMPARE(errors(log), {message.trimmed()});
+                QVERIFY2(text.contains(QRegularExpression(QStringLiteral("UNIQUE|unique|syntax|missing"))),
+                         error.what());
+            }
+        }
+        QVERIFY(!db.WasBlockedByStartup() && db.Disconnect() && db.Disconnect() && !db.IsOpen());
+        QCOMPARE(scalar(db, "SELECT max(id) FROM t").toInt(), 3); // a batch is no transaction
+    }
+
+    void idsAndTables_data() { TestSupport::addBackends(); }
+    void idsAndTables()
+    {
+        const TestDatabase database;
+        Database::Database db(database.config());
+        const bool postgres = database.type() == Enumerations::Postgres;
+        const QString table = QStringLiteral("t");
+        QCOMPARE(db.Tables(), QStringList());
+        db.Exec(postgres ? QStringLiteral("CREATE TABLE t (id SERIAL PRIMARY KEY)")
+                         : QStringLiteral("CREATE TABLE t (id INTEGER PRIMARY KEY AUTOINCREMENT)"));
+        db.Exec(QStringLiteral("CREATE VIEW seen AS SELECT * FROM t"));
+        QCOMPARE(db.Tables(), {table});
+        QVERIFY(db.CreateSequence(table));
+        QCOMPARE(db.NextId(table), quint64(1));
+        db.Exec(postgres ? QStringLiteral("SELECT setval('t_s', 41)") : QStringLiteral("INSERT INTO t VALUES (41)"));
+        QCOMPARE(db.NextId(table), quint64(42));
+        if (postgres)
+            QVERIFY_EXCEPTION_THROWN(db.CreateSequence(table), ExecutionException);
+        db.Exec(QStringLiteral("DROP VIEW seen"));
+        db.Exec(QStringLiteral("DROP TABLE t")); // the select of the id is not under way any more
+    }
+
+    void rowsOfEntities_data() { TestSupport::addBackends(); }
+    void rowsOfEntities()
+    {
+        const TestDatabase database;
+        Database::Database db(database.config());
+        const QString table = QStringLiteral("things");
+        const auto types = db.Converter();
+        db.Exec(QStringLiteral("CREATE TABLE things (id TEXT PRIMARY KEY, deleted %1, timestamp %2)")
+                    .arg(types->type(Enumerations::Boolean, 0), types->type(Enumerations::TimeStamp, 0)));
+        QCOMPARE(GenericDml::count(db, table), 0U);
+        Entity kept;
+        Entity entity;
+        for (Entity* each : {&kept, &entity}) {
+            each->SetId(QUuid::createUuid());
+            db.Exec(QStringLiteral("INSERT INTO things (id) VALUES ('%1')").arg(each->Id().toString()));
+        }
+        const QDateTime before = QDateTime::currentDateTimeUtc();
+        QVERIFY(GenericDml::deleteFromTable(db, &entity, table));
+        {
+            QSqlQuery row =
+                db.Exec(QStringLiteral("SELECT id, deleted, timestamp FROM things WHERE deleted IS NOT NULL"));
+            QVERIFY(row.next());
+            const auto values = db.Converter(row);
+            QVERIFY(QUuid(values->toString(0)) == entity.Id() && values->toBool(1));
+            const QDateTime written = values->toUtcDateTime(2);
+            QVERIFY(before <= written && written <= QDateTime::currentDateTimeUtc());
+            QVERIFY(!row.next());
+        }
+        QVERIFY(GenericDml::removeFromTable(db, &entity, table));
+        QVERIFY(GenericDml::removeFromTable(db, &entity, table)); // that there is no such row is no failure
+        QCOMPARE(GenericDml::count(db, table), 1U);
+        db.Exec(QStringLiteral("DROP TABLE things")); // no statement is under way any more
+
+        Entity withoutId;
+        for (const auto operation : {&GenericDml::deleteFromTable, &GenericDml::removeFromTable}) {
+            const LogCapture log;
+            QVERIFY(!operation(db, nullptr, table) && !operation(db, &withoutId, table));
+            QVERIFY(errors(log).isEmpty());
+            QVERIFY(!operation(db, &entity, table));
+            QVERIFY(log.contains(QStringLiteral("static bool DataAccess::Database::GenericDml::")) &&
+                    log.contains(table));
+        }
+        const LogCapture log;
+        QCOMPARE(GenericDml::count(db, table), 0U);
+        QVERIFY(log.contains(QStringLiteral("GenericDml::count(")) && log.contains(table));
+    }
+};
+
+DATAACCESS_TEST(DatabaseTest)
+#include "DatabaseTest.moc"

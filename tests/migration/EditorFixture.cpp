@@ -1,0 +1,205 @@
+#include "migration/EditorFixture.h"
+
+#include "database/IDatabase.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+using DataAccess::Interfaces::IDatabase;
+
+namespace TestSupport {
+
+namespace {
+
+bool isPostgres(IDatabase& db)
+{
+    return db.Config()->Type() == DataAccess::Enumerations::Postgres;
+}
+
+/// Puts in what the names and the column types of the file stand for.
+QString translated(QString text, bool postgres, int version, EditorFixture::CableBook cableBook)
+{
+    // SQLite keeps a reference to a missing table.
+    const bool reference = !postgres || cableBook == EditorFixture::With;
+    const QVector<QPair<const char*, const char*>> words{
+        {"\\$features", "id INT8, name VARCHAR(28), type CHAR(1), module VARCHAR(28), temp_changeable BOOL, "
+                        "changeable BOOL, admin BOOL, PRIMARY KEY (id))"},
+        {"\\$end", "snap BOOL, deleted BOOL, timestamp TIME, PRIMARY KEY (id))"},
+        {"\\$cable", "id TEXT, number TEXT, voltage NUM, installationdate DATE, diagnosticstate INT4, city TEXT, "
+                     "stationa TEXT, stationb TEXT, terminationa TEXT, terminationb TEXT, switchgeara TEXT, "
+                     "switchgearb TEXT, route TEXT, owner TEXT"},
+        {"\\$evaluation", "id INT8, mid INT8, tid TEXT, cid TEXT, comment TEXT, evaluation TEXT, manual INT4, "
+                          "oldcable INT4, eventselectionmodel INT4, timestamp TIME DEFAULT CURRENT_TIMESTAMP, "
+                          "PRIMARY KEY (id), $measures FOREIGN KEY (cid) REFERENCES ce_cable(id) ON DELETE CASCADE)"},
+        {"\\$ratings", "id, mid, tid, cid, comment, evaluation, automatic, oldcable, eventselectionmodel, modeid, "
+                       "measuretime FROM qor_rating ORDER BY id"},
+        {"\\$measures\\b", reference ? "FOREIGN KEY (mid) REFERENCES measures(id) ON DELETE CASCADE," : ""},
+        {"\\$measureid", reference ? "REFERENCES measures(id)" : ""},
+        {"\\$image", postgres ? "'\\x01ff00'" : "X'01ff00'"},
+        {"\\$section", "{3308519a-3368-40fb-8371-9b4e39bf4cb2}"},
+        {"\\$pe", "{e4ceb74c-b03e-409d-8493-fd7aaa01162e}"},
+        {"\\$mixed", "{672aa7b2-cd8d-4e48-a0a6-63530c5b0124}"},
+        {"\\$unknown", "{a9e63935-52ba-467d-8b82-d1ab111192f8}"},
+        {"\\$joints", "{45c6c0b5-f2d4-338e-d0db-4737fb6cc0a7}"},
+        {"\\bINT4\\b", "INTEGER"},
+        {"\\bINT8\\b", postgres ? "BIGINT" : "INTEGER"},
+        {"\\bBOOL\\b", postgres ? "BOOLEAN" : "INTEGER"},
+        {"\\bNUM\\b", postgres ? "NUMERIC" : "REAL"},
+        {"\\bTIME\\b", postgres ? "TIMESTAMP" : "TEXT"},
+        {"\\bDATE\\b", postgres ? "DATE" : "TEXT"},
+        {"\\bBYTES\\b", postgres ? "BYTEA" : "TEXT"},
+        {"\\b((?:VAR)?CHAR\\(\\d+\\))", postgres ? "\\1" : "TEXT"}};
+    for (const auto& word : words)
+        text.replace(QRegularExpression(QLatin1String(word.first)), QLatin1String(word.second));
+    return text.replace(QStringLiteral("$version"), QString::number(version));
+}
+
+/// The statements of the file for databases of @p version: those that make one, or those that say what becomes of it.
+QVector<QPair<QString, QString>> statements(bool expectations, bool postgres, int version,
+                                            EditorFixture::CableBook cableBook)
+{
+    QFile file(QStringLiteral(DATAACCESS_SOURCE_DIR "/tests/migration/editor_versions.sql"));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s cannot be read", qPrintable(file.fileName()));
+    const QString text = QString::fromUtf8(file.readAll()).replace(QStringLiteral("\n "), QStringLiteral(" "));
+    static const QRegularExpression format(QStringLiteral("^(-?\\d)-(\\d) (with |without )?(.*?)(?: => (.*))?$"),
+                                           QRegularExpression::MultilineOption);
+    QVector<QPair<QString, QString>> found;
+    for (auto matches = format.globalMatch(text); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        const QString limit = cableBook == EditorFixture::With ? QStringLiteral("without ") : QStringLiteral("with ");
+        if (version >= match.captured(1).toInt() && version <= match.captured(2).toInt() &&
+            match.captured(3) != limit && expectations == !match.captured(5).isNull())
+            found.append({translated(match.captured(4), postgres, version, cableBook),
+                          translated(match.captured(5), postgres, version, cableBook)});
+    }
+    return found;
+}
+
+QString shown(const QVariant& value)
+{
+    if (value.isNull())
+        return QStringLiteral("NULL");
+    switch (static_cast<QMetaType::Type>(value.type())) {
+    case QMetaType::Bool:
+        return QString::number(value.toInt());
+    case QMetaType::QByteArray:
+        return QStringLiteral("hex:") + QString::fromLatin1(value.toByteArray().toHex());
+    case QMetaType::QDateTime:
+        return value.toDateTime().date().toString(Qt::ISODate) + QLatin1Char(' ') +
+               value.toDateTime().time().toString(QStringLiteral("HH:mm:ss.zzz"));
+    default:
+        return value.toString();
+    }
+}
+
+QStringList read(IDatabase& db, const QString& select)
+{
+    QStringList rows;
+    QSqlQuery query = db.Exec(select);
+    while (query.next()) {
+        QStringList row;
+        for (int column = 0; column < query.record().count(); ++column)
+            row.append(shown(query.value(column)));
+        rows.append(row.join(QLatin1Char('|')));
+    }
+    return rows;
+}
+
+} // namespace
+
+void EditorFixture::create(RunningWorker& worker, int version, CableBook cableBook)
+{
+    worker.run([&](IDatabase& db) {
+        for (const auto& statement : statements(false, isPostgres(db), version, cableBook)) {
+            db.Exec(statement.first);
+            static const QRegularExpression withSequence(QStringLiteral("^CREATE TABLE (\\w+)"));
+            const QRegularExpressionMatch match = withSequence.match(statement.first);
+            if (match.hasMatch())
+                db.CreateSequence(match.captured(1));
+        }
+    });
+}
+
+void EditorFixture::execute(RunningWorker& worker, const QStringList& texts)
+{
+    worker.run([&](IDatabase& db) {
+        for (const QString& text : texts)
+            db.Exec(text);
+    });
+}
+
+QString EditorFixture::rows(RunningWorker& worker, const QString& select)
+{
+    return worker.run([&](IDatabase& db) { return read(db, select); }).join(QStringLiteral("; "));
+}
+
+QStringList EditorFixture::content(RunningWorker& worker)
+{
+    return worker.run([](IDatabase& db) {
+        QStringList all;
+        for (const QString& table : db.Tables()) {
+            for (const QString& row : read(db, QStringLiteral("SELECT * FROM \"%1\"").arg(table)))
+                all.append(table + QLatin1Char(' ') + row);
+        }
+        all.sort();
+        return all;
+    });
+}
+
+QStringList EditorFixture::schema(RunningWorker& worker)
+{
+    QStringList all = worker.run([](IDatabase& db) {
+        if (!isPostgres(db))
+            return read(db, QStringLiteral("SELECT m.name, p.* FROM sqlite_master AS m "
+                                           "JOIN pragma_table_info(m.name) AS p WHERE m.type = 'table'")) +
+                   read(db, QStringLiteral("SELECT m.name, p.\"from\", p.\"table\", p.\"to\", p.on_delete "
+                                           "FROM sqlite_master AS m JOIN pragma_foreign_key_list(m.name) AS p"));
+        return read(db, QStringLiteral("SELECT table_name, ordinal_position, column_name, data_type, "
+                                       "character_maximum_length, column_default, is_nullable "
+                                       "FROM information_schema.columns WHERE table_schema = 'public'")) +
+               read(db, QStringLiteral("SELECT conrelid::regclass::text, replace(pg_get_constraintdef(oid), "
+                                       "' NOT VALID', '') FROM pg_constraint WHERE conrelid <> 0")) +
+               read(db, QStringLiteral("SELECT sequencename FROM pg_sequences"));
+    });
+    all.sort();
+    return all.filter(QRegularExpression(QStringLiteral("^\"?(ce_(?!.*_tmp)|feature|evaluation|qor_rating|cablebook)"),
+                                         QRegularExpression::CaseInsensitiveOption));
+}
+
+QStringList EditorFixture::faults(RunningWorker& worker, int version, CableBook cableBook)
+{
+    QStringList found;
+    const bool postgres = worker.run([](IDatabase& db) { return isPostgres(db); });
+    for (const auto& statement : statements(true, postgres, version, cableBook)) {
+        const QString actual = rows(worker, statement.first);
+        if (actual != statement.second)
+            found.append(statement.first + QLatin1Char('\n') + actual);
+    }
+    return found;
+}
+
+void EditorFixture::forbid(RunningWorker& worker, const QString& event, const QString& table, const QString& condition)
+{
+    const bool postgres = worker.run([](IDatabase& db) { return isPostgres(db); });
+    const QString when = condition.isEmpty() ? QString() : QStringLiteral("WHEN (%1)").arg(condition);
+    if (postgres)
+        execute(worker, {QStringLiteral("CREATE OR REPLACE FUNCTION forbid() RETURNS trigger LANGUAGE plpgsql AS "
+                                        "$$ BEGIN RAISE EXCEPTION 'in the way'; END $$")});
+    execute(worker, {QStringLiteral("CREATE TRIGGER forbid_%1 BEFORE %1 ON %2 FOR EACH ROW %3 %4")
+                         .arg(event, table, when,
+                              postgres ? QStringLiteral("EXECUTE FUNCTION forbid()")
+                                       : QStringLiteral("BEGIN SELECT RAISE(ABORT, 'in the way'); END"))});
+}
+
+void EditorFixture::allow(RunningWorker& worker, const QString& event, const QString& table)
+{
+    const bool postgres = worker.run([](IDatabase& db) { return isPostgres(db); });
+    execute(worker, {QStringLiteral("DROP TRIGGER forbid_%1 %2")
+                         .arg(event, postgres ? QStringLiteral("ON %1").arg(table) : QString())});
+}
+
+} // namespace TestSupport

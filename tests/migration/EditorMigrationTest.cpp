@@ -1,0 +1,314 @@
+#include "database/IDatabase.h"
+#include "migration/EditorFixture.h"
+#include "migration/editor/EditorMigrationManager.h"
+#include "support/FileLocker.h"
+#include "support/LogCapture.h"
+#include "support/TestDatabase.h"
+#include "support/TestMain.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTest>
+
+#include <future>
+
+using namespace DataAccess;
+using namespace TestSupport;
+using Manager::EditorMigrationManager;
+
+namespace {
+
+const QString category = QStringLiteral("qor.migration.editor");
+const QString defaults = QStringLiteral("feature_defaults");
+
+/// A database, its worker and the manager under test.
+struct Opened
+{
+    Opened() { manager.setDbWorker(worker.get()); }
+
+    TestDatabase database;
+    RunningWorker worker{database.config()};
+    EditorMigrationManager manager;
+};
+
+/// Adds a case for each backend.
+template <typename... Values>
+void addCase(const QString& name, const Values&... values)
+{
+    for (const auto backend : {Enumerations::SQLite3, Enumerations::Postgres}) {
+        QTestData& row =
+            QTest::addRow("%s, %s", backend == Enumerations::SQLite3 ? "SQLite" : "PostgreSQL", qPrintable(name));
+        row << static_cast<int>(backend);
+        (row << ... << values);
+    }
+}
+
+/// Lets the step that reaches @p version run, and nothing after it: the version cannot be stored.
+void migrateWithoutVersion(Opened& opened, int version)
+{
+    const QString condition = QStringLiteral("NEW.value = '%1'").arg(version);
+    EditorFixture::forbid(opened.worker, QStringLiteral("INSERT"), defaults, condition);
+    EditorFixture::forbid(opened.worker, QStringLiteral("UPDATE"), defaults, condition);
+    QVERIFY(!opened.manager.Migrate());
+    QCOMPARE(opened.manager.DbVersion(), static_cast<quint32>(version - 1));
+    EditorFixture::allow(opened.worker, QStringLiteral("INSERT"), defaults);
+    EditorFixture::allow(opened.worker, QStringLiteral("UPDATE"), defaults);
+}
+
+} // namespace
+
+class EditorMigrationTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void migratesFromEveryVersion_data();
+    void migratesFromEveryVersion();
+    void givesEachSegmentItsDetail_data() { addBackends(); }
+    void givesEachSegmentItsDetail();
+    void leavesNothingOfAFailedStep_data();
+    void leavesNothingOfAFailedStep();
+    void readsStoredVersions_data();
+    void readsStoredVersions();
+    void sharesADatabase_data() { addBackends(); }
+    void sharesADatabase();
+    void survivesWithoutDatabase();
+    void takesNoLockedFileForAFreshOne();
+};
+
+void EditorMigrationTest::migratesFromEveryVersion_data()
+{
+    QTest::addColumn<int>("backend");
+    QTest::addColumn<int>("version");
+    QTest::addColumn<bool>("withCableBook");
+    for (int version = EditorFixture::emptyVersion; version < 9; ++version) {
+        addCase(QStringLiteral("version %1, each step twice").arg(version), version, false);
+        addCase(QStringLiteral("version %1, cable book").arg(version), version, true);
+    }
+}
+
+void EditorMigrationTest::migratesFromEveryVersion()
+{
+    QFETCH(int, version);
+    QFETCH(bool, withCableBook);
+    const auto cableBook = withCableBook ? EditorFixture::With : EditorFixture::Without;
+    const LogCapture log;
+    Opened opened;
+    EditorFixture::create(opened.worker, version, cableBook);
+    const auto from = static_cast<quint32>(qMax(version, 0));
+    QCOMPARE(opened.manager.MigrationSteps(), 9 - from);
+    // In an empty database there is no table yet that could refuse a version.
+    for (int step = version + 1; !withCableBook && version >= 0 && step <= 9; ++step)
+        migrateWithoutVersion(opened, step);
+    QVERIFY(opened.manager.Migrate());
+    QCOMPARE(opened.manager.DbVersion(), 9U);
+    QCOMPARE(EditorFixture::faults(opened.worker, version, cableBook), QStringList());
+    QVERIFY(log.contains(QStringLiteral("Migrate FROM: %1 TO 9").arg(from)));
+    QCOMPARE(log.contains(QStringLiteral("FOREIGN KEY(mid) REFERENCES measures(id)")),
+             opened.database.type() == Enumerations::Postgres && !withCableBook && version != 0 && version < 5);
+    if (withCableBook) {
+        QCOMPARE(opened.manager.migrationMessages().size(), version == 0 || version == 5 ? 1 : 0);
+        const QString deleted = QStringLiteral("Deleted %1 unused items in %2");
+        QVERIFY(log.contains(deleted.arg(version > 0 ? 1 : 0).arg(QStringLiteral("ce_switchgear"))));
+        QCOMPARE(log.contains(deleted.arg(1).arg(QStringLiteral("ce_segment_details"))), version >= 4 && version < 8);
+    }
+
+    // Each row's schema is compared with that of the first, which began with an empty database.
+    static QMap<QPair<int, bool>, QStringList> fresh;
+    const QStringList schema = EditorFixture::schema(opened.worker);
+    QStringList& expected = fresh[{opened.database.type(), withCableBook}];
+    if (version == EditorFixture::emptyVersion)
+        expected = schema;
+    QCOMPARE(schema, expected);
+
+    const LogCapture second;
+    QVERIFY(opened.manager.Migrate());
+    QCOMPARE(second.messages(QtDebugMsg, category), QStringList());
+}
+
+void EditorMigrationTest::givesEachSegmentItsDetail()
+{
+    Opened opened;
+    EditorFixture::create(opened.worker, 1, EditorFixture::Without);
+    migrateWithoutVersion(opened, 2);
+    migrateWithoutVersion(opened, 3);
+    const QString section = QStringLiteral("{3308519a-3368-40fb-8371-9b4e39bf4cb2}");
+    QCOMPARE(EditorFixture::rows(opened.worker,
+                                 QStringLiteral("SELECT s.id, d.name, d.velocity, d.insulation, d.type, d.favorite, "
+                                                "d.snap, d.deleted, d.timestamp FROM ce_segment AS s "
+                                                "JOIN ce_segment_detail AS d ON d.id = s.detail ORDER BY s.id")),
+             QStringLiteral("x1|S \"1\"|170|i1|%1|0|0|1|2020-03-08 02:30:00.123; x2|NULL|NULL|i2|%1|0|NULL|NULL|NULL; "
+                            "x3|lost|160|i9|%1|0|0|0|NULL; x4|joint|0|NULL|j1|0|0|0|NULL")
+                 .arg(section));
+    QCOMPARE(EditorFixture::rows(opened.worker, QStringLiteral("SELECT count(*) FROM ce_segment_detail")),
+             QStringLiteral("4"));
+}
+
+void EditorMigrationTest::leavesNothingOfAFailedStep_data()
+{
+    QTest::addColumn<int>("backend");
+    QTest::addColumn<int>("version");
+    QTest::addColumn<QString>("obstacle");
+    QTest::addColumn<QString>("removal");
+    const auto addStep = [](int version, const char* obstacle, const char* removal) {
+        addCase(QString::number(version), version, QString::fromLatin1(obstacle), QString::fromLatin1(removal));
+    };
+    addStep(0, "CREATE VIEW ce_insulation AS SELECT 1 AS a", "DROP VIEW ce_insulation");
+    addStep(1, "CREATE VIEW ce_segment_detail AS SELECT 1 AS a", "DROP VIEW ce_segment_detail");
+    addStep(2, "ALTER TABLE ce_segment RENAME COLUMN phase TO other",
+            "ALTER TABLE ce_segment RENAME COLUMN other TO phase");
+    addStep(3, "ce_segment_detail", "");
+    addStep(4, "CREATE VIEW evaluation AS SELECT 1 AS a", "DROP VIEW evaluation");
+    addStep(5, "evaluation", "");
+    addStep(6, "CREATE VIEW cablebook_measures AS SELECT 1 AS a", "DROP VIEW cablebook_measures");
+    addStep(7, "ce_segment_detail", "");
+    addStep(8, "ce_switchgear", "");
+}
+
+void EditorMigrationTest::leavesNothingOfAFailedStep()
+{
+    QFETCH(int, version);
+    QFETCH(QString, obstacle);
+    QFETCH(QString, removal);
+    const QString deletion = QStringLiteral("DELETE");
+    Opened opened;
+    EditorFixture::create(opened.worker, version, EditorFixture::With);
+    if (removal.isEmpty())
+        EditorFixture::forbid(opened.worker, deletion, obstacle);
+    else
+        EditorFixture::execute(opened.worker, {obstacle});
+    const QStringList schema = EditorFixture::schema(opened.worker);
+    const QStringList content = EditorFixture::content(opened.worker);
+    const LogCapture log;
+    QVERIFY(!opened.manager.Migrate());
+    QCOMPARE(opened.manager.DbVersion(), static_cast<quint32>(version));
+    QCOMPARE(EditorFixture::schema(opened.worker), schema);
+    QCOMPARE(EditorFixture::content(opened.worker), content);
+    static const char* const steps[] = {"Cables_01",     "Cables_02", "Cables_03", "Cables_04", "Evaluation_01",
+                                        "Evaluation_02", "Cables_05", "Cables_06", "Cables_07"};
+    QVERIFY(log.messages(QtWarningMsg, category).last().contains(QLatin1String(steps[version])));
+
+    if (removal.isEmpty())
+        EditorFixture::allow(opened.worker, deletion, obstacle);
+    else
+        EditorFixture::execute(opened.worker, {removal});
+    QVERIFY(opened.manager.Migrate());
+    QCOMPARE(EditorFixture::faults(opened.worker, version, EditorFixture::With), QStringList());
+}
+
+void EditorMigrationTest::readsStoredVersions_data()
+{
+    QTest::addColumn<int>("backend");
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<quint32>("version");
+    QTest::addColumn<quint32>("steps");
+    QTest::addColumn<bool>("migrates");
+    const auto addVersion = [](const char* change, quint32 version, quint32 steps, bool migrates) {
+        addCase(QString::fromLatin1(change), QString::fromLatin1(change), version, steps, migrates);
+    };
+    const quint32 invalid = 4294967295U;
+    addVersion("UPDATE feature_defaults SET value = '10'", 10, 0, false);
+    addVersion("UPDATE feature_defaults SET value = 'abc'", 0, 9, true);
+    addVersion("UPDATE feature_defaults SET value = '4294967304'", 8, 1, true);
+    addVersion("UPDATE feature_defaults SET value = '-1'", invalid, 0, false);
+    addVersion("DELETE FROM feature_defaults", 0, 9, true);
+    addVersion("DELETE FROM features WHERE id = 102", 0, 9, true);
+    addVersion("UPDATE features SET module = 'm' WHERE id = 102", 0, 9, true);
+    addVersion("ALTER TABLE feature_defaults RENAME COLUMN value TO other", invalid, 0, false);
+}
+
+void EditorMigrationTest::readsStoredVersions()
+{
+    QFETCH(QString, change);
+    QFETCH(quint32, version);
+    QFETCH(quint32, steps);
+    QFETCH(bool, migrates);
+    Opened opened;
+    EditorFixture::create(opened.worker, 8, EditorFixture::With);
+    if (change.contains(QLatin1String("features")))
+        EditorFixture::execute(opened.worker, {QStringLiteral("DELETE FROM feature_defaults")});
+    EditorFixture::execute(opened.worker, {change});
+    const QStringList before = EditorFixture::content(opened.worker);
+    QCOMPARE(opened.manager.DbVersion(), version);
+    QCOMPARE(opened.manager.MigrationSteps(), steps);
+    QCOMPARE(opened.manager.Migrate(), migrates);
+    if (migrates) {
+        QCOMPARE(opened.manager.DbVersion(), opened.manager.ExpectedVersion());
+        QCOMPARE(EditorFixture::rows(opened.worker,
+                                     QStringLiteral("SELECT count(*) FROM features AS f JOIN feature_defaults AS d "
+                                                    "ON d.featureid = f.id WHERE name = 'CablesVersion' AND "
+                                                    "module = '' AND type = 'I' AND NOT admin = (1 = 1)")),
+                 QStringLiteral("1"));
+    } else {
+        QCOMPARE(EditorFixture::content(opened.worker), before);
+    }
+}
+
+/// Two programs that open one database at the same time: whoever comes late gives up.
+void EditorMigrationTest::sharesADatabase()
+{
+    Opened opened;
+    EditorFixture::create(opened.worker, 1, EditorFixture::With);
+    RunningWorker otherWorker(opened.database.config());
+    EditorMigrationManager other;
+    other.setDbWorker(otherWorker.get());
+    const LogCapture log;
+    std::future<bool> result = std::async(std::launch::async, [&] { return other.Migrate(); });
+    opened.manager.Migrate();
+    result.wait();
+    QVERIFY(opened.manager.Migrate());
+    QCOMPARE(EditorFixture::faults(opened.worker, 1, EditorFixture::With), QStringList());
+}
+
+void EditorMigrationTest::survivesWithoutDatabase()
+{
+    const LogCapture log;
+    EditorMigrationManager idle;
+    QVERIFY(!idle.WaitForConnected());
+    QCOMPARE(idle.DbVersion(), idle.InvalidVersion());
+    QCOMPARE(idle.MigrationSteps(), 0U);
+    QVERIFY(!idle.Migrate());
+
+    const auto refused = serverConfig(QStringLiteral("none"));
+    refused->SetPort(1);
+    const auto unknown = serverConfig(QStringLiteral("none"));
+    unknown->SetType(Enumerations::None);
+    TestDatabase noDatabase(Enumerations::SQLite3);
+    QFile file(noDatabase.name());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("no database") > 0);
+    file.close();
+    const QVector<QPair<std::shared_ptr<Interfaces::IConfig>, bool>> databases{
+        {refused, true}, {noDatabase.config(), false}, {unknown, false}};
+    for (const auto& database : databases) {
+        RunningWorker worker(database.first);
+        EditorMigrationManager manager;
+        manager.setDbWorker(worker.get());
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!manager.WaitForConnected());
+        QCOMPARE(timer.elapsed() >= 1500, database.second);
+        QVERIFY(timer.elapsed() < 5000);
+        QCOMPARE(manager.DbVersion(), manager.InvalidVersion());
+        QVERIFY(!manager.Migrate());
+    }
+}
+
+void EditorMigrationTest::takesNoLockedFileForAFreshOne()
+{
+    const LogCapture log;
+    TestDatabase database(Enumerations::SQLite3);
+    RunningWorker worker(database.config());
+    EditorMigrationManager manager;
+    manager.setDbWorker(worker.get());
+    EditorFixture::create(worker, 1, EditorFixture::With);
+    {
+        const FileLocker locker(database.name());
+        QVERIFY(locker.isHeld());
+        QCOMPARE(manager.DbVersion(), manager.InvalidVersion());
+    }
+    QCOMPARE(manager.DbVersion(), 1U);
+}
+
+DATAACCESS_TEST(EditorMigrationTest)
+
+#include "EditorMigrationTest.moc"

@@ -1,0 +1,267 @@
+#include "repositories/EditorDatabase.h"
+#include "repositories/cables/CableRepository.h"
+#include "repositories/cables/OwnerRepository.h"
+#include "repositories/cables/PhaseRepository.h"
+#include "repositories/cables/PointRepository.h"
+#include "repositories/cables/RatingRepository.h"
+#include "repositories/cables/RouteRepository.h"
+#include "repositories/cables/SegmentRepository.h"
+#include "repositories/cables/StationRepository.h"
+#include "support/LogCapture.h"
+#include "support/TestMain.h"
+
+#include <QTest>
+
+using namespace DataAccess;
+using namespace Cables::Entities;
+using namespace QOR::Entities::Enumerations;
+using TestSupport::EditorDatabase;
+using TestSupport::LogCapture;
+
+namespace {
+
+template <typename T>
+std::shared_ptr<T> make()
+{
+    auto entity = std::make_shared<T>();
+    entity->SetId(QUuid::createUuid());
+    return entity;
+}
+
+std::shared_ptr<Owner> makeOwner(const QString& name)
+{
+    auto owner = make<Owner>();
+    owner->SetName(name);
+    return owner;
+}
+
+QImage picture()
+{
+    QImage image(20, 10, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    return image;
+}
+
+} // namespace
+
+class CableRepositoriesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aBatchIsKeptWholeOrNotAtAll_data() { TestSupport::addBackends(); }
+    void aBatchIsKeptWholeOrNotAtAll()
+    {
+        EditorDatabase database;
+        auto owners = database.repository<Repositories::OwnerRepository>();
+        const auto first = makeOwner(QStringLiteral("first"));
+        const auto second = makeOwner(QStringLiteral("second"));
+        const auto third = makeOwner(QStringLiteral("third"));
+        const LogCapture log;
+
+        QVERIFY(!owners.Insert({first, nullptr, second, first, third}));
+        QCOMPARE(owners.Count(), 0U);
+        QCOMPARE(third->EntityState(), New);
+        QVERIFY(owners.Insert({first, nullptr, second, third}));
+
+        // No backend stores a NUL character.
+        const QDateTime before = first->Timestamp();
+        QTest::qSleep(5);
+        for (const auto& owner : {first, second, third})
+            owner->SetName(QStringLiteral("changed"));
+        second->SetName(QStringLiteral("half a name") + QChar(0));
+        QVERIFY(!owners.Update({first, second, third}));
+        QCOMPARE(owners.GetById(first->Id())->Name(), QStringLiteral("first"));
+        QVERIFY(first->Timestamp() > before);
+        QCOMPARE(third->EntityState(), Modified);
+        QCOMPARE(log.messages(QtWarningMsg, QStringLiteral("qor.database")).size(), 2);
+
+        QVERIFY(!owners.Insert({std::make_shared<Owner>()}));
+        QCOMPARE(owners.Count(), 3U);
+    }
+
+    void aRowThatCannotBeDeletedDoesNotStopTheOthers_data() { TestSupport::addBackends(); }
+    void aRowThatCannotBeDeletedDoesNotStopTheOthers()
+    {
+        EditorDatabase database;
+        auto owners = database.repository<Repositories::OwnerRepository>();
+        const auto first = makeOwner(QStringLiteral("first"));
+        const auto second = makeOwner(QStringLiteral("second"));
+        QVERIFY(owners.Insert({first, second}));
+        const LogCapture log;
+        QVERIFY(owners.Delete({first, nullptr, std::make_shared<Owner>(), second}));
+        QCOMPARE(log.messages(QtCriticalMsg, QStringLiteral("qor.database")).size(), 2);
+        QCOMPARE(owners.GetById(second->Id())->EntityState(), Deleted);
+        QVERIFY(owners.Remove({nullptr, second}));
+        QCOMPARE(owners.GetAll().keys(), QList<QUuid>{first->Id()});
+    }
+
+    void aRowWithBothFlagsIsASnapshot_data() { TestSupport::addBackends(); }
+    void aRowWithBothFlagsIsASnapshot()
+    {
+        EditorDatabase database;
+        auto owners = database.repository<Repositories::OwnerRepository>();
+        const auto owner = makeOwner(QStringLiteral("owner"));
+        owner->SetEntityState(Snapshot);
+        QVERIFY(owners.Insert({owner}));
+        QVERIFY(owners.Delete({owner}));
+        QCOMPARE(owners.GetById(owner->Id())->EntityState(), Snapshot);
+    }
+
+    void rowsAreFoundByTheirParent_data() { TestSupport::addBackends(); }
+    void rowsAreFoundByTheirParent()
+    {
+        EditorDatabase database;
+        auto phases = database.repository<Repositories::PhaseRepository>();
+        auto segments = database.repository<Repositories::SegmentRepository>();
+        const QUuid parent = QUuid::createUuid();
+        const auto phase = make<Phase>();
+        phase->SetCableId(parent);
+        phase->SetIndex(2);
+        const auto segment = make<Segment>();
+        segment->SetPhaseId(parent);
+        segment->SetLength(12.5);
+        segment->SetInstallationDate(QDate(2001, 2, 3));
+        QVERIFY(phases.Insert({phase, make<Phase>()}));
+        QVERIFY(segments.Insert({segment, make<Segment>()}));
+
+        QCOMPARE(phases.GetByCableId(parent).keys(), QList<QUuid>{phase->Id()});
+        QCOMPARE(phases.GetByCableId(parent).value(phase->Id())->toJson(), phase->toJson());
+        QCOMPARE(segments.GetByPhaseId(parent).keys(), QList<QUuid>{segment->Id()});
+        QCOMPARE(segments.GetByPhaseId(parent).value(segment->Id())->toJson(), segment->toJson());
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_segment WHERE point IS NULL")).toInt(), 2);
+        QVERIFY(phases.GetByCableId(QUuid::createUuid()).isEmpty());
+    }
+
+    void aRouteFindsItsPoints_data() { TestSupport::addBackends(); }
+    void aRouteFindsItsPoints()
+    {
+        EditorDatabase database;
+        auto points = database.repository<Repositories::PointRepository>();
+        auto routes = database.repository<Repositories::RouteRepository>();
+        const auto point = make<Point>();
+        point->SetIndex(3);
+        point->setLatitude(47.25);
+        point->setLongitude(-52.75);
+        point->SetEntityState(Deleted);
+        QVERIFY(points.Insert({point, make<Point>()}));
+        const auto route = make<Route>();
+        route->SetPointIds({point->Id(), QUuid::createUuid()});
+        QVERIFY(routes.Insert({route}));
+
+        const auto found = points.GetByRouteId(route->Id());
+        QCOMPARE(found.keys(), QList<QUuid>{point->Id()});
+        QCOMPARE(found.value(point->Id())->toJson(), point->toJson());
+        QCOMPARE(found.value(point->Id())->EntityState(), Deleted);
+        QCOMPARE(found.value(point->Id())->Timestamp(), point->Timestamp());
+        QVERIFY(points.GetByRouteId(QUuid::createUuid()).isEmpty());
+
+        database.value(QStringLiteral("UPDATE ce_route SET points = '%1#'").arg(point->Id().toString()));
+        QCOMPARE(routes.GetById(route->Id())->PointIds(), (std::vector<QUuid>{point->Id(), QUuid()}));
+    }
+
+    void anImageThatWasNotLoadedIsNeverWiped_data() { TestSupport::addBackends(); }
+    void anImageThatWasNotLoadedIsNeverWiped()
+    {
+        EditorDatabase database;
+        auto stations = database.repository<Repositories::StationRepository>();
+        auto lazy = database.repository<Repositories::StationRepository>(DataAccess::Enumerations::WithoutImages);
+        const auto station = make<Station>();
+        station->SetImage(picture());
+        QVERIFY(stations.Insert({station}));
+
+        const auto bare = lazy.GetById(station->Id());
+        QVERIFY(bare->Image().isNull());
+        bare->SetName(QStringLiteral("renamed"));
+        QVERIFY(lazy.Update({bare}));
+        auto stranger = std::make_shared<Station>();
+        stranger->SetId(station->Id());
+        QVERIFY(stations.Update({stranger}));
+        QCOMPARE(stations.GetById(station->Id())->Image(), picture());
+
+        lazy.LoadImage(bare);
+        lazy.Count(); // Comes after the image.
+        QCOMPARE(bare->Image(), picture());
+        QCOMPARE(bare->EntityState(), Normal);
+        bare->SetImage(QImage());
+        QVERIFY(lazy.Update({bare}));
+        QVERIFY(stations.GetById(station->Id())->Image().isNull());
+
+        database.value(QStringLiteral("UPDATE ce_station SET image = 'no image'"));
+        QVERIFY(stations.Update({stations.GetById(station->Id())}));
+        QCOMPARE(database.value(QStringLiteral("SELECT image FROM ce_station")).toByteArray(), QByteArray("no image"));
+    }
+
+    void aCableComesOnceWithItsLatestEvaluation_data() { TestSupport::addBackends(); }
+    void aCableComesOnceWithItsLatestEvaluation()
+    {
+        EditorDatabase database;
+        auto cables = database.repository<Repositories::CableRepository>();
+        auto ratings = database.repository<Repositories::RatingRepository>();
+        const auto evaluated = make<Cable>();
+        const auto plain = make<Cable>();
+        QVERIFY(cables.Insert({evaluated, plain}));
+        const QUuid task = QUuid::createUuid();
+        std::vector<std::shared_ptr<Rating>> list;
+        for (int day : {2, 3, 1}) {
+            list.push_back(make<Rating>());
+            list.back()->SetCableID(evaluated->Id());
+            list.back()->SetTaskID(task);
+            list.back()->SetMeasureID(day);
+            list.back()->SetModeId(4);
+            list.back()->SetMeasureTime(QDateTime(QDate(2021, 5, day), QTime(6, 7, 8)));
+        }
+        QVERIFY(ratings.Insert(list));
+        QCOMPARE(cables.GetAll().size(), 2);
+        QVERIFY(!cables.GetById(evaluated->Id())->Rating());
+
+        const QString time = database.type() == DataAccess::Enumerations::Postgres ? QStringLiteral("TIMESTAMP")
+                                                                                   : QStringLiteral("TEXT");
+        database.value(
+            QStringLiteral("CREATE TABLE measures (id INTEGER, folderid INTEGER, modeid INTEGER, measure_date %1)")
+                .arg(time));
+        database.value(
+            QStringLiteral("CREATE TABLE folders (id INTEGER, creationdate %1, serialnumber TEXT, systemtype TEXT)")
+                .arg(time));
+        database.value(QStringLiteral("INSERT INTO measures SELECT mid, 1, modeid, measuretime FROM qor_rating"));
+        const auto all = cables.GetAll();
+        QCOMPARE(all.size(), 2);
+        const auto rating = all.value(evaluated->Id())->Rating();
+        QVERIFY(rating);
+        QCOMPARE(rating->measureTime(), QDateTime(QDate(2021, 5, 3), QTime(6, 7, 8)));
+        QCOMPARE(rating->taskID(), task);
+        QCOMPARE(all.value(evaluated->Id())->ratingMeasureID(), QStringLiteral("3"));
+        QCOMPARE(all.value(evaluated->Id())->EntityState(), Normal);
+        QCOMPARE(cables.GetById(evaluated->Id())->ratingMeasureID(), QStringLiteral("3"));
+        QVERIFY(!all.value(plain->Id())->Rating());
+    }
+
+    void aFailedSelectGivesNothing_data() { TestSupport::addBackends(); }
+    void aFailedSelectGivesNothing()
+    {
+        EditorDatabase database;
+        auto owners = database.repository<Repositories::OwnerRepository>();
+        database.value(QStringLiteral("DROP TABLE ce_owner"));
+        const LogCapture log;
+        QVERIFY(owners.GetAll().isEmpty());
+        QVERIFY(!owners.GetById(QUuid::createUuid()));
+        QCOMPARE(owners.Count(), 0U);
+        QVERIFY(!owners.Insert({makeOwner(QStringLiteral("owner"))}));
+    }
+
+    void withoutAWorker_data() { TestSupport::addBackends(); }
+    void withoutAWorker()
+    {
+        Repositories::OwnerRepository none(nullptr, DataAccess::Enumerations::Complete, nullptr);
+        QVERIFY_EXCEPTION_THROWN(none.CountAsync(), std::invalid_argument);
+
+        auto database = std::make_unique<EditorDatabase>();
+        auto owners = database->repository<Repositories::OwnerRepository>();
+        database.reset();
+        QVERIFY_EXCEPTION_THROWN(owners.GetAll(), Exceptions::NotOpenException);
+    }
+};
+
+DATAACCESS_TEST(CableRepositoriesTest)
+
+#include "CableRepositoriesTest.moc"
