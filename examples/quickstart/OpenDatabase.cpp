@@ -3,6 +3,7 @@
 #include "database/DatabaseConfig.h"
 #include "database/Task.h"
 #include "migration/editor/EditorMigrationManager.h"
+#include "migration/pd/PdMigrationManager.h"
 
 #include <QUuid>
 
@@ -25,6 +26,23 @@ std::shared_ptr<Interfaces::IConfig> configFor(const QString& path)
 [[noreturn]] void fail(const QString& reason)
 {
     throw std::runtime_error(reason.toLocal8Bit().constData());
+}
+
+void bringUpToDate(Interfaces::IMigrationManager& migration)
+{
+    const quint32 version = migration.DbVersion();
+    if (version == migration.InvalidVersion())
+        fail(QStringLiteral("the schema version cannot be read"));
+    if (version > migration.ExpectedVersion())
+        fail(QStringLiteral("its schema version %1 is newer than this program's %2 (%3)")
+                 .arg(version)
+                 .arg(migration.ExpectedVersion())
+                 .arg(migration.feature()));
+    if (!migration.Migrate())
+        fail(QStringLiteral("its schema cannot be brought up to date; is the file writable, and the disk not full?"));
+    const QStringList messages = migration.migrationMessages();
+    for (const QString& message : messages)
+        std::printf("%s\n", qUtf8Printable(message));
 }
 
 } // namespace
@@ -55,23 +73,16 @@ void OpenDatabase::stop()
 
 void OpenDatabase::migrate()
 {
-    Manager::EditorMigrationManager migration;
-    migration.setDbWorker(m_worker.get());
-    if (!migration.WaitForConnected())
+    Manager::EditorMigrationManager network;
+    network.setDbWorker(m_worker.get());
+    if (!network.WaitForConnected())
         fail(openError());
-    m_versionBefore = migration.DbVersion();
-    if (m_versionBefore == migration.InvalidVersion())
-        fail(QStringLiteral("the schema version cannot be read"));
-    if (m_versionBefore > migration.ExpectedVersion())
-        fail(QStringLiteral("its schema version %1 is newer than this program's %2")
-                 .arg(m_versionBefore)
-                 .arg(migration.ExpectedVersion()));
-    if (!migration.Migrate())
-        fail(QStringLiteral("its schema cannot be brought up to date; is the file writable, and the disk not full?"));
-    m_version = migration.DbVersion();
-    const QStringList messages = migration.migrationMessages();
-    for (const QString& message : messages)
-        std::printf("%s\n", qUtf8Printable(message));
+    m_versionBefore = network.DbVersion();
+    bringUpToDate(network);
+    m_version = network.DbVersion();
+    Manager::PdMigrationManager measurements;
+    measurements.setDbWorker(m_worker.get());
+    bringUpToDate(measurements);
 }
 
 QString OpenDatabase::openError() const

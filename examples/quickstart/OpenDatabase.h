@@ -20,7 +20,8 @@ public:
     OpenDatabase& operator=(const OpenDatabase&) = delete;
 
     DataAccess::Database::DbWorker* worker() const { return m_worker.get(); }
-    /// The schema version that the file had before it was opened, 0 for a new one, and the one it has now.
+    /// The schema version of the cable network that the file had before it was opened, 0 for a new one, and the one it
+    /// has now.
     unsigned int versionBefore() const { return m_versionBefore; }
     unsigned int version() const { return m_version; }
 

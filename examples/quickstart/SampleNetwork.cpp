@@ -140,6 +140,16 @@ bool isWanted(Repositories& repositories)
 
 } // namespace
 
+QUuid sampleCableId()
+{
+    return idOf("cable");
+}
+
+QUuid sampleStationId()
+{
+    return idOf("station quay");
+}
+
 void storeSampleNetwork(Repositories& repositories)
 {
     if (!isWanted(repositories))

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QUuid>
+
 struct Repositories;
 
 /**
@@ -8,3 +10,7 @@ struct Repositories;
  * when an earlier run was cut short. Throws std::runtime_error when something cannot be stored.
  */
 void storeSampleNetwork(Repositories& repositories);
+
+/// The ids of the sample's cable and of the station that it begins at.
+QUuid sampleCableId();
+QUuid sampleStationId();

@@ -1,10 +1,14 @@
-// Opens a SQLite file, brings its schema up to date, stores a small cable network in it if it is empty, and prints what
-// is in it: quickstart [FILE]
+// Opens a SQLite file, brings its schema up to date, stores a small cable network with a
+// partial-discharge test in it if it is empty, and prints what is in it: quickstart [FILE]
 
+#include "MeasurementPrinter.h"
 #include "NetworkPrinter.h"
 #include "OpenDatabase.h"
 #include "Repositories.h"
+#include "SampleMeasurement.h"
 #include "SampleNetwork.h"
+#include "factories/PdRepositoryManagerFactory.h"
+#include "manager/PdRepositoryManager.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -21,6 +25,10 @@ void show(const QString& path)
     OpenDatabase database(path);
     Repositories repositories(database.worker());
     storeSampleNetwork(repositories);
+    const auto measurements = DataAccess::Factories::PdRepositoryManagerFactory().create(
+        database.worker(), DataAccess::Enumerations::Complete);
+    if (repositories.cables.GetById(sampleCableId()))
+        storeSampleMeasurement(*measurements, sampleCableId(), sampleStationId());
 
     QTextStream out(stdout);
     out.setCodec("UTF-8");
@@ -33,6 +41,8 @@ void show(const QString& path)
     printer.printCounts();
     out << '\n';
     printer.printNetwork();
+    out << '\n';
+    printMeasurements(*measurements, out);
 }
 
 } // namespace

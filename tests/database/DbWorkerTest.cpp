@@ -52,6 +52,7 @@ private Q_SLOTS:
         std::vector<int> next(3, 0); // this and the next are used on the worker's thread only
         IDatabase* only = nullptr;
         std::vector<std::thread> producers;
+        producers.reserve(next.size());
         for (int& expected : next) {
             producers.emplace_back([&] {
                 for (int i = 0; i < jobs; ++i) {
@@ -145,9 +146,11 @@ private Q_SLOTS:
         {
             RunningWorker worker(database.config());
             QVERIFY(worker.run([](IDatabase& db) {
+                db.Exec(QStringLiteral("CREATE TABLE t AS SELECT 1 AS a UNION SELECT 2"));
                 QSqlQuery& unfinished = db.Query();
-                return unfinished.exec(QStringLiteral("SELECT 1 UNION SELECT 2")) && unfinished.next();
+                return unfinished.exec(QStringLiteral("SELECT a FROM t")) && unfinished.next();
             }));
+            worker.run([](IDatabase& db) { db.Exec(QStringLiteral("DROP TABLE t")); });
         }
         QTRY_VERIFY(entries("/proc/self/task") <= threads && entries("/proc/self/fd") <= files);
     }

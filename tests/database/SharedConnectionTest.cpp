@@ -74,11 +74,14 @@ private Q_SLOTS:
         const TestDatabase database;
         makeTable(database);
         const LogCapture log;
+        const auto use = [&](IDatabase& db) {
+            return rows(db) == 0 && QSqlDatabase::database(m_name, false).isValid(); // which Qt tells its thread only
+        };
         for (int i = 0; i < 3; ++i)
-            QCOMPARE(RunningWorker(database.config(m_name)).run(rows), 0);
+            QVERIFY(RunningWorker(database.config(m_name)).run(use));
         // And on this thread, after the threads of the others have ended.
         Database::Database here(database.config(m_name));
-        QCOMPARE(rows(here), 0);
+        QVERIFY(use(here));
         QVERIFY(log.contains(QStringLiteral("Using existing connection \"%1\"").arg(m_name)) && !qtWarned(log));
     }
 

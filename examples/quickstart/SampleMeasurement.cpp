@@ -1,0 +1,123 @@
+#include "SampleMeasurement.h"
+
+#include "manager/PdRepositoryManager.h"
+#include "repositories/pd/PdFileRepository.h"
+#include "repositories/pd/PdIecOverviewRepository.h"
+#include "repositories/pd/PdMappingEventRepository.h"
+#include "repositories/pd/PdReportRepository.h"
+#include "repositories/pd/PdSummaryReporsitory.h"
+#include "repositories/pd/PdTaskRepository.h"
+
+#include <QCryptographicHash>
+
+#include <stdexcept>
+
+using namespace PD::Entities;
+
+namespace {
+
+QUuid idOf(const QString& name)
+{
+    static const QUuid space(QStringLiteral("{0b7d51f4-53a5-5f3a-8d3e-4b3c7b0f5e21}"));
+    return QUuid::createUuidV5(space, name);
+}
+
+template <typename T>
+std::shared_ptr<T> makePart(const QString& name, const QUuid& report)
+{
+    auto part = std::make_shared<T>();
+    part->SetId(idOf(name));
+    part->setReportId(report);
+    return part;
+}
+
+template <typename Repository, typename List>
+void store(Repository& repository, const List& entities)
+{
+    // What an earlier run stored before it was cut short is there already.
+    List missing;
+    const auto stored = repository.GetAll();
+    for (const auto& entity : entities) {
+        if (!stored.contains(entity->Id()))
+            missing.push_back(entity);
+    }
+    if (!repository.Insert(missing))
+        throw std::runtime_error(
+            "the sample measurement cannot be stored; is the file writable, and the disk not full?");
+}
+
+std::vector<std::shared_ptr<PdIecOverview>> makeOverviews(const QUuid& report)
+{
+    std::vector<std::shared_ptr<PdIecOverview>> overviews;
+    for (int phase = 0; phase < 3; ++phase) {
+        overviews.push_back(makePart<PdIecOverview>(QStringLiteral("overview %1").arg(phase), report));
+        PdIecOverview& overview = *overviews.back();
+        overview.setPhaseIndex(phase);
+        overview.setGroundNoise(5e-12);
+        overview.setFrequency(50);
+        overview.setPdivVoltage(14e3 + 500 * phase);
+        overview.setPdevVoltage(11e3);
+        overview.setPdivMaxCharge(120e-12);
+        overview.setMaxCharges(QMap<double, double>{{11.5e3, 90e-12}, {20e3, (250.0 + 50 * phase) * 1e-12}});
+    }
+    return overviews;
+}
+
+std::vector<std::shared_ptr<PdMappingEvent>> makeEvents(const QUuid& report)
+{
+    std::vector<std::shared_ptr<PdMappingEvent>> events;
+    for (int i = 0; i < 12; ++i) {
+        events.push_back(makePart<PdMappingEvent>(QStringLiteral("event %1").arg(i), report));
+        PdMappingEvent& event = *events.back();
+        event.setPhaseIndex(i % 3);
+        event.setPosition(418.0 + 0.5 * i);
+        event.setVoltage(20e3);
+        event.setLoad((180.0 + 10 * i) * 1e-12);
+        event.setPolarity(i % 2 == 0);
+    }
+    return events;
+}
+
+std::shared_ptr<PdFile> makeFile(const QUuid& report)
+{
+    auto file = std::make_shared<PdFile>();
+    file->SetId(idOf(QStringLiteral("file")));
+    file->SetName(QStringLiteral("phase1.raw"));
+    file->SetFile(QByteArray(4096, '\x5a'));
+    file->SetHash(QCryptographicHash::hash(file->File(), QCryptographicHash::Sha256));
+    file->SetReportId(report);
+    return file;
+}
+
+} // namespace
+
+void storeSampleMeasurement(DataAccess::Manager::PdRepositoryManager& manager, const QUuid& cable, const QUuid& station)
+{
+    if (manager.PdTaskRepository()->Count() > 0)
+        return;
+    auto task = std::make_shared<PdTask>();
+    task->SetId(idOf(QStringLiteral("task")));
+    task->SetCableId(cable);
+    task->SetStationId(station);
+    task->SetCreationDate(QDateTime(QDate(2021, 6, 14), QTime(9, 0)));
+    task->SetTester(QStringLiteral("A. Tester"));
+    task->SetDevices({QStringLiteral("coupler 1"), QStringLiteral("coupler 2")});
+    auto report = std::make_shared<PdReport>();
+    report->SetId(idOf(QStringLiteral("report")));
+    report->SetTaskId(task->Id());
+    report->SetCreationTimestamp(QDateTime(QDate(2021, 6, 14), QTime(11, 0)));
+    report->SetFilter({{QStringLiteral("class"), QStringLiteral("internal")}});
+    const auto summary = makePart<PdSummary>(QStringLiteral("summary"), report->Id());
+    summary->setPdivState(true);
+    summary->setPdevState(true);
+    summary->setDataState(true);
+    summary->setMaxAppliedVoltage(20e3);
+
+    // The task comes last: as long as it is missing, the next run completes what this one could not store.
+    store(*manager.PdFileRepository(), std::vector<std::shared_ptr<PdFile>>{makeFile(report->Id())});
+    store(*manager.PdIecOverviewRepository(), makeOverviews(report->Id()));
+    store(*manager.PdMappingEventRepository(), makeEvents(report->Id()));
+    store(*manager.PdSummaryRepository(), std::vector<std::shared_ptr<PdSummary>>{summary});
+    store(*manager.PdReportRepository(), std::vector<std::shared_ptr<PdReport>>{report});
+    store(*manager.PdTaskRepository(), std::vector<std::shared_ptr<PdTask>>{task});
+}
