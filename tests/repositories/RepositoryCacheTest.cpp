@@ -139,8 +139,8 @@ private Q_SLOTS:
     {
         QFETCH(int, operation);
         QFETCH(int, outcome);
-        bool (OwnerCache::*const writes[])(OwnerCache::EntityList) = {&OwnerCache::Insert, &OwnerCache::Update,
-                                                                      &OwnerCache::Delete, &OwnerCache::Remove};
+        const auto write = std::vector{&OwnerCache::Insert, &OwnerCache::Update, &OwnerCache::Delete,
+                                       &OwnerCache::Remove}[static_cast<std::size_t>(operation)];
         const bool deletes = operation == 2;
         const bool removes = operation == 3;
         const auto before = m_cache->GetAll();
@@ -151,7 +151,7 @@ private Q_SLOTS:
         m_table->setOutcome(Table::Outcome(outcome));
         bool written = false;
         try {
-            written = ((*m_cache).*writes[operation])({known, nullptr, late});
+            written = ((*m_cache).*write)({known, nullptr, late});
         } catch (const std::runtime_error&) {
             QCOMPARE(outcome, int(Table::Exception));
         }
