@@ -24,9 +24,7 @@ struct Store : QSettings
 {
     Store()
         : QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Talvik"), QStringLiteral("QOR"))
-    {
-        setIniCodec("UTF-8");
-    }
+    {}
 };
 
 std::shared_ptr<DatabaseConfig> serverConfig(const QString& text)
@@ -170,20 +168,23 @@ private Q_SLOTS:
         Store().setValue(QStringLiteral("qor/{a}/ConnectionName"), QStringLiteral("of another application"));
         QVERIFY(DatabaseConfig::GetConfiguartions().empty());
 
-        const QString host = QStringLiteral(u"h\u00f6st");
         const QString id = QUuid::createUuid().toString();
         Store().setValue(QStringLiteral("QOR/no identifier/ConnectionName"), QStringLiteral("x"));
-        Store().setValue(QStringLiteral("QOR/%1/HostName").arg(id), host);
+        Store().setValue(QStringLiteral("QOR/%1/HostName").arg(id), id);
         const auto read = DatabaseConfig::GetConfiguartions();
         QCOMPARE(read.size(), size_t(2));
         for (const auto& config : read)
             QVERIFY(config->ConnectionName().isEmpty() && config->HostName().isEmpty());
 
-        Store().setValue(QStringLiteral("QOR/%1/ConnectionName").arg(id), id);
-        Store().setValue(QStringLiteral("QOR/%1/Port").arg(id), QStringLiteral("no number"));
-        Store().setValue(QStringLiteral("QOR/Default"), id);
-        QCOMPARE(DatabaseConfig::DefaultConfig()->HostName(), host);
-        QCOMPARE(DatabaseConfig::DefaultConfig()->Port(), 0U);
+        QFile file(Store().fileName()); // as somebody may write it with an editor
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        const QByteArray group = "\n%7B" + id.mid(1, 36).toLatin1() + "%7D\\";
+        file.write("[QOR]\nDefault=" + id.toLatin1() + group + "ConnectionName=x" + group + "Port=y" + group +
+                   "HostName=h\xc3\xb6st\n");
+        file.close();
+        const auto written = DatabaseConfig::DefaultConfig();
+        QCOMPARE(written->HostName(), QStringLiteral(u"h\u00f6st"));
+        QVERIFY(written->ConnectionName() == QStringLiteral("x") && written->Port() == 0);
     }
 
     void defaultPath_data()

@@ -153,6 +153,7 @@ private Q_SLOTS:
                           {-0.0, 0.1, -1.0 / 3, 1e15 + 0.3, s_least<double>, s_most<double>, Limits::min(),
                            Limits::denorm_min(), Limits::infinity(), -Limits::infinity(), Limits::quiet_NaN()});
         QCOMPARE(store("i8", s_most<unsigned int>)->toUint(0), s_most<unsigned int>);
+        QCOMPARE(m_db->Converter(m_row)->toInt64(0), qint64(s_most<unsigned int>));
         QCOMPARE(store("i8", static_cast<quint64>(s_most<qint64>))->toInt64(0), s_most<qint64>);
         float single = 0;
         store("number", 0.1)->value(single, 0);
