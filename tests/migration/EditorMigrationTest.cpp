@@ -164,6 +164,10 @@ void EditorMigrationTest::leavesNothingOfAFailedStep_data()
     addStep(6, "CREATE VIEW cablebook_measures AS SELECT 1 AS a", "DROP VIEW cablebook_measures");
     addStep(7, "ce_segment_detail", "");
     addStep(8, "ce_switchgear", "");
+    // SQLite ends the transaction by itself then; what came after that would stay.
+    QTest::newRow("SQLite, full disk") << static_cast<int>(Enumerations::SQLite3) << 1
+                                       << QStringLiteral("PRAGMA max_page_count = 1")
+                                       << QStringLiteral("PRAGMA max_page_count = 1000000");
 }
 
 void EditorMigrationTest::leavesNothingOfAFailedStep()
