@@ -91,18 +91,18 @@ QDate parseDate(const QString& text)
     return QDate::fromString(text, s_date);
 }
 
-QDateTime parse(const QString& text, Qt::TimeSpec spec)
+QDateTime parse(const QString& text, Qt::TimeSpec timeSpec)
 {
     if ((text.size() == s_layout.size() || text.size() == s_lengthWithoutMs) && hasLayout(text)) {
         const int milliseconds = text.size() == s_layout.size() ? number(text, 20, 3) : 0;
         const QTime time(number(text, 11, 2), number(text, 14, 2), number(text, 17, 2), milliseconds);
         const QDate date = dateOf(text);
-        return date.isValid() && time.isValid() ? QDateTime(date, time, spec) : QDateTime();
+        return date.isValid() && time.isValid() ? QDateTime(date, time, timeSpec) : QDateTime();
     }
     QDateTime parsed = QDateTime::fromString(text, s_dateTime);
     if (!parsed.isValid())
         parsed = QDateTime::fromString(text, s_dateTimeWithoutMs);
-    return parsed.isValid() ? QDateTime(parsed.date(), parsed.time(), spec) : QDateTime();
+    return parsed.isValid() ? QDateTime(parsed.date(), parsed.time(), timeSpec) : QDateTime();
 }
 
 } // namespace DataAccess::Database::SQLiteDateTime
