@@ -150,8 +150,7 @@ bool Database::Disconnect()
     const auto lock = lockConnection();
     requireValid();
     m_query = emptyQuery();
-    if (m_connection->handle().isOpen())
-        m_connection->handle().close();
+    m_connection->close();
     return !m_connection->handle().isOpen();
 }
 

@@ -4,9 +4,6 @@
 #include "database/LoggingCategories.h"
 #include "database/sqlite2/Sqlite2Driver.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QHash>
 #include <QSqlDriver>
 #include <QSqlQuery>
@@ -63,18 +60,6 @@ QSqlDatabase addConnection(const QString& name, const SharedConnection::Target& 
         handle.setConnectOptions(QStringLiteral("connect_timeout=5"));
     qCDebug(lcDatabase) << "Added new Connection" << name;
     return handle;
-}
-
-/// What the driver would not open either: no different from a connection that it refuses.
-QSqlError refused(const char* text)
-{
-    return {QString(), QString::fromLatin1(text), QSqlError::ConnectionError};
-}
-
-/// What the driver would open. Trying again does not help.
-QSqlError unusable(const char* text)
-{
-    return {QString(), QString::fromLatin1(text), QSqlError::UnknownError};
 }
 
 } // namespace
@@ -138,8 +123,7 @@ void SharedConnection::release(const std::shared_ptr<SharedConnection>& connecti
     const std::lock_guard<std::recursive_mutex> use(connection->m_mutex);
     if (--connection->m_users > 0)
         return;
-    if (connection->m_handle.isOpen())
-        connection->m_handle.close();
+    connection->close();
     connection->moveToThread(nullptr);
 }
 
@@ -148,49 +132,28 @@ bool SharedConnection::open()
     if (m_handle.isOpen())
         return true;
     moveToThread(QThread::currentThread());
-    m_openError = fileError();
+    // Frees what is left of a connection that the server has ended.
+    close();
+    m_openError = m_target.type == Enumerations::SQLite3 ? m_file.enter(m_target.databaseName) : QSqlError();
     if (m_openError.isValid())
         return false;
-    // Frees what is left of a connection that the server has ended.
-    m_handle.close();
-    if (!m_handle.open()) {
+    if (m_handle.open()) {
+        m_openError = probe();
+    } else {
+        const QString silence = QStringLiteral("The database driver refused without a reason");
         m_openError = m_handle.lastError();
         if (!m_openError.isValid())
-            m_openError = refused("The database driver refused without a reason");
-        return false;
+            m_openError = QSqlError(QString(), silence, QSqlError::ConnectionError);
     }
-    m_openError = probe();
     if (m_openError.isValid())
-        m_handle.close();
+        close();
     return !m_openError.isValid();
 }
 
-QSqlError SharedConnection::fileError() const
+void SharedConnection::close()
 {
-    if (m_target.type != Enumerations::SQLite3)
-        return {};
-    if (m_target.databaseName.isEmpty())
-        return unusable("The database file has no name");
-    const QFileInfo info(m_target.databaseName);
-    if (!info.exists()) {
-        if (m_target.databaseName != QLatin1String(":memory:") && !info.absoluteDir().exists())
-            return refused("The folder of the database file does not exist");
-        return {};
-    }
-    if (info.isDir())
-        return refused("The path is a folder, not a database file");
-    if (!info.isFile())
-        return unusable("The path is no regular file");
-    QFile file(m_target.databaseName);
-    if (!file.open(QIODevice::ReadOnly))
-        return refused("No permission to read the database file");
-    // A file of no bytes is a database that nothing was written to yet.
-    const QByteArray start = file.read(48);
-    if (start.isEmpty() || start.startsWith(QByteArray("SQLite format 3", 16)))
-        return {};
-    if (start.startsWith("** This file contains an SQLite 2"))
-        return unusable("The file is a database of SQLite 2, not of SQLite 3");
-    return unusable("The file is no database");
+    m_handle.close();
+    m_file.leave();
 }
 
 QSqlError SharedConnection::probe()
@@ -202,14 +165,15 @@ QSqlError SharedConnection::probe()
     // SQLite opens anything; only reading the schema tells a damaged, truncated or locked file.
     if (query.exec(QStringLiteral("SELECT count(*) FROM sqlite_master")) && query.next())
         return {};
+    const QString silence = QStringLiteral("The schema of the database cannot be read");
     const QSqlError error = query.lastError();
-    return error.isValid() ? error : unusable("The schema of the database cannot be read");
+    return error.isValid() ? error : QSqlError(QString(), silence, QSqlError::StatementError);
 }
 
 void SharedConnection::closeUnlessShared()
 {
-    if (m_users <= 1 && m_handle.isOpen())
-        m_handle.close();
+    if (m_users <= 1)
+        close();
 }
 
 QSqlError SharedConnection::lastError() const

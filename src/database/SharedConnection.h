@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/DatabaseType.h"
+#include "database/SQLiteFile.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -57,6 +58,7 @@ public:
 
     /// Opens the connection unless it is open. On SQLite also makes sure that the file can be read as a database.
     bool open();
+    void close();
     /// Closes the connection unless other databases use it too.
     void closeUnlessShared();
     /// What the last failed open() or statement on the handle said.
@@ -71,11 +73,11 @@ private:
     /// Gives up a registration that nobody uses, when its handle leads to another database than @p wanted or nowhere:
     /// the application may have removed the connection. False when it is good.
     bool abandon(const Target& wanted);
-    QSqlError fileError() const;
     QSqlError probe();
 
     std::recursive_mutex m_mutex;
     QSqlDatabase m_handle;
+    SQLiteFile m_file;
     Target m_target;
     QSqlError m_openError;
     std::atomic<int> m_users = 0;

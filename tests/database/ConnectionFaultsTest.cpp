@@ -134,6 +134,17 @@ private Q_SLOTS:
         QVERIFY(Database::Database(database.config()).Connect());
     }
 
+    void openingKeepsTheLocksOfOthers()
+    {
+        const TestDatabase database(Enumerations::SQLite3);
+        Database::Database writer(database.config());
+        writer.Exec(QStringLiteral("CREATE TABLE t (a INTEGER)"));
+        const Database::Transaction transaction = writer.Transaction();
+        writer.Exec(QStringLiteral("INSERT INTO t VALUES (1)"));
+        QVERIFY(Database::Database(database.config()).Connect());
+        QVERIFY(!TestSupport::FileLocker(database.name()).isHeld());
+    }
+
     void filePermissions()
     {
         const TestDatabase database(Enumerations::SQLite3);
