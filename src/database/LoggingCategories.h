@@ -9,5 +9,7 @@ Q_DECLARE_LOGGING_CATEGORY(lcDatabaseConfig)  // "qor.database.config"
 Q_DECLARE_LOGGING_CATEGORY(lcMigrationEditor) // "qor.migration.editor"
 Q_DECLARE_LOGGING_CATEGORY(lcMigrationPd)     // "qor.migration.pd"
 Q_DECLARE_LOGGING_CATEGORY(lcMigrationLog)    // "qor.migrationLog"
+Q_DECLARE_LOGGING_CATEGORY(lcContext)         // "qor.context"
+Q_DECLARE_LOGGING_CATEGORY(lcFacade)          // "qor.facade"
 
 } // namespace DataAccess

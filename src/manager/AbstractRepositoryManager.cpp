@@ -19,6 +19,16 @@ std::shared_ptr<DataAccess::Context::AbstractContext> AbstractRepositoryManager:
     return m_context.lock();
 }
 
+void AbstractRepositoryManager::SetSchemaIsNewer(bool isNewer)
+{
+    m_schemaIsNewer = isNewer;
+}
+
+bool AbstractRepositoryManager::SchemaIsNewer() const
+{
+    return m_schemaIsNewer;
+}
+
 const std::vector<std::weak_ptr<void>>& AbstractRepositoryManager::repositories() const
 {
     return m_repositories;

@@ -35,6 +35,11 @@ public:
     void SetContext(const std::shared_ptr<DataAccess::Context::AbstractContext>& context);
     std::shared_ptr<DataAccess::Context::AbstractContext> Context() const;
 
+    /// Whether the tables are of a newer layout than this build knows; then nothing is written to them unasked. False
+    /// unless set, before the manager is shared.
+    void SetSchemaIsNewer(bool isNewer);
+    bool SchemaIsNewer() const;
+
 protected:
     /// Puts @p repository into @p slot, with a new cached view; the one that is there already keeps its view.
     template <typename Plain, typename Cache>
@@ -50,6 +55,7 @@ protected:
 private:
     std::vector<std::weak_ptr<void>> m_repositories;
     std::weak_ptr<DataAccess::Context::AbstractContext> m_context;
+    bool m_schemaIsNewer = false;
 };
 
 } // namespace DataAccess::Manager

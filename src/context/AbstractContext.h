@@ -1,0 +1,127 @@
+#pragma once
+
+#include "database/DataAccessExport.h"
+#include "database/LoadingStrategies.h"
+#include "entities/qor/Entity.h"
+
+#include <QHash>
+#include <QObject>
+#include <QUuid>
+
+#include <memory>
+#include <mutex>
+
+namespace DataAccess::Manager {
+class AbstractRepositoryManager;
+}
+
+namespace DataAccess::Context {
+
+class SavePass;
+
+/**
+ * A working set of one family of data: loaded whole, edited by the application, and written back in one call.
+ *
+ * Loading, saving and importing take turns: called from two threads, one waits until the other has ended. They block
+ * their caller while the work runs on the database's thread, and so must not be called on that one. Signals are emitted
+ * on the caller's thread; a receiver on another thread gets them through its event loop. The entities themselves are
+ * not guarded: nobody may use them while they are loaded or saved.
+ *
+ * Nothing here throws when the database fails: the failure is logged (category "qor.context") and signalled.
+ */
+class DATAACCESS_EXPORT AbstractContext : public QObject
+{
+    Q_OBJECT
+
+public:
+    using EntityPointer = std::shared_ptr<QOR::Entities::Entity>;
+    using Entities = QHash<QUuid, EntityPointer>;
+
+    /// Shares the ownership of @p manager. @p value is kept, and of no meaning here.
+    AbstractContext(const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
+                    Enumerations::LoadingStrategies strategy, unsigned int value, QObject* parent = nullptr);
+    ~AbstractContext() override;
+    AbstractContext(const AbstractContext&) = delete;
+    AbstractContext& operator=(const AbstractContext&) = delete;
+
+    // Applications rely on the order of these.
+    /// Puts @p entity, which may be null, under the care of the context: it is saved with the rest. Of two entities
+    /// with one id the first one stays.
+    virtual void attach(std::shared_ptr<QOR::Entities::Entity> entity);
+    /// Takes what is attached under the id of @p entity out again: changes of it are not saved any more.
+    virtual void detach(std::shared_ptr<QOR::Entities::Entity> entity);
+    /// Loads everything anew. Changes that were not saved, and all that was loaded before, are let go of.
+    virtual void reload() = 0;
+    /// Writes what was attached, changed or marked deleted since it was loaded or saved. What cannot be written keeps
+    /// its state, and is written by the next call.
+    virtual void saveChanges() = 0;
+
+    /// The number of attached entities.
+    unsigned int count() const;
+    /// Whether a load is under way.
+    bool isLoading() const;
+    Enumerations::LoadingStrategies loadingStrategy() const;
+
+Q_SIGNALS:
+    void loadingChanged(bool isLoading);
+    void loadingCompleted();
+    void savingCompleted();
+    /// How many of the kinds that are being loaded have arrived; between loadingChanged(true) and
+    /// loadingChanged(false).
+    void loadingProgress(int done, int total);
+    /// A load broke off, and left the context with less than the database holds; before loadingChanged(false).
+    void loadingFailed(const QString& reason);
+    /// Something could not be written; before savingCompleted(). The log says what, and why.
+    void savingFailed(const QString& reason);
+
+protected:
+    using Turn = std::unique_lock<std::recursive_mutex>;
+
+    /// Waits until no other thread loads or saves. Throws std::system_error when that cannot be.
+    Turn takeTurn() const;
+    /// Takes turns with @p other too, from now on; before this context is used on several threads.
+    void shareTurns(const AbstractContext& other);
+    void setIsLoading(bool isLoading);
+    const std::shared_ptr<Manager::AbstractRepositoryManager>& manager() const;
+    unsigned int value() const;
+
+    const Entities& attached() const;
+    /// What the application attached and no save has written yet; a part of attached().
+    const Entities& added() const;
+    void emptyAttached();
+
+    /// Attaches what was loaded, except entities marked deleted.
+    template <typename T>
+    void takeIn(const QHash<QUuid, std::shared_ptr<T>>& loaded)
+    {
+        for (const std::shared_ptr<T>& entity : loaded)
+            takeIn(EntityPointer(entity));
+    }
+    /// The same, except where the application has attached something that was not saved yet.
+    template <typename T>
+    void takeInBesideAdded(const QHash<QUuid, std::shared_ptr<T>>& loaded)
+    {
+        for (const std::shared_ptr<T>& entity : loaded) {
+            if (!added().contains(entity->Id()))
+                takeIn(EntityPointer(entity));
+        }
+    }
+    /// Attaches @p entity as something to be saved, in place of what is attached under its id.
+    void attachInPlace(const EntityPointer& entity);
+
+    /// What of the attached entities a save has to look at.
+    SavePass beginSaving() const;
+    /// Makes all Normal that @p pass has not failed to write.
+    void resetStates(const SavePass& pass);
+    /// Tells the application.
+    void finishSaving(const SavePass& pass);
+
+private:
+    struct Data;
+
+    void takeIn(const EntityPointer& entity);
+
+    std::unique_ptr<Data> m_data;
+};
+
+} // namespace DataAccess::Context

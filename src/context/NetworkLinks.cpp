@@ -1,0 +1,118 @@
+#include "context/NetworkLinks.h"
+
+#include "context/Linking.h"
+
+namespace DataAccess::Context {
+
+using namespace Cables::Entities;
+
+namespace {
+
+template <typename Child>
+bool isBefore(const std::shared_ptr<Child>& left, const std::shared_ptr<Child>& right)
+{
+    return std::make_pair(left->Index(), left->Id()) < std::make_pair(right->Index(), right->Id());
+}
+
+void linkTypes(const CableNetwork& network)
+{
+    for (const auto& detail : network.of<SegmentDetail>()) {
+        if (const auto insulation = network.find<Insulation>(detail->InsulationId()))
+            detail->SetInsulation(insulation);
+        if (const auto type = network.find<SegmentType>(detail->TypeId()))
+            detail->SetType(type);
+    }
+    for (const auto& station : network.of<Station>()) {
+        if (const auto point = network.find<Point>(station->PointId()))
+            station->SetPoint(point);
+    }
+}
+
+void linkSegments(const CableNetwork& network)
+{
+    auto segments = childrenByParent(network.of<Segment>(), [](const Segment& segment) { return segment.PhaseId(); });
+    for (const auto& phase : network.of<Phase>()) {
+        auto children = orderedChildren<Interfaces::ISegment>(segments[phase->Id()], *phase, isBefore<Segment>);
+        phase->SetSegments(children);
+    }
+    for (const auto& segment : network.of<Segment>()) {
+        if (const auto detail = network.find<SegmentDetail>(segment->DetailId()))
+            segment->SetDetail(detail);
+        // Also those that their phase does not list.
+        if (const auto phase = network.find<Phase>(segment->PhaseId()))
+            segment->SetPhase(phase);
+    }
+}
+
+void linkRoutes(const CableNetwork& network)
+{
+    for (const auto& route : network.of<Route>()) {
+        std::vector<std::shared_ptr<Interfaces::IPoint>> points;
+        for (const QUuid& id : route->PointIds())
+            points.push_back(network.find<Point>(id));
+        route->SetPoints(points);
+    }
+    for (const auto& cable : network.of<Cable>()) {
+        const auto route = network.find<Route>(cable->RouteId());
+        if (!route)
+            continue;
+        // The cable would make the route its own; one that names another cable goes on naming that.
+        const QUuid named = route->CableId();
+        const auto state = route->EntityState();
+        cable->SetRoute(route);
+        route->SetCableId(named);
+        route->SetEntityState(state);
+    }
+    for (const auto& route : network.of<Route>()) {
+        if (const auto cable = network.find<Cable>(route->CableId()))
+            route->SetCable(cable);
+    }
+}
+
+void linkEnds(const CableNetwork& network, Cable& cable)
+{
+    if (const auto station = network.find<Station>(cable.StationAId()))
+        cable.SetStationA(station);
+    if (const auto station = network.find<Station>(cable.StationBId()))
+        cable.SetStationB(station);
+    if (const auto termination = network.find<Termination>(cable.TerminationAId()))
+        cable.SetTerminationA(termination);
+    if (const auto termination = network.find<Termination>(cable.TerminationBId()))
+        cable.SetTerminationB(termination);
+    if (const auto switchgear = network.find<Switchgear>(cable.SwitchgearAId()))
+        cable.SetSwitchgearA(switchgear);
+    if (const auto switchgear = network.find<Switchgear>(cable.SwitchgearBId()))
+        cable.SetSwitchgearB(switchgear);
+    if (const auto owner = network.find<Owner>(cable.OwnerId()))
+        cable.SetOwner(owner);
+}
+
+void linkCables(const CableNetwork& network)
+{
+    auto phases = childrenByParent(network.of<Phase>(), [](const Phase& phase) { return phase.CableId(); });
+    const auto ratings = latestByParent(
+        network.of<Rating>(), [](const Rating& rating) { return rating.cableID(); },
+        [](const Rating& rating) { return rating.measureTime(); });
+    for (const auto& cable : network.of<Cable>()) {
+        auto children = orderedChildren<Interfaces::IPhase>(phases[cable->Id()], *cable, isBefore<Phase>);
+        cable->SetPhases(children);
+        cable->SetRating(ratings.value(cable->Id()));
+        linkEnds(network, *cable);
+    }
+    for (const auto& phase : network.of<Phase>()) {
+        if (const auto cable = network.find<Cable>(phase->CableId()))
+            phase->SetCable(cable);
+    }
+}
+
+} // namespace
+
+void linkNetwork(const CableNetwork& network)
+{
+    linkTypes(network);
+    linkSegments(network);
+    linkRoutes(network);
+    linkCables(network);
+}
+
+} // namespace DataAccess::Context

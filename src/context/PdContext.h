@@ -1,0 +1,92 @@
+#pragma once
+
+#include "context/AbstractContext.h"
+#include "entities/cables/Rating.h"
+#include "entities/pd/PdFile.h"
+#include "entities/pd/PdIecOverview.h"
+#include "entities/pd/PdLbDiagram.h"
+#include "entities/pd/PdMappingEvent.h"
+#include "entities/pd/PdReport.h"
+#include "entities/pd/PdSummary.h"
+#include "entities/pd/PdTask.h"
+#include "entities/pd/PdTaskInfo.h"
+
+#include <vector>
+
+namespace DataAccess::Interfaces {
+class IPdRepositoryManager;
+}
+
+namespace DataAccess::Context {
+
+class CableContext;
+
+/**
+ * The partial-discharge tests of one database, with their reports and results linked to one another. The files of
+ * reports are loaded on request only, and stay until the context ends. See CableContext for the accessors and for
+ * marks.
+ */
+class DATAACCESS_EXPORT PdContext : public AbstractContext, public std::enable_shared_from_this<PdContext>
+{
+    Q_OBJECT
+
+public:
+    template <typename T>
+    using EntitiesOf = QHash<QUuid, std::shared_ptr<T>>;
+
+    /// Loads nothing. @p manager may be null; otherwise it has to be an AbstractRepositoryManager too.
+    PdContext(Enumerations::LoadingStrategies strategy,
+              const std::shared_ptr<Interfaces::IPdRepositoryManager>& manager, unsigned int value,
+              QObject* parent = nullptr);
+    ~PdContext() override;
+
+    void reload() override;
+    void saveChanges() override;
+
+    /// Loads the files of @p reportIds, with their content. Files with changes that were not saved stay as they are.
+    void loadFiles(const std::vector<QUuid>& reportIds);
+    /// Loads the files of all reports that are loaded.
+    void loadFiles();
+
+    /// Tasks are linked to the cables and stations of @p context, held weakly, as often as either context is loaded;
+    /// the two take turns. To be called once, before this context is used on several threads.
+    void SetCableContext(const std::shared_ptr<CableContext>& context);
+
+    EntitiesOf<PD::Entities::PdTask> Tasks() const;
+    EntitiesOf<PD::Entities::PdTaskInfo> TaskInfos() const;
+    EntitiesOf<PD::Entities::PdReport> Reports() const;
+    EntitiesOf<PD::Entities::PdFile> Files() const;
+    EntitiesOf<PD::Entities::PdIecOverview> IecOverviews() const;
+    EntitiesOf<PD::Entities::PdMappingEvent> MappingEvents() const;
+    EntitiesOf<PD::Entities::PdSummary> Summaries() const;
+    EntitiesOf<Cables::Entities::Rating> Ratings() const;
+    EntitiesOf<PD::Entities::PdLbDiagram> LbDiagrams() const;
+
+private:
+    struct Data;
+
+    void load();
+    template <typename T, typename Repository>
+    void loadKind(const std::shared_ptr<Repository>& repository);
+    void concat();
+    void linkToCables();
+    void copy();
+    template <typename T>
+    EntitiesOf<T> all() const;
+
+    template <typename T, typename Repository>
+    void saveKind(const std::shared_ptr<Repository>& repository, SavePass& pass);
+    void processIecOverview(SavePass& pass);
+    void processMappingEvents(SavePass& pass);
+    void processSummary(SavePass& pass);
+    void processFiles(SavePass& pass);
+    void processReports(SavePass& pass);
+    void processTasks(SavePass& pass);
+    void processTaskInfo(SavePass& pass);
+    void processRatings(SavePass& pass);
+    void processLbDiagram(SavePass& pass);
+
+    std::unique_ptr<Data> m_data;
+};
+
+} // namespace DataAccess::Context

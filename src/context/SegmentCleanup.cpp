@@ -1,0 +1,245 @@
+#include "context/SegmentCleanup.h"
+
+#include "context/CableContext.h"
+#include "database/LoggingCategories.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+
+namespace DataAccess::Context {
+
+using namespace Cables::Entities;
+
+namespace {
+
+using SegmentPointer = std::shared_ptr<Segment>;
+using SegmentList = std::vector<SegmentPointer>;
+/// The live segments of one phase by index; of one index in the order of their last change, the latest first.
+using Places = std::map<unsigned int, SegmentList>;
+
+bool wasChangedLater(const SegmentPointer& left, const SegmentPointer& right)
+{
+    return std::make_pair(left->Timestamp(), left->Id()) > std::make_pair(right->Timestamp(), right->Id());
+}
+
+QHash<QUuid, Places> placesByPhase(const CableNetwork& network)
+{
+    QHash<QUuid, Places> phases;
+    for (const SegmentPointer& segment : network.of<Segment>()) {
+        if (isLive(*segment) && !segment->PhaseId().isNull())
+            phases[segment->PhaseId()][segment->Index()].push_back(segment);
+    }
+    for (Places& places : phases) {
+        for (auto& place : places)
+            std::sort(place.second.begin(), place.second.end(), wasChangedLater);
+    }
+    return phases;
+}
+
+bool isSameNumber(double left, double right)
+{
+    return (std::isnan(left) && std::isnan(right)) || std::equal_to<double>()(left, right);
+}
+
+bool hasSameContent(const Segment& left, const Segment& right)
+{
+    return left.Name() == right.Name() && isSameNumber(left.Length(), right.Length()) &&
+           left.InstallationDate() == right.InstallationDate() && left.DetailId() == right.DetailId();
+}
+
+void markDeleted(Segment& segment, const Segment& kept)
+{
+    qCInfo(lcContext).noquote() << "Segment" << segment.Id().toString() << "is stored twice; marked deleted, kept"
+                                << kept.Id().toString();
+    segment.SetEntityState(QOR::Entities::Enumerations::Deleted);
+}
+
+bool isKnownLength(double length)
+{
+    return std::isfinite(length) && length > 0;
+}
+
+/// Whether @p segment holds nothing that @p other does not hold too, or has no value for.
+bool fitsInto(const Segment& segment, const Segment& other)
+{
+    const auto fits = [](const auto& value, const auto& there, bool isSaid, bool isSaidThere) {
+        return !isSaid || !isSaidThere || value == there;
+    };
+    return fits(segment.Name(), other.Name(), !segment.Name().isEmpty(), !other.Name().isEmpty()) &&
+           fits(segment.Length(), other.Length(), isKnownLength(segment.Length()), isKnownLength(other.Length())) &&
+           fits(segment.InstallationDate(), other.InstallationDate(), segment.InstallationDate().isValid(),
+                other.InstallationDate().isValid()) &&
+           segment.DetailId() == other.DetailId();
+}
+
+/// Gives @p kept the values that only @p dropped has.
+void complete(Segment& kept, const Segment& dropped)
+{
+    if (kept.Name().isEmpty() && !dropped.Name().isEmpty())
+        kept.SetName(dropped.Name());
+    if (!isKnownLength(kept.Length()) && isKnownLength(dropped.Length()))
+        kept.SetLength(dropped.Length());
+    if (!kept.InstallationDate().isValid() && dropped.InstallationDate().isValid())
+        kept.SetInstallationDate(dropped.InstallationDate());
+}
+
+/// What the details say about the segments of a network.
+class JointRepair
+{
+public:
+    explicit JointRepair(const CableNetwork& network)
+        : m_network(network)
+        , m_phases(placesByPhase(network))
+    {
+        for (const Places& places : qAsConst(m_phases))
+            noteUses(places);
+    }
+
+    void run()
+    {
+        for (const auto& detail : m_network.of<SegmentDetail>())
+            retype(*detail);
+        for (const Places& places : qAsConst(m_phases)) {
+            forEachBetweenSections(places, [this](const SegmentList& place) {
+                for (const SegmentPointer& segment : place)
+                    giveJointDetail(*segment);
+            });
+        }
+        for (const Places& places : qAsConst(m_phases)) {
+            for (const auto& place : places)
+                mergeJoints(place.second);
+        }
+    }
+
+private:
+    /// How many live segments have a detail, and how many of these can only be joints.
+    struct Uses
+    {
+        int all = 0;
+        int asJoint = 0;
+    };
+
+    bool isOfType(const Segment& segment, bool joint) const
+    {
+        const auto detail = m_network.find<SegmentDetail>(segment.DetailId());
+        const auto type = detail ? m_network.find<SegmentType>(detail->TypeId()) : nullptr;
+        return type && type->IsJoint() == joint;
+    }
+
+    bool isSection(const Segment& segment) const { return isOfType(segment, false) && isKnownLength(segment.Length()); }
+
+    /// Calls @p visit for each place that has a section of known length, and nothing else, before and behind it.
+    template <typename Visitor>
+    void forEachBetweenSections(const Places& places, const Visitor& visit) const
+    {
+        const auto areSections = [this](const Places::value_type& place) {
+            return std::all_of(place.second.begin(), place.second.end(),
+                               [this](const SegmentPointer& segment) { return isSection(*segment); });
+        };
+        if (places.size() < 3)
+            return;
+        for (auto it = std::next(places.begin()); std::next(it) != places.end(); ++it) {
+            if (areSections(*std::prev(it)) && areSections(*std::next(it)))
+                visit(it->second);
+        }
+    }
+
+    void noteUses(const Places& places)
+    {
+        for (const auto& place : places) {
+            for (const SegmentPointer& segment : place.second)
+                ++m_uses[segment->DetailId()].all;
+        }
+        forEachBetweenSections(places, [this](const SegmentList& place) {
+            for (const SegmentPointer& segment : place) {
+                if (!isKnownLength(segment->Length()))
+                    ++m_uses[segment->DetailId()].asJoint;
+            }
+        });
+    }
+
+    /// A detail that says nothing of a section, and that only joints have, is a joint's.
+    void retype(SegmentDetail& detail)
+    {
+        const Uses uses = m_uses.value(detail.Id());
+        const bool saysSection = !detail.InsulationId().isNull() || isKnownLength(detail.Velocity());
+        const auto type = m_network.find<SegmentType>(detail.TypeId());
+        const bool isWrong = detail.TypeId().isNull() || (type && !type->IsJoint());
+        const auto jointType = m_network.find<SegmentType>(m_defaults.jointType()->Id());
+        if (!isWrong || saysSection || uses.all == 0 || uses.asJoint < uses.all || !isLive(detail) || !jointType ||
+            !jointType->IsJoint())
+            return;
+        qCInfo(lcContext).noquote() << "Segment detail" << detail.Id().toString() << "is of joints only; its type"
+                                    << detail.TypeId().toString() << "becomes" << jointType->Id().toString();
+        detail.SetTypeId(jointType->Id());
+    }
+
+    /// A piece of no length between two sections is a joint. Its detail is replaced when it is none, or when another
+    /// segment has it too.
+    void giveJointDetail(Segment& segment)
+    {
+        const QUuid detail = segment.DetailId();
+        const auto jointDetail = m_network.find<SegmentDetail>(m_defaults.getSegmentDetailJointDefault()->Id());
+        const bool isWrong = detail.isNull() || isOfType(segment, false);
+        const bool isOnlyHere = !detail.isNull() && m_uses.value(detail).all < 2;
+        if (!isWrong || isOnlyHere || !isSameNumber(segment.Length(), 0) || !jointDetail || !isLive(*jointDetail))
+            return;
+        qCInfo(lcContext).noquote() << "Segment" << segment.Id().toString() << "is a joint; its detail"
+                                    << detail.toString() << "becomes" << jointDetail->Id().toString();
+        --m_uses[detail].all;
+        segment.SetDetailId(jointDetail->Id());
+    }
+
+    /// Of the joints of one place that contradict each other in nothing, one stays.
+    void mergeJoints(const SegmentList& place)
+    {
+        SegmentList kept;
+        for (const SegmentPointer& segment : place) {
+            if (!isOfType(*segment, true))
+                continue;
+            const auto same = std::find_if(kept.begin(), kept.end(), [&segment](const SegmentPointer& other) {
+                return fitsInto(*segment, *other);
+            });
+            if (same == kept.end()) {
+                kept.push_back(segment);
+                continue;
+            }
+            complete(**same, *segment);
+            markDeleted(*segment, **same);
+        }
+    }
+
+    const CableNetwork& m_network;
+    const CableContext::DefaultTypes m_defaults = CableContext::defaultTypes();
+    QHash<QUuid, Places> m_phases;
+    QHash<QUuid, Uses> m_uses;
+};
+
+} // namespace
+
+void removeDuplicateSegments(const CableNetwork& network)
+{
+    for (const Places& places : placesByPhase(network)) {
+        for (const auto& place : places) {
+            SegmentList kept;
+            for (const SegmentPointer& segment : place.second) {
+                const auto same = std::find_if(kept.begin(), kept.end(), [&segment](const SegmentPointer& other) {
+                    return hasSameContent(*segment, *other);
+                });
+                if (same == kept.end())
+                    kept.push_back(segment);
+                else
+                    markDeleted(*segment, **same);
+            }
+        }
+    }
+}
+
+void repairJoints(const CableNetwork& network)
+{
+    JointRepair(network).run();
+}
+
+} // namespace DataAccess::Context
