@@ -200,6 +200,8 @@ void CableContext::importWith(const std::vector<std::shared_ptr<Cable>>& cables,
         load();
         m_data->kinds.forEach([this](const auto& kind) { takeInBesideAdded(kind.entities()); });
     }
+    // What is marked deleted here may have to come back, or to stay so.
+    m_data->kinds.forEach([](auto& kind) { kind.showMarks(); });
     CableNetwork network = m_data->kinds.known(added());
     CableImport import(network);
     for (const std::shared_ptr<Cable>& cable : cables)

@@ -4,8 +4,9 @@
 
 namespace TestSupport {
 
-EditorDatabase::EditorDatabase()
-    : m_worker(m_database.config())
+EditorDatabase::EditorDatabase(DataAccess::Enumerations::DatabaseType type)
+    : m_database(type)
+    , m_worker(m_database.config())
 {
     DataAccess::Manager::EditorMigrationManager migration;
     migration.setDbWorker(m_worker.get());

@@ -6,11 +6,11 @@
 
 namespace TestSupport {
 
-/// A database of the current backend with the cable-network schema, and a worker on it.
+/// A database of one backend, the current one as a rule, with the cable-network schema, and a worker on it.
 class EditorDatabase
 {
 public:
-    EditorDatabase();
+    explicit EditorDatabase(DataAccess::Enumerations::DatabaseType type = currentBackend());
 
     /// A repository on the worker, without a manager.
     template <typename Repository>

@@ -4,7 +4,8 @@
 
 namespace TestSupport {
 
-PdDatabase::PdDatabase()
+PdDatabase::PdDatabase(DataAccess::Enumerations::DatabaseType type)
+    : EditorDatabase(type)
 {
     DataAccess::Manager::PdMigrationManager migration;
     migration.setDbWorker(worker().get());

@@ -4,11 +4,11 @@
 
 namespace TestSupport {
 
-/// A database of the current backend with the schemas of the cable network and of the partial-discharge data.
+/// A database of one backend with the schemas of the cable network and of the partial-discharge data.
 class PdDatabase : public EditorDatabase
 {
 public:
-    PdDatabase();
+    explicit PdDatabase(DataAccess::Enumerations::DatabaseType type = currentBackend());
 };
 
 } // namespace TestSupport

@@ -24,12 +24,6 @@ void runOnServer(const QString& statement)
     server.Exec(statement);
 }
 
-Enumerations::DatabaseType currentBackend()
-{
-    QFETCH(int, backend);
-    return static_cast<Enumerations::DatabaseType>(backend);
-}
-
 } // namespace
 
 void addBackends()
@@ -37,6 +31,12 @@ void addBackends()
     QTest::addColumn<int>("backend");
     QTest::newRow("SQLite") << static_cast<int>(Enumerations::SQLite3);
     QTest::newRow("PostgreSQL") << static_cast<int>(Enumerations::Postgres);
+}
+
+Enumerations::DatabaseType currentBackend()
+{
+    QFETCH(int, backend);
+    return static_cast<Enumerations::DatabaseType>(backend);
 }
 
 std::shared_ptr<Database::DatabaseConfig> serverConfig(const QString& databaseName)

@@ -10,6 +10,8 @@ namespace TestSupport {
 
 /// Adds the column "backend" and one row a backend to the data table of a test.
 void addBackends();
+/// The backend in the current row of the test's data table.
+DataAccess::Enumerations::DatabaseType currentBackend();
 
 /// The server that the test command started. Fails the process with a clear message when there is none.
 std::shared_ptr<DataAccess::Database::DatabaseConfig> serverConfig(const QString& databaseName);

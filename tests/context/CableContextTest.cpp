@@ -1,0 +1,439 @@
+#include "context/ContextDatabase.h"
+#include "context/SampleNetwork.h"
+#include "support/LogCapture.h"
+#include "support/TestMain.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+using namespace Cables::Entities;
+using namespace DataAccess;
+using namespace QOR::Entities::Enumerations;
+using namespace TestSupport;
+using Context::AbstractContext;
+using Context::CableContext;
+
+namespace {
+
+std::shared_ptr<Owner> makeOwner(const QString& name)
+{
+    auto owner = std::make_shared<Owner>();
+    owner->SetId(sampleId(name));
+    owner->SetName(name);
+    return owner;
+}
+
+/// Records the signals of a context by name, in the order of their emission.
+QStringList& recordSignals(AbstractContext& context, QStringList& names)
+{
+    QObject::connect(&context, &AbstractContext::loadingChanged, &context, [&names](bool isLoading) {
+        names << (isLoading ? QStringLiteral("loading") : QStringLiteral("not loading"));
+    });
+    QObject::connect(&context, &AbstractContext::loadingCompleted, &context,
+                     [&names] { names << QStringLiteral("loaded"); });
+    QObject::connect(&context, &AbstractContext::loadingFailed, &context,
+                     [&names] { names << QStringLiteral("load failed"); });
+    QObject::connect(&context, &AbstractContext::savingFailed, &context,
+                     [&names] { names << QStringLiteral("save failed"); });
+    return names;
+}
+
+} // namespace
+
+class CableContextTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void attachKeepsTheFirstOfAnId()
+    {
+        CableContext context(DataAccess::Enumerations::Complete, nullptr, 0);
+        const auto first = makeOwner(QStringLiteral("a"));
+        context.attach(nullptr);
+        context.attach(first);
+        context.attach(makeOwner(QStringLiteral("a")));
+        context.detach(makeOwner(QStringLiteral("b")));
+        QCOMPARE(context.count(), 1U);
+        QCOMPARE(context.Owners().value(first->Id()), first);
+        context.detach(makeOwner(QStringLiteral("a")));
+        QCOMPARE(context.count(), 0U);
+    }
+
+    void signalsComeInOrder_data() { addBackends(); }
+    void signalsComeInOrder()
+    {
+        ContextDatabase database;
+        const auto context = database.cableContext();
+        QStringList names;
+        recordSignals(*context, names);
+        int last = 0;
+        int total = 0;
+        connect(context.get(), &AbstractContext::loadingProgress, context.get(), [&](int done, int of) {
+            QVERIFY(context->isLoading());
+            QCOMPARE(done, ++last);
+            total = of;
+        });
+        database.worker().run([](DataAccess::Interfaces::IDatabase& db) {
+            for (const char* table :
+                 {"ce_insulation", "ce_segmenttype", "ce_switchgear", "ce_termination", "ce_segment_detail"})
+                db.Exec(QStringLiteral("DELETE FROM %1").arg(QLatin1String(table)));
+        });
+        context->reload();
+        QCOMPARE(names,
+                 QStringList({QStringLiteral("loading"), QStringLiteral("not loading"), QStringLiteral("loaded")}));
+        QCOMPARE(last, 13);
+        QCOMPARE(total, 13);
+        QCOMPARE(context->count(), 0U);
+        QVERIFY(describe(*context).isEmpty());
+    }
+
+    void aMissingRepositoryLeavesItsGroupEmpty()
+    {
+        QFETCH(QString, missing);
+        ContextDatabase database(DataAccess::Enumerations::SQLite3);
+        SampleNetwork network(1);
+        const auto filled = database.cableContext();
+        network.attachTo(*filled);
+        filled->saveChanges();
+
+        const auto manager = database.editorManager();
+        if (missing == QLatin1String("owner"))
+            manager->SetOwnerRepository(nullptr);
+        else
+            manager->SetPhaseRepository(nullptr);
+        CableContext context(DataAccess::Enumerations::Complete, manager, 0);
+        context.reload();
+        const bool hasPhases = missing == QLatin1String("owner");
+        QCOMPARE(context.Phases().size(), hasPhases ? 3 : 0);
+        QCOMPARE(context.Segments().size(), hasPhases ? 20 : 0);
+        QCOMPARE(context.Cables().size(), hasPhases ? 0 : 1);
+        QCOMPARE(context.Ratings().size(), hasPhases ? 0 : 1);
+        QCOMPARE(context.Routes().size(), 1);
+        context.saveChanges();
+    }
+    void aMissingRepositoryLeavesItsGroupEmpty_data()
+    {
+        QTest::addColumn<QString>("missing");
+        QTest::newRow("owner") << QStringLiteral("owner");
+        QTest::newRow("phase") << QStringLiteral("phase");
+    }
+
+    void whatIsSavedIsLoadedWithAllItsLinks_data() { addBackends(); }
+    void whatIsSavedIsLoadedWithAllItsLinks()
+    {
+        ContextDatabase database;
+        const auto source = database.loadedCableContext();
+        SampleNetwork network(2);
+        network.attachTo(*source);
+        source->saveChanges();
+        const auto loaded = database.loadedCableContext();
+        QCOMPARE(describe(*loaded), describe(*source));
+        const auto cable = loaded->Cables().value(sampleId(QStringLiteral("cable 1")));
+        QCOMPARE(cable->StationA()->Image().pixelColor(0, 0), QColor(Qt::darkGreen));
+        QCOMPARE(cable->Phases().at(1)->Segments().at(5)->Phase(), cable->Phases().at(1));
+        QCOMPARE(cable->Route()->Points().at(0), cable->StationA()->Point());
+    }
+
+    void unchangedDataIsNotWritten_data() { addBackends(); }
+    void unchangedDataIsNotWritten()
+    {
+        ContextDatabase database;
+        const auto context = database.cableContext();
+        SampleNetwork network(2);
+        network.cables[0]->Phases().front()->Segments();
+        const auto snapshot = std::dynamic_pointer_cast<Segment>(network.cables[0]->Phases().at(0)->Segments().at(0));
+        const auto deleted = std::dynamic_pointer_cast<Cable>(network.cables[1]);
+        snapshot->SetEntityState(Snapshot);
+        network.attachTo(*context);
+        context->saveChanges();
+        deleted->SetEntityState(Deleted);
+        context->saveChanges();
+        const QStringList before = database.cableRows();
+        context->saveChanges();
+        context->reload();
+        context->saveChanges();
+        context->reload();
+        QCOMPARE(database.cableRows(), before);
+        QCOMPARE(context->Segments().value(snapshot->Id())->EntityState(), Snapshot);
+        QCOMPARE(context->Cables().value(deleted->Id())->EntityState(), Deleted);
+    }
+
+    void onlyWhatChangedIsWritten_data() { addBackends(); }
+    void onlyWhatChangedIsWritten()
+    {
+        ContextDatabase database;
+        const auto context = database.loadedCableContext();
+        SampleNetwork(2).attachTo(*context);
+        context->saveChanges();
+        context->reload();
+        const QStringList before = database.cableRows();
+        const auto cable = context->Cables().value(sampleId(QStringLiteral("cable 0")));
+        QTest::qWait(2);
+        cable->SetComment(QStringLiteral("dug up"));
+        context->saveChanges();
+        const QStringList changed = changedRows(before, database.cableRows());
+        QCOMPARE(changed.size(), 1);
+        QVERIFY(changed.front().contains(QStringLiteral("dug up")) &&
+                changed.front().startsWith(QStringLiteral("ce_cable")));
+        QCOMPARE(cable->EntityState(), Normal);
+    }
+
+    void anEntityIsNeverInsertedTwice_data() { addBackends(); }
+    void anEntityIsNeverInsertedTwice()
+    {
+        ContextDatabase database;
+        const auto first = database.cableContext();
+        const auto owner = makeOwner(QStringLiteral("Grid"));
+        first->attach(owner);
+        first->attach(makeOwner(QStringLiteral("Other")));
+        first->saveChanges();
+        const QStringList before = database.cableRows();
+
+        // Another context, with nothing loaded, gets an unchanged one, a changed one and a new one.
+        const auto second = database.cableContext();
+        const auto changed = makeOwner(QStringLiteral("Other"));
+        changed->SetName(QStringLiteral("Another"));
+        second->attach(owner);
+        second->attach(changed);
+        second->attach(makeOwner(QStringLiteral("Third")));
+        second->saveChanges();
+        QCOMPARE(changedRows(before, database.cableRows()).size(), 2);
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_owner")).toInt(), 3);
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_owner WHERE name = 'Another'")).toInt(), 1);
+    }
+
+    void marksOfRowsSurviveLaterChanges_data() { addBackends(); }
+    void marksOfRowsSurviveLaterChanges()
+    {
+        ContextDatabase database;
+        const auto context = database.cableContext();
+        const auto owner = makeOwner(QStringLiteral("Grid"));
+        context->attach(owner);
+        context->saveChanges();
+        owner->SetEntityState(Deleted);
+        context->saveChanges();
+        QCOMPARE(owner->EntityState(), Normal);
+        owner->SetName(QStringLiteral("Former grid"));
+        context->saveChanges();
+        const QString deletedRows =
+            QStringLiteral("SELECT count(*) FROM ce_owner WHERE name = 'Former grid' AND deleted = %1")
+                .arg(database.type() == DataAccess::Enumerations::Postgres ? QStringLiteral("true")
+                                                                           : QStringLiteral("1"));
+        QCOMPARE(database.value(deletedRows).toInt(), 1);
+        QVERIFY(context->Owners().isEmpty());
+
+        context->reload();
+        QCOMPARE(context->count(), database.loadedCableContext()->count());
+        const auto stored = context->Owners().value(owner->Id());
+        QCOMPARE(stored->EntityState(), Deleted);
+        stored->SetEntityState(Modified);
+        context->saveChanges();
+        QCOMPARE(database.value(deletedRows).toInt(), 0);
+    }
+
+    void whatCouldNotBeWrittenIsWrittenLater_data() { addBackends(); }
+    void whatCouldNotBeWrittenIsWrittenLater()
+    {
+        ContextDatabase database;
+        const auto context = database.cableContext();
+        QStringList names;
+        recordSignals(*context, names);
+        SampleNetwork network(1);
+        const auto station = network.cables[0]->StationA();
+        const QString name = station->Name();
+        station->SetName(QStringLiteral("a") + QChar(0) + QStringLiteral("b"));
+        network.attachTo(*context);
+        const auto changed = makeOwner(QStringLiteral("no id"));
+        changed->SetId(QUuid());
+        context->attach(changed);
+        context->saveChanges();
+        QCOMPARE(names, QStringList(QStringLiteral("save failed")));
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_station")).toInt(), 0);
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_segment")).toInt(), 20);
+        QCOMPARE(std::dynamic_pointer_cast<Station>(station)->EntityState(), New);
+
+        station->SetName(name);
+        context->saveChanges();
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_station")).toInt(), 2);
+        QCOMPARE(changed->EntityState(), New);
+
+        const auto cable = network.cables[0];
+        const QDateTime written = cable->Timestamp();
+        cable->SetComment(QString(QChar(0xd800)));
+        context->saveChanges();
+        QCOMPARE(cable->EntityState(), Modified);
+        QCOMPARE(cable->Timestamp(), written);
+        cable->SetComment(QStringLiteral("mended"));
+        context->saveChanges();
+        QCOMPARE(database.value(QStringLiteral("SELECT comment FROM ce_cable")).toString(), QStringLiteral("mended"));
+    }
+
+    void whatIsDetachedIsNotSaved()
+    {
+        ContextDatabase database(DataAccess::Enumerations::SQLite3);
+        const auto context = database.cableContext();
+        const auto owner = makeOwner(QStringLiteral("Grid"));
+        context->attach(owner);
+        context->saveChanges();
+        context->detach(owner);
+        owner->SetName(QStringLiteral("changed"));
+        context->attach(makeOwner(QStringLiteral("new")));
+        context->detach(makeOwner(QStringLiteral("new")));
+        context->saveChanges();
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_owner WHERE name = 'Grid'")).toInt(), 1);
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_owner")).toInt(), 1);
+    }
+
+    void danglingAndContradictingIdsStay_data() { addBackends(); }
+    void danglingAndContradictingIdsStay()
+    {
+        ContextDatabase database;
+        const auto source = database.cableContext();
+        SampleNetwork network(2);
+        const QUuid nowhere = sampleId(QStringLiteral("nowhere"));
+        network.cables[0]->SetOwnerId(nowhere);
+        const auto route = std::dynamic_pointer_cast<Route>(network.cables[0]->Route());
+        std::vector<QUuid> points = route->PointIds();
+        points[3] = nowhere;
+        route->SetPointIds(points);
+        // The first cable claims a route that says it is the second one's.
+        route->SetCable(network.cables[1]);
+        network.attachTo(*source);
+        source->saveChanges();
+        const QStringList before = database.cableRows();
+
+        const auto loaded = database.loadedCableContext();
+        const auto cable = loaded->Cables().value(network.cables[0]->Id());
+        QCOMPARE(cable->OwnerId(), nowhere);
+        QVERIFY(!cable->Owner());
+        QCOMPARE(cable->Route()->PointIds(), points);
+        QCOMPARE(cable->Route()->Points().size(), points.size() - 1);
+        QCOMPARE(cable->Route()->Cable()->Id(), network.cables[1]->Id());
+        loaded->saveChanges();
+        QCOMPARE(database.cableRows(), before);
+    }
+
+    void loadingAgainFreesTheFormerNetwork()
+    {
+        ContextDatabase database(DataAccess::Enumerations::SQLite3);
+        const auto context = database.cableContext();
+        {
+            SampleNetwork network(3);
+            network.attachTo(*context);
+        }
+        context->saveChanges();
+        std::vector<std::weak_ptr<void>> former;
+        for (int round = 0; round < 2; ++round) {
+            for (const auto& cable : context->Cables())
+                former.emplace_back(cable);
+            for (const auto& segment : context->Segments())
+                former.emplace_back(segment);
+            context->reload();
+        }
+        QCOMPARE(former.size(), std::size_t(2 * 63));
+        QVERIFY(std::all_of(former.begin(), former.end(), [](const auto& entity) { return entity.expired(); }));
+    }
+
+    void aNewerSchemaIsNotWrittenUnasked()
+    {
+        ContextDatabase database(DataAccess::Enumerations::SQLite3);
+        const auto manager = database.editorManager();
+        manager->SetSchemaIsNewer(true);
+        const LogCapture log;
+        CableContext context(DataAccess::Enumerations::Complete, manager, 0);
+        context.reload();
+        QVERIFY(log.contains(QStringLiteral("newer")));
+        QVERIFY(context.Insulations().isEmpty());
+    }
+
+    void withoutItsWorkerAContextFailsCleanly()
+    {
+        std::shared_ptr<CableContext> context;
+        QStringList names;
+        {
+            ContextDatabase database(DataAccess::Enumerations::SQLite3);
+            context = database.loadedCableContext();
+            recordSignals(*context, names);
+        }
+        const LogCapture log;
+        const auto owner = makeOwner(QStringLiteral("late"));
+        context->attach(owner);
+        context->saveChanges();
+        QCOMPARE(owner->EntityState(), New);
+        context->reload();
+        QCOMPARE(names,
+                 QStringList({QStringLiteral("save failed"), QStringLiteral("loading"), QStringLiteral("load failed"),
+                              QStringLiteral("not loading"), QStringLiteral("loaded")}));
+    }
+
+    void threadsTakeTurns_data() { addBackends(); }
+    void threadsTakeTurns()
+    {
+        ContextDatabase database;
+        const auto context = database.cableContext();
+        SampleNetwork(2).attachTo(*context);
+        context->saveChanges();
+        const QStringList before = database.cableRows();
+        // A receiver on a thread of its own, which is slow.
+        QThread thread;
+        thread.start();
+        QObject receiver;
+        receiver.moveToThread(&thread);
+        std::atomic<int> received{0};
+        connect(context.get(), &AbstractContext::loadingCompleted, &receiver, [&received] {
+            QThread::msleep(5);
+            ++received;
+        });
+        std::atomic<int> inside{0};
+        connect(
+            context.get(), &AbstractContext::loadingChanged, context.get(),
+            [&inside](bool isLoading) { QVERIFY2((isLoading ? inside++ : --inside) == 0, "two loads at once"); },
+            Qt::DirectConnection);
+        constexpr int rounds = 10;
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 2; ++i) {
+            threads.emplace_back([&context] {
+                for (int round = 0; round < rounds; ++round)
+                    context->reload();
+            });
+            threads.emplace_back([&context] {
+                for (int round = 0; round < rounds; ++round) {
+                    context->saveChanges();
+                    context->count();
+                }
+            });
+        }
+        for (std::thread& each : threads)
+            each.join();
+        QTRY_COMPARE(received.load(), 2 * rounds);
+        thread.quit();
+        thread.wait();
+        QCOMPARE(database.cableRows(), before);
+    }
+
+    void theDefaultTypesAreLinked()
+    {
+        const LogCapture log;
+        const CableContext::DefaultTypes types = CableContext::defaultTypes();
+        const CableContext::DefaultTypes copy = types;
+        QCOMPARE(copy.jointType()->Name(), QStringLiteral("Joint"));
+        QVERIFY(copy.jointType()->IsJoint() && !copy.cableType()->IsJoint());
+        QCOMPARE(copy.getSegmentDetailCableDefault()->Name(), QStringLiteral("Default"));
+        QCOMPARE(copy.getSegmentDetailJointDefault()->Type(), copy.jointType());
+        for (const auto& detail : types.segmentDetails)
+            QVERIFY(detail->Type() == types.jointType() ? detail->InsulationId().isNull()
+                                                        : bool(types.findInsulation(detail->InsulationId())));
+        QVERIFY(log.messages(QtWarningMsg, QStringLiteral("qor.context")).isEmpty());
+        const QUuid unknown = sampleId(QStringLiteral("unknown"));
+        QVERIFY(!types.findInsulation(unknown));
+        QCOMPARE(log.messages(QtWarningMsg, QStringLiteral("qor.context")),
+                 QStringList(QStringLiteral("UNKNOWN ID: %1 (Insulation)").arg(unknown.toString())));
+    }
+};
+
+DATAACCESS_TEST(CableContextTest)
+
+#include "CableContextTest.moc"
