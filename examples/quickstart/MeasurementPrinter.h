@@ -1,10 +1,8 @@
 #pragma once
 
+#include "context/PdContext.h"
+
 #include <QTextStream>
 
-namespace DataAccess::Manager {
-class PdRepositoryManager;
-}
-
 /// Prints the partial-discharge tests of a database as a tree, with units.
-void printMeasurements(DataAccess::Manager::PdRepositoryManager& manager, QTextStream& out);
+void printMeasurements(const DataAccess::Context::PdContext& context, QTextStream& out);

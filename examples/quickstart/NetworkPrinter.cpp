@@ -9,33 +9,9 @@ namespace {
 
 const QString s_unknown = QStringLiteral("unknown");
 
-template <typename T>
-bool isDeleted(const std::shared_ptr<T>& entity)
+QString nameOf(const Interfaces::INamedEntity* entity)
 {
-    return entity->EntityState() == QOR::Entities::Enumerations::Deleted;
-}
-
-/// The entities in the order of @p less, without those marked deleted.
-template <typename T, typename Less>
-std::vector<std::shared_ptr<T>> sorted(const QHash<QUuid, std::shared_ptr<T>>& entities, Less less)
-{
-    std::vector<std::shared_ptr<T>> list(entities.begin(), entities.end());
-    list.erase(std::remove_if(list.begin(), list.end(), isDeleted<T>), list.end());
-    std::sort(list.begin(), list.end(), less);
-    return list;
-}
-
-template <typename T>
-std::vector<std::shared_ptr<T>> sortedByIndex(const QHash<QUuid, std::shared_ptr<T>>& entities)
-{
-    return sorted(entities, [](const auto& left, const auto& right) { return left->Index() < right->Index(); });
-}
-
-template <typename T>
-QString nameOf(const QHash<QUuid, std::shared_ptr<T>>& entities, const QUuid& id)
-{
-    const auto entity = entities.value(id);
-    return entity ? entity->Name() : s_unknown;
+    return entity != nullptr ? entity->Name() : s_unknown;
 }
 
 QString number(double value, int decimals, const QString& unit)
@@ -58,41 +34,48 @@ QString date(const QDate& value)
     return value.isValid() ? value.toString(Qt::ISODate) : s_unknown;
 }
 
-QString position(const Point& point)
+QString position(const Interfaces::IPoint& point)
 {
     return QStringLiteral("%1°, %2°").arg(point.latitude(), 0, 'f', 4).arg(point.longitude(), 0, 'f', 4);
 }
 
+QString describe(const Interfaces::ISegment& segment)
+{
+    const auto detail = segment.Detail();
+    const auto type = detail ? detail->Type() : nullptr;
+    if (type && type->IsJoint())
+        return QStringLiteral("%1 joint: %2").arg(detail->Name(), segment.Name());
+    QString text =
+        QStringLiteral("%1 section: %2, %3").arg(nameOf(detail.get()), segment.Name(), metres(segment.Length()));
+    if (detail)
+        text += QStringLiteral(", %1").arg(velocity(detail->Velocity()));
+    if (detail && detail->Insulation())
+        text += QStringLiteral(", insulation ") + detail->Insulation()->Name();
+    return text;
+}
+
 } // namespace
 
-NetworkPrinter::NetworkPrinter(Repositories& repositories, QTextStream& out)
-    : m_repositories(repositories)
+NetworkPrinter::NetworkPrinter(const DataAccess::Context::CableContext& context, QTextStream& out)
+    : m_context(context)
     , m_out(out)
-    , m_insulations(repositories.insulations.GetAll())
-    , m_owners(repositories.owners.GetAll())
-    , m_ratings(repositories.ratings.GetAll())
-    , m_details(repositories.details.GetAll())
-    , m_segmentTypes(repositories.segmentTypes.GetAll())
-    , m_stations(repositories.stations.GetAll())
-    , m_switchgears(repositories.switchgears.GetAll())
-    , m_terminations(repositories.terminations.GetAll())
 {}
 
 void NetworkPrinter::printCounts()
 {
-    const std::pair<const char*, unsigned int> counts[] = {{"cables", m_repositories.cables.Count()},
-                                                           {"phases", m_repositories.phases.Count()},
-                                                           {"segments", m_repositories.segments.Count()},
-                                                           {"segment details", m_repositories.details.Count()},
-                                                           {"segment types", m_repositories.segmentTypes.Count()},
-                                                           {"insulations", m_repositories.insulations.Count()},
-                                                           {"routes", m_repositories.routes.Count()},
-                                                           {"points", m_repositories.points.Count()},
-                                                           {"stations", m_repositories.stations.Count()},
-                                                           {"terminations", m_repositories.terminations.Count()},
-                                                           {"switchgear", m_repositories.switchgears.Count()},
-                                                           {"owners", m_repositories.owners.Count()},
-                                                           {"ratings", m_repositories.ratings.Count()}};
+    const std::pair<const char*, int> counts[] = {{"cables", m_context.Cables().size()},
+                                                  {"phases", m_context.Phases().size()},
+                                                  {"segments", m_context.Segments().size()},
+                                                  {"segment details", m_context.SegmentDetails().size()},
+                                                  {"segment types", m_context.SegmentTypes().size()},
+                                                  {"insulations", m_context.Insulations().size()},
+                                                  {"routes", m_context.Routes().size()},
+                                                  {"points", m_context.Points().size()},
+                                                  {"stations", m_context.Stations().size()},
+                                                  {"terminations", m_context.Terminations().size()},
+                                                  {"switchgear", m_context.Switchgears().size()},
+                                                  {"owners", m_context.Owners().size()},
+                                                  {"ratings", m_context.Ratings().size()}};
     m_out << "Rows\n";
     for (const auto& count : counts)
         m_out << QStringLiteral("  %1 %2\n").arg(QLatin1String(count.first), -16).arg(count.second, 6);
@@ -100,96 +83,69 @@ void NetworkPrinter::printCounts()
 
 void NetworkPrinter::printNetwork()
 {
-    const auto cables = sorted(m_repositories.cables.GetAll(), [](const auto& left, const auto& right) {
+    const auto all = m_context.Cables();
+    std::vector<std::shared_ptr<Cable>> cables(all.begin(), all.end());
+    std::sort(cables.begin(), cables.end(), [](const auto& left, const auto& right) {
         return std::make_pair(left->Number(), left->Id()) < std::make_pair(right->Number(), right->Id());
     });
-    for (const auto& cable : cables)
-        printCable(*cable);
+    for (const auto& cable : cables) {
+        if (cable->EntityState() != QOR::Entities::Enumerations::Deleted)
+            printCable(*cable);
+    }
 }
 
 void NetworkPrinter::printCable(const Cable& cable)
 {
     m_out << "Cable " << cable.Number() << ": " << number(cable.Voltage() / 1000, 1, QStringLiteral("kV")) << ", "
-          << metres(cable.Length()) << ", " << cable.City() << ", installed " << date(cable.InstallationDate()) << '\n';
-    m_out << "  Owner: " << nameOf(m_owners, cable.OwnerId()) << '\n';
-    printEnd(QStringLiteral("From"), cable.StationAId(), cable.TerminationAId(), cable.SwitchgearAId());
-    printEnd(QStringLiteral("To"), cable.StationBId(), cable.TerminationBId(), cable.SwitchgearBId());
-    if (!cable.RouteId().isNull())
-        printRoute(cable.RouteId());
-
-    const auto phases = sortedByIndex(m_repositories.phases.GetByCableId(cable.Id()));
-    std::vector<unsigned int> indexes;
-    for (const auto& phase : phases) {
+          << metres(cable.Length()) << ", " << cable.City() << ", installed " << date(cable.InstallationDate())
+          << ", joints: " << cable.NrOfJoint() << '\n';
+    m_out << "  Owner: " << nameOf(cable.Owner().get()) << '\n';
+    printEnd(QStringLiteral("From"), cable.StationA().get(), cable.TerminationA().get(), cable.SwitchGearA().get());
+    printEnd(QStringLiteral("To"), cable.StationB().get(), cable.TerminationB().get(), cable.SwitchGearB().get());
+    if (cable.Route())
+        printRoute(*cable.Route());
+    for (const auto& phase : cable.Phases())
         printPhase(*phase);
-        indexes.push_back(phase->Index());
-    }
-    for (const auto& rating : m_ratings) {
-        if (rating->cableID() == cable.Id() && !isDeleted(rating))
-            printRating(*rating, indexes);
+    for (const auto& rating : m_context.Ratings()) {
+        if (rating->cableID() == cable.Id())
+            printRating(*rating, cable);
     }
 }
 
-void NetworkPrinter::printEnd(const QString& label, const QUuid& station, const QUuid& termination,
-                              const QUuid& switchgear)
+void NetworkPrinter::printEnd(const QString& label, const Interfaces::IStation* station,
+                              const Interfaces::ITermination* termination, const Interfaces::ISwitchgear* switchgear)
 {
-    m_out << "  " << label << ": station " << nameOf(m_stations, station);
-    const auto found = m_stations.value(station);
-    if (found) {
-        const auto point = m_repositories.points.GetById(found->PointId());
-        if (point)
-            m_out << " (" << position(*point) << ')';
-        if (!found->Image().isNull())
-            m_out << ", image " << found->Image().width() << " x " << found->Image().height() << " px";
+    m_out << "  " << label << ": station " << nameOf(station);
+    if (station != nullptr) {
+        if (station->Point())
+            m_out << " (" << position(*station->Point()) << ')';
+        if (!station->Image().isNull())
+            m_out << ", image " << station->Image().width() << " x " << station->Image().height() << " px";
     }
-    m_out << ", termination " << nameOf(m_terminations, termination) << ", switchgear "
-          << nameOf(m_switchgears, switchgear) << '\n';
+    m_out << ", termination " << nameOf(termination) << ", switchgear " << nameOf(switchgear) << '\n';
 }
 
-void NetworkPrinter::printRoute(const QUuid& id)
+void NetworkPrinter::printRoute(const Interfaces::IRoute& route)
 {
-    const auto route = m_repositories.routes.GetById(id);
-    const auto points = m_repositories.points.GetByRouteId(id);
-    m_out << "  Route: " << points.size() << " points\n";
-    if (!route)
-        return;
-    for (const QUuid& pointId : route->PointIds()) {
-        const auto point = points.value(pointId);
-        m_out << "    " << (point ? position(*point) : s_unknown) << '\n';
-    }
+    m_out << "  Route: " << route.PointIds().size() << " points\n";
+    for (const auto& point : route.Points())
+        m_out << "    " << position(*point) << '\n';
 }
 
-void NetworkPrinter::printPhase(const Phase& phase)
+void NetworkPrinter::printPhase(const Interfaces::IPhase& phase)
 {
-    const auto segments = sortedByIndex(m_repositories.segments.GetByPhaseId(phase.Id()));
-    double length = 0;
-    for (const auto& segment : segments)
-        length += std::isnan(segment->Length()) ? 0 : segment->Length();
-    m_out << "  Phase " << phase.Index() + 1 << ": " << metres(length) << '\n';
-    for (const auto& segment : segments)
+    m_out << "  Phase " << phase.Index() + 1 << ": " << metres(phase.Length()) << ", " << velocity(phase.Velocity())
+          << '\n';
+    for (const auto& segment : phase.Segments())
         m_out << "    " << describe(*segment) << '\n';
 }
 
-QString NetworkPrinter::describe(const Segment& segment) const
-{
-    const auto detail = m_details.value(segment.DetailId());
-    const auto type = detail ? m_segmentTypes.value(detail->TypeId()) : nullptr;
-    const QString made = detail ? detail->Name() : s_unknown;
-    if (type && type->IsJoint())
-        return QStringLiteral("%1 joint: %2").arg(made, segment.Name());
-    QString text = QStringLiteral("%1 section: %2, %3").arg(made, segment.Name(), metres(segment.Length()));
-    if (detail)
-        text += QStringLiteral(", %1").arg(velocity(detail->Velocity()));
-    if (detail && m_insulations.contains(detail->InsulationId()))
-        text += QStringLiteral(", insulation ") + nameOf(m_insulations, detail->InsulationId());
-    return text;
-}
-
-void NetworkPrinter::printRating(const Rating& rating, const std::vector<unsigned int>& phases)
+void NetworkPrinter::printRating(const Rating& rating, const Cable& cable)
 {
     m_out << "  Rating of " << rating.measureTime().toString(Qt::ISODate) << ": " << rating.comment() << '\n';
-    for (const unsigned int phase : phases) {
-        const int key = static_cast<int>(phase);
-        m_out << "    phase " << phase + 1 << ": " << rating.summary(key)
+    for (const auto& phase : cable.Phases()) {
+        const int key = static_cast<int>(phase->Index());
+        m_out << "    phase " << key + 1 << ": " << rating.summary(key)
               << " overall, segments rated: " << rating.segmentKeysForPhase(key).size() << '\n';
     }
 }

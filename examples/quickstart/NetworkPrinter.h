@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Repositories.h"
+#include "context/CableContext.h"
 
 #include <QTextStream>
 
@@ -8,29 +8,22 @@
 class NetworkPrinter
 {
 public:
-    NetworkPrinter(Repositories& repositories, QTextStream& out);
+    NetworkPrinter(const DataAccess::Context::CableContext& context, QTextStream& out);
 
     /// How many rows each table has.
     void printCounts();
-    /// All cables with what belongs to them, and the stations.
+    /// All cables with what belongs to them.
     void printNetwork();
 
 private:
     void printCable(const Cables::Entities::Cable& cable);
-    void printEnd(const QString& label, const QUuid& station, const QUuid& termination, const QUuid& switchgear);
-    void printRoute(const QUuid& id);
-    void printPhase(const Cables::Entities::Phase& phase);
-    void printRating(const Cables::Entities::Rating& rating, const std::vector<unsigned int>& phases);
-    QString describe(const Cables::Entities::Segment& segment) const;
+    void printEnd(const QString& label, const Cables::Entities::Interfaces::IStation* station,
+                  const Cables::Entities::Interfaces::ITermination* termination,
+                  const Cables::Entities::Interfaces::ISwitchgear* switchgear);
+    void printRoute(const Cables::Entities::Interfaces::IRoute& route);
+    void printPhase(const Cables::Entities::Interfaces::IPhase& phase);
+    void printRating(const Cables::Entities::Rating& rating, const Cables::Entities::Cable& cable);
 
-    Repositories& m_repositories;
+    const DataAccess::Context::CableContext& m_context;
     QTextStream& m_out;
-    QHash<QUuid, std::shared_ptr<Cables::Entities::Insulation>> m_insulations;
-    QHash<QUuid, std::shared_ptr<Cables::Entities::Owner>> m_owners;
-    QHash<QUuid, std::shared_ptr<Cables::Entities::Rating>> m_ratings;
-    QHash<QUuid, std::shared_ptr<Cables::Entities::SegmentDetail>> m_details;
-    QHash<QUuid, std::shared_ptr<Cables::Entities::SegmentType>> m_segmentTypes;
-    QHash<QUuid, std::shared_ptr<Cables::Entities::Station>> m_stations;
-    QHash<QUuid, std::shared_ptr<Cables::Entities::Switchgear>> m_switchgears;
-    QHash<QUuid, std::shared_ptr<Cables::Entities::Termination>> m_terminations;
 };

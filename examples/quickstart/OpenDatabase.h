@@ -1,15 +1,17 @@
 #pragma once
 
-#include "database/DbWorker.h"
+#include "context/CableContext.h"
+#include "context/PdContext.h"
+#include "database/IConfig.h"
+#include "manager/IRepositoryManager.h"
 
 #include <QString>
-#include <QThread>
 
 #include <memory>
 
 /**
- * A SQLite file that is open and has the current schema: its worker runs on a thread of its own until the object ends.
- * Throws std::runtime_error with one line that says what is wrong when the file cannot be opened or brought up to date.
+ * A SQLite file, or a legacy SQLite 2 file, that is open, has the current schema, and is loaded; closed with the
+ * object. Throws std::runtime_error with one line that says what is wrong when that cannot be.
  */
 class OpenDatabase
 {
@@ -19,19 +21,16 @@ public:
     OpenDatabase(const OpenDatabase&) = delete;
     OpenDatabase& operator=(const OpenDatabase&) = delete;
 
-    DataAccess::Database::DbWorker* worker() const { return m_worker.get(); }
-    /// The schema version of the cable network that the file had before it was opened, 0 for a new one, and the one it
-    /// has now.
-    unsigned int versionBefore() const { return m_versionBefore; }
-    unsigned int version() const { return m_version; }
+    DataAccess::Context::CableContext& network() const { return *m_manager->CableContext(); }
+    DataAccess::Context::PdContext& measurements() const { return *m_manager->PdContext(); }
+    /// Where changes of a legacy file go, which itself stays as it is; empty for all other files.
+    const QString& workingCopy() const { return m_workingCopy; }
+
+    /// Saves both contexts.
+    void save() const;
 
 private:
-    void stop();
-    void migrate();
-    QString openError() const;
-
-    QThread m_thread;
-    std::unique_ptr<DataAccess::Database::DbWorker> m_worker;
-    unsigned int m_versionBefore = 0;
-    unsigned int m_version = 0;
+    std::shared_ptr<DataAccess::Interfaces::IConfig> m_config;
+    std::shared_ptr<DataAccess::Interfaces::IRepositoryManager> m_manager;
+    QString m_workingCopy;
 };

@@ -1,16 +1,6 @@
 #include "SampleMeasurement.h"
 
-#include "manager/PdRepositoryManager.h"
-#include "repositories/pd/PdFileRepository.h"
-#include "repositories/pd/PdIecOverviewRepository.h"
-#include "repositories/pd/PdMappingEventRepository.h"
-#include "repositories/pd/PdReportRepository.h"
-#include "repositories/pd/PdSummaryReporsitory.h"
-#include "repositories/pd/PdTaskRepository.h"
-
 #include <QCryptographicHash>
-
-#include <stdexcept>
 
 using namespace PD::Entities;
 
@@ -29,21 +19,6 @@ std::shared_ptr<T> makePart(const QString& name, const QUuid& report)
     part->SetId(idOf(name));
     part->setReportId(report);
     return part;
-}
-
-template <typename Repository, typename List>
-void store(Repository& repository, const List& entities)
-{
-    // What an earlier run stored before it was cut short is there already.
-    List missing;
-    const auto stored = repository.GetAll();
-    for (const auto& entity : entities) {
-        if (!stored.contains(entity->Id()))
-            missing.push_back(entity);
-    }
-    if (!repository.Insert(missing))
-        throw std::runtime_error(
-            "the sample measurement cannot be stored; is the file writable, and the disk not full?");
 }
 
 std::vector<std::shared_ptr<PdIecOverview>> makeOverviews(const QUuid& report)
@@ -91,9 +66,9 @@ std::shared_ptr<PdFile> makeFile(const QUuid& report)
 
 } // namespace
 
-void storeSampleMeasurement(DataAccess::Manager::PdRepositoryManager& manager, const QUuid& cable, const QUuid& station)
+void attachSampleMeasurement(DataAccess::Context::PdContext& context, const QUuid& cable, const QUuid& station)
 {
-    if (manager.PdTaskRepository()->Count() > 0)
+    if (!context.Tasks().isEmpty())
         return;
     auto task = std::make_shared<PdTask>();
     task->SetId(idOf(QStringLiteral("task")));
@@ -113,11 +88,12 @@ void storeSampleMeasurement(DataAccess::Manager::PdRepositoryManager& manager, c
     summary->setDataState(true);
     summary->setMaxAppliedVoltage(20e3);
 
-    // The task comes last: as long as it is missing, the next run completes what this one could not store.
-    store(*manager.PdFileRepository(), std::vector<std::shared_ptr<PdFile>>{makeFile(report->Id())});
-    store(*manager.PdIecOverviewRepository(), makeOverviews(report->Id()));
-    store(*manager.PdMappingEventRepository(), makeEvents(report->Id()));
-    store(*manager.PdSummaryRepository(), std::vector<std::shared_ptr<PdSummary>>{summary});
-    store(*manager.PdReportRepository(), std::vector<std::shared_ptr<PdReport>>{report});
-    store(*manager.PdTaskRepository(), std::vector<std::shared_ptr<PdTask>>{task});
+    context.attach(task);
+    context.attach(report);
+    context.attach(summary);
+    context.attach(makeFile(report->Id()));
+    for (const auto& overview : makeOverviews(report->Id()))
+        context.attach(overview);
+    for (const auto& event : makeEvents(report->Id()))
+        context.attach(event);
 }

@@ -1,11 +1,6 @@
 #include "SampleNetwork.h"
 
-#include "Repositories.h"
-
 #include <QImage>
-
-#include <algorithm>
-#include <stdexcept>
 
 using namespace Cables::Entities;
 
@@ -34,18 +29,6 @@ std::shared_ptr<T> makeNamed(const char* idName, const QString& name)
     return entity;
 }
 
-/// Inserts those of @p entities that are not stored yet.
-template <typename T>
-void store(DataAccess::Interfaces::IRepository<T>& repository, std::vector<std::shared_ptr<T>> entities)
-{
-    const auto stored = repository.GetAll();
-    entities.erase(std::remove_if(entities.begin(), entities.end(),
-                                  [&](const std::shared_ptr<T>& entity) { return stored.contains(entity->Id()); }),
-                   entities.end());
-    if (!repository.Insert(entities))
-        throw std::runtime_error("the sample network cannot be stored; is the file writable, and the disk not full?");
-}
-
 QImage photograph()
 {
     QImage image(160, 120, QImage::Format_RGB32);
@@ -71,18 +54,6 @@ std::shared_ptr<Station> makeStation(const char* idName, const QString& name, co
     station->SetCity(QStringLiteral("Harbourtown"));
     station->SetPoint(point);
     return station;
-}
-
-std::shared_ptr<SegmentDetail> makeDetail(const char* idName, const QString& name, double velocity,
-                                          const std::shared_ptr<Insulation>& insulation,
-                                          const std::shared_ptr<SegmentType>& type)
-{
-    auto detail = makeNamed<SegmentDetail>(idName, name);
-    detail->SetVelocity(velocity);
-    if (insulation)
-        detail->SetInsulation(insulation);
-    detail->SetType(type);
-    return detail;
 }
 
 std::shared_ptr<Segment> makeSegment(const char* idName, const QString& name, unsigned int index, double length,
@@ -127,15 +98,11 @@ std::shared_ptr<Rating> makeRating(const std::shared_ptr<Cable>& cable,
     return rating;
 }
 
-/// Whether the database is empty, or an earlier run began to store the network here and was cut short.
-bool isWanted(Repositories& repositories)
+template <typename T>
+void attachAll(DataAccess::Context::CableContext& context, const std::vector<std::shared_ptr<T>>& entities)
 {
-    if (repositories.cables.Count() > 0)
-        return false;
-    const bool empty = repositories.owners.Count() + repositories.stations.Count() + repositories.points.Count() +
-                           repositories.phases.Count() + repositories.segments.Count() + repositories.routes.Count() ==
-                       0;
-    return empty || repositories.owners.GetById(idOf("owner"));
+    for (const std::shared_ptr<T>& entity : entities)
+        context.attach(entity);
 }
 
 } // namespace
@@ -150,20 +117,20 @@ QUuid sampleStationId()
     return idOf("station quay");
 }
 
-void storeSampleNetwork(Repositories& repositories)
+void attachSampleNetwork(DataAccess::Context::CableContext& context)
 {
-    if (!isWanted(repositories))
+    if (!context.Cables().isEmpty())
         return;
+    // The types that every database has, in the state that they have in this one.
+    const auto types = DataAccess::Context::CableContext::defaultTypes();
+    const auto section = makeNamed<SegmentDetail>("detail", QStringLiteral("XLPE 150"));
+    section->SetVelocity(166e6);
+    section->SetInsulation(context.Insulations().value(types.insulations.at(3)->Id()));
+    section->SetType(context.SegmentTypes().value(types.cableType()->Id()));
+    const auto joint = context.SegmentDetails().value(types.segmentDetails.at(11)->Id());
     const auto owner = makeNamed<Owner>("owner", QStringLiteral("Harbourtown Grid"));
-    const auto slipOn = makeNamed<Termination>("termination", QStringLiteral("SlipOn"));
-    const auto gas = makeNamed<Switchgear>("switchgear", QStringLiteral("SF6"));
-    const auto insulation = makeNamed<Insulation>("insulation", QStringLiteral("XLPE"));
-    insulation->SetVelocity(166e6);
-    const auto sectionType = makeNamed<SegmentType>("type cable", QStringLiteral("Cable"));
-    const auto jointType = makeNamed<SegmentType>("type joint", QStringLiteral("Joint"));
-    jointType->SetIsJoint(true);
-    const auto section = makeDetail("detail XLPE", QStringLiteral("XLPE"), 166e6, insulation, sectionType);
-    const auto joint = makeDetail("detail joint", QStringLiteral("HeatShrink"), 0, nullptr, jointType);
+    const auto plug = makeNamed<Termination>("termination", QStringLiteral("Plug"));
+    const auto gas = makeNamed<Switchgear>("switchgear", QStringLiteral("Gas"));
 
     const std::vector<std::shared_ptr<Point>> points = {makePoint("point quay", 0, 54.3233, 10.1394),
                                                         makePoint("point bridge", 1, 54.3259, 10.1342),
@@ -181,12 +148,13 @@ void storeSampleNetwork(Repositories& repositories)
     cable->SetOwner(owner);
     cable->SetStationA(quay);
     cable->SetStationB(mill);
-    cable->SetTerminationA(slipOn);
-    cable->SetTerminationB(slipOn);
+    cable->SetTerminationA(plug);
+    cable->SetTerminationB(plug);
     cable->SetSwitchgearA(gas);
     cable->SetSwitchgearB(gas);
     const auto route = make<Route>("route");
-    route->SetPointIds({points[0]->Id(), points[1]->Id(), points[2]->Id()});
+    std::vector<std::shared_ptr<Interfaces::IPoint>> way(points.begin(), points.end());
+    route->SetPoints(way);
     cable->SetRoute(route);
     std::vector<std::shared_ptr<Phase>> phases = {make<Phase>("phase 1"), make<Phase>("phase 2"),
                                                   make<Phase>("phase 3")};
@@ -196,18 +164,9 @@ void storeSampleNetwork(Repositories& repositories)
     }
     const auto segments = makeSegments(phases, section, joint);
 
-    // The cable comes last: as long as it is missing, the next run completes what this one could not store.
-    store(repositories.owners, {owner});
-    store(repositories.terminations, {slipOn});
-    store(repositories.switchgears, {gas});
-    store(repositories.insulations, {insulation});
-    store(repositories.segmentTypes, {sectionType, jointType});
-    store(repositories.details, {section, joint});
-    store(repositories.points, points);
-    store(repositories.stations, {quay, mill});
-    store(repositories.routes, {route});
-    store(repositories.phases, phases);
-    store(repositories.segments, segments);
-    store(repositories.ratings, {makeRating(cable, segments)});
-    store(repositories.cables, {cable});
+    attachAll(context, std::vector<std::shared_ptr<QOR::Entities::Entity>>{owner, plug, gas, section, quay, mill, cable,
+                                                                           route, makeRating(cable, segments)});
+    attachAll(context, points);
+    attachAll(context, phases);
+    attachAll(context, segments);
 }

@@ -1,16 +1,11 @@
 #pragma once
 
-#include <QUuid>
+#include "context/CableContext.h"
 
-struct Repositories;
-
-/**
- * Stores a small network: one cable between two stations, with a route, three phases, seven segments and a rating. Does
- * nothing when the database holds a network of its own. Every object has a fixed id, so that nothing is stored twice
- * when an earlier run was cut short. Throws std::runtime_error when something cannot be stored.
- */
-void storeSampleNetwork(Repositories& repositories);
-
-/// The ids of the sample's cable and of the station that it begins at.
+/// The id of the cable that attachSampleNetwork() attaches, and of the station at its beginning.
 QUuid sampleCableId();
 QUuid sampleStationId();
+
+/// Attaches a small cable network to a context that has no cable. It has the same ids each time: what an earlier run
+/// stored before it was cut short is not stored twice.
+void attachSampleNetwork(DataAccess::Context::CableContext& context);

@@ -2,6 +2,8 @@
 
 #include "database/DbWorker.h"
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace DataAccess::Database {
@@ -13,7 +15,8 @@ JobQueue::JobQueue(DbWorker* worker)
 void JobQueue::push(Job job)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_worker == nullptr)
+    // Qt delivers no event after the application object has ended: the job would wait for ever.
+    if (m_worker == nullptr || QCoreApplication::closingDown())
         return;
     m_jobs.push_back(std::move(job));
     m_worker->scheduleProcessQueue();

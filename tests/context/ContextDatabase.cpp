@@ -1,5 +1,6 @@
 #include "context/ContextDatabase.h"
 
+#include <QSet>
 #include <QSqlRecord>
 
 using namespace DataAccess;
@@ -69,9 +70,10 @@ QStringList ContextDatabase::rows(const QStringList& tables)
 
 QStringList changedRows(const QStringList& before, const QStringList& after)
 {
+    const QSet<QString> known(before.begin(), before.end());
     QStringList changed;
     for (const QString& line : after) {
-        if (!before.contains(line))
+        if (!known.contains(line))
             changed.append(line);
     }
     return changed;

@@ -35,7 +35,7 @@ private:
     QStringList rows(const QStringList& tables);
 };
 
-/// Takes everything apart but the lines that both have.
+/// The lines of @p after that @p before does not have.
 QStringList changedRows(const QStringList& before, const QStringList& after);
 
 } // namespace TestSupport

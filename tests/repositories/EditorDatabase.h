@@ -24,6 +24,7 @@ public:
     QVariant value(const QString& statement);
 
     DataAccess::Enumerations::DatabaseType type() const { return m_database.type(); }
+    const QString& name() const { return m_database.name(); }
     RunningWorker& worker() { return m_worker; }
 
 private:
