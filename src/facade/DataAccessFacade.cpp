@@ -92,8 +92,8 @@ DataAccessFacade::AddDatabase(std::shared_ptr<Interfaces::IConfig> config)
         return open->second->repositories;
 
     auto database = std::make_unique<RunningDatabase>(config);
-    if (QCoreApplication::closingDown()) {
-        qCCritical(lcFacade) << "No database can be opened after the application object has ended";
+    if (QCoreApplication::instance() == nullptr) {
+        qCCritical(lcFacade) << "No database can be opened without an application object";
         return nullptr;
     }
     QStringList newerFeatures;
@@ -211,8 +211,7 @@ void DataAccessFacade::closeAll()
 
 void DataAccessFacade::closeAllAtExit(int type)
 {
-    // No job can run any more once the application object has ended. It calls a routine only once, the last time it was
-    // added.
+    // No job can run any more once the application object has ended, which calls each routine once, and forgets it.
     const auto close = [] { Instance()->closeAll(); };
     qRemovePostRoutine(close);
     qAddPostRoutine(close);

@@ -24,7 +24,8 @@ public:
     /**
      * Opens the database of @p config, brings its schemas up to date, and gives a manager of all that there is for it;
      * the same one as before when it is open already. Null when it could not be brought up: the log says why. One
-     * database is opened at a time; the caller waits. Throws std::invalid_argument when @p config is null.
+     * database is opened at a time; the caller waits. There has to be an application object. Throws
+     * std::invalid_argument when @p config is null.
      */
     virtual std::shared_ptr<IRepositoryManager> AddDatabase(std::shared_ptr<IConfig> config) = 0;
     /// What AddDatabase() gave for @p config; null when that database is not open.

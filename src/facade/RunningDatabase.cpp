@@ -37,7 +37,7 @@ void RunningDatabase::finishJobs()
     Database::Task<bool> last([](Interfaces::IDatabase&) { return true; });
     m_worker->insert(last.toJob());
     while (last.Completion().wait_for(std::chrono::milliseconds(100)) != std::future_status::ready) {
-        if (m_thread->isFinished() || QCoreApplication::closingDown())
+        if (m_thread->isFinished() || QCoreApplication::instance() == nullptr)
             return;
     }
 }

@@ -1,4 +1,6 @@
+#include "context/AbstractContext.h"
 #include "entities/cables/Owner.h"
+#include "facade/IDataAccessFacade.h"
 #include "factories/IFactory.h"
 #include "manager/IRepositoryManager.h"
 #include "repositories/ICachedRepository.h"
@@ -71,6 +73,9 @@ private Q_SLOTS:
             &Cached::GetAll, &Cached::GetAllAsync, &Cached::GetById, &Cached::GetByIdAsync, &Cached::Insert,
             &Cached::InsertAsync, &Cached::Update, &Cached::UpdateAsync, &Cached::Delete, &Cached::DeleteAsync,
             &Cached::Remove, &Cached::RemoveAsync, &Cached::Count, &Cached::CountAsync, &Cached::Reload, &Cached::Wipe);
+        QTest::newRow("facade") << slotsOf(&IDataAccessFacade::AddDatabase, &IDataAccessFacade::GetRepositories,
+                                           &IDataAccessFacade::RemoveDatabase, &IDataAccessFacade::GetVersions,
+                                           &IDataAccessFacade::GetMigrationMessages);
         QTest::newRow("factory") << slotsOf(&IFactory<IRepositoryManager>::create);
     }
     void standInTheirOrder()
@@ -79,6 +84,14 @@ private Q_SLOTS:
         // The destructor comes first and takes two places.
         for (int index = 0; index < places.size(); ++index)
             QCOMPARE(places[index], index + 2);
+    }
+
+    void thoseOfAContextFollowThoseOfQObject()
+    {
+        using DataAccess::Context::AbstractContext;
+        const Slots places = slotsOf(&AbstractContext::attach, &AbstractContext::detach, &AbstractContext::reload,
+                                     &AbstractContext::saveChanges);
+        QCOMPARE(places, Slots({12, 13, 14, 15}));
     }
 };
 
