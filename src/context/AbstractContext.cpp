@@ -35,6 +35,7 @@ AbstractContext::AbstractContext(const std::shared_ptr<Manager::AbstractReposito
 
 AbstractContext::~AbstractContext() = default;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): applications override it with this signature.
 void AbstractContext::attach(std::shared_ptr<QOR::Entities::Entity> entity)
 {
     if (!entity)
@@ -44,9 +45,10 @@ void AbstractContext::attach(std::shared_ptr<QOR::Entities::Entity> entity)
     if (m_data->attached.contains(id))
         return;
     m_data->added.insert(id, entity);
-    m_data->attached.insert(id, std::move(entity));
+    m_data->attached.insert(id, entity);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): as above.
 void AbstractContext::detach(std::shared_ptr<QOR::Entities::Entity> entity)
 {
     if (!entity)

@@ -102,7 +102,7 @@ std::shared_ptr<T> CableImport::take(const std::shared_ptr<Interface>& object)
         m_isIncomplete = true;
         return nullptr;
     }
-    const std::shared_ptr<T> here = find(*source);
+    std::shared_ptr<T> here = find(*source);
     if (here == source || (here && !mustGiveWay(*here, *source)))
         return here;
 
@@ -143,7 +143,7 @@ QUuid CableImport::refer(const QUuid& id, const std::shared_ptr<Interface>& obje
 template <typename T>
 std::shared_ptr<T> CableImport::find(const T& source)
 {
-    if (const std::shared_ptr<T> sameId = m_target.find<T>(source.Id()))
+    if (std::shared_ptr<T> sameId = m_target.find<T>(source.Id()))
         return sameId;
     const QString key = nameKey(source);
     return key.isEmpty() ? nullptr : m_target.find<T>(idsByName(source).value(key));

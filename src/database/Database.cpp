@@ -32,6 +32,13 @@ QString Interfaces::IDatabase::OpenError() const
     return {};
 }
 
+QSqlQuery& Interfaces::IDatabase::PreparedQuery(const QString& statement)
+{
+    QSqlQuery& query = Query();
+    query.prepare(statement);
+    return query;
+}
+
 namespace Database {
 
 using namespace Exceptions;
@@ -42,13 +49,6 @@ namespace {
 QSqlQuery emptyQuery()
 {
     return QSqlQuery(static_cast<QSqlResult*>(nullptr));
-}
-
-[[noreturn]] void throwStatementError(const QSqlQuery& query)
-{
-    const QString text = query.lastError().text();
-    qCCritical(lcDatabase) << "SQL Error:" << text;
-    throw ExecutionException(text.toLocal8Bit().constData());
 }
 
 std::shared_ptr<SharedConnection> acquireConnection(const std::shared_ptr<Interfaces::IConfig>& config)
@@ -88,7 +88,7 @@ Database::~Database()
         return;
     {
         const auto lock = lockConnection();
-        m_query = emptyQuery();
+        resetQuery();
     }
     SharedConnection::release(m_connection);
 }
@@ -139,6 +139,21 @@ void Database::requireOpen()
         throw NotOpenException("Can't open Connection");
 }
 
+void Database::resetQuery()
+{
+    m_query = emptyQuery();
+    m_prepared.clear();
+}
+
+void Database::throwStatementError(const QSqlQuery& query)
+{
+    // What was prepared may be lost together with the connection.
+    m_prepared.clear();
+    const QString text = query.lastError().text();
+    qCCritical(lcDatabase) << "SQL Error:" << text;
+    throw ExecutionException(text.toLocal8Bit().constData());
+}
+
 bool Database::Connect()
 {
     const auto lock = lockConnection();
@@ -149,7 +164,7 @@ bool Database::Disconnect()
 {
     const auto lock = lockConnection();
     requireValid();
-    m_query = emptyQuery();
+    resetQuery();
     m_connection->close();
     return !m_connection->handle().isOpen();
 }
@@ -237,7 +252,18 @@ QSqlQuery& Database::Query()
 {
     const auto lock = lockConnection();
     Connect();
+    resetQuery();
     m_query = QSqlQuery(m_connection->handle());
+    return m_query;
+}
+
+QSqlQuery& Database::PreparedQuery(const QString& statement)
+{
+    const auto lock = lockConnection();
+    if (m_prepared.isNull() || m_prepared != statement) {
+        if (Query().prepare(statement))
+            m_prepared = statement;
+    }
     return m_query;
 }
 
@@ -295,7 +321,7 @@ void Database::BeginJob()
 void Database::EndJob()
 {
     // A select that was not read to its end would keep the file locked for writers until the next job.
-    m_query = emptyQuery();
+    resetQuery();
     if (m_connection)
         m_connection->mutex().unlock();
 }
@@ -312,7 +338,7 @@ void Database::leaveThread()
     const auto lock = lockConnection();
     if (!m_connection)
         return;
-    m_query = emptyQuery();
+    resetQuery();
     m_connection->closeUnlessShared();
     m_connection->moveToThread(nullptr);
 }

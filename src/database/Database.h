@@ -48,6 +48,7 @@ public:
     void BeginJob() override;
     void EndJob() override;
     QString OpenError() const override;
+    QSqlQuery& PreparedQuery(const QString& statement) override;
 
     /// Takes the connection along to @p thread; called before the object itself is moved there.
     void moveConnectionToThread(QThread* thread);
@@ -59,10 +60,14 @@ private:
     void requireValid() const;
     bool open();
     void requireOpen();
+    void resetQuery();
+    [[noreturn]] void throwStatementError(const QSqlQuery& query);
 
     std::shared_ptr<SharedConnection> m_connection;
     std::shared_ptr<Interfaces::IConfig> m_config;
     QSqlQuery m_query;
+    /// What m_query is prepared with; null when it is not known.
+    QString m_prepared;
 };
 
 } // namespace DataAccess::Database

@@ -25,8 +25,9 @@ bool runOnRow(IDatabase& db, IEntity* entity, const QString& statement, const ch
     if (entity == nullptr || entity->Id().isNull())
         return false;
     try {
-        QSqlQuery& query = db.Query();
-        if (!query.prepare(statement)) {
+        // The rows of a batch follow each other: the statement is prepared with the first of them.
+        QSqlQuery& query = db.PreparedQuery(statement);
+        if (query.lastError().isValid()) {
             qCCritical(lcDatabase) << function << query.lastError().text();
             return false;
         }

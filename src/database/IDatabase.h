@@ -66,6 +66,10 @@ public:
     virtual void EndJob();
     /// Text of the last failure to open the connection; empty when there was none.
     virtual QString OpenError() const;
+
+    /// Query(), prepared with @p statement; it stays so while nothing but the same statement is asked for. Its last
+    /// error is valid when @p statement cannot be prepared.
+    virtual QSqlQuery& PreparedQuery(const QString& statement);
 };
 
 } // namespace DataAccess::Interfaces

@@ -29,4 +29,14 @@ void SQLite2ValueConverter::value(QByteArray& value, int column) const
     value = QByteArray::fromHex(toString(column).toLocal8Bit());
 }
 
+QImage SQLite2ValueConverter::toImage(int column) const
+{
+    QByteArray text = toString(column).toLatin1();
+    // The Base64 text of an image never has hexadecimal digits only: how each format begins rules that out.
+    const QByteArray decoded = QByteArray::fromHex(text);
+    if (decoded.toHex() == text.toLower())
+        text = decoded;
+    return QImage::fromData(QByteArray::fromBase64(text));
+}
+
 } // namespace DataAccess::Converter

@@ -17,6 +17,8 @@ public:
     void bindValue(const QString& placeholder, const QByteArray& value) override;
     void append(QList<QVariant>& list, const QByteArray& value) const override;
     void value(QByteArray& value, int column) const override;
+    /// Some programs store the Base64 text as bytes, and so as hexadecimal text; both forms are read.
+    QImage toImage(int column) const override;
 };
 
 } // namespace DataAccess::Converter

@@ -28,7 +28,16 @@ void SQLite3ValueConverter::bindValue(const QString& placeholder, const QDate& v
 void SQLite3ValueConverter::bindValue(const QString& placeholder, const QDateTime& value)
 {
     requireStorable(value.date());
-    bind(placeholder, Database::SQLiteDateTime::format(value));
+    bindTime(placeholder, value, &Database::SQLiteDateTime::format);
+}
+
+void SQLite3ValueConverter::value(QByteArray& value, int column) const
+{
+    const QVariant stored = read(column);
+    value = stored.toByteArray();
+    // For no bytes at all SQLite has no address, and so Qt makes a null array of them; NULL has the type of a text.
+    if (value.isNull() && stored.type() == QVariant::ByteArray)
+        value = QByteArray("");
 }
 
 QDate SQLite3ValueConverter::toDate(int column) const
@@ -43,7 +52,12 @@ QDateTime SQLite3ValueConverter::toDateTime(int column) const
 
 QDateTime SQLite3ValueConverter::toUtcDateTime(int column) const
 {
-    return Database::SQLiteDateTime::parse(toString(column), Qt::UTC);
+    const QString text = toString(column);
+    if (m_readTimeText.isNull() || text != m_readTimeText) {
+        m_readTime = Database::SQLiteDateTime::parse(text, Qt::UTC);
+        m_readTimeText = text;
+    }
+    return m_readTime;
 }
 
 QString SQLite3ValueConverter::type(const Enumerations::DataType& kind, unsigned int size) const

@@ -25,6 +25,15 @@ OpenFiles& openFiles()
     return *instance;
 }
 
+/// What names the file at @p info, present or to be made, however its path is spelled; empty without its folder.
+QString keyOf(const QFileInfo& info)
+{
+    if (info.exists())
+        return info.canonicalFilePath();
+    const QString folder = info.absoluteDir().canonicalPath();
+    return folder.isEmpty() ? QString() : folder + QLatin1Char('/') + info.fileName();
+}
+
 /// What SQLite would not open either: no different from a connection that a server refuses.
 QSqlError refused(const char* text)
 {
@@ -68,7 +77,7 @@ QSqlError SQLiteFile::enter(const QString& path)
     OpenFiles& open = openFiles();
     const std::lock_guard<std::mutex> lock(open.mutex);
     const QFileInfo info(path);
-    QString key = info.canonicalFilePath();
+    const QString key = keyOf(info);
     if (info.exists()) {
         if (info.isDir())
             return refused("The path is a folder, not a database file");
@@ -79,14 +88,22 @@ QSqlError SQLiteFile::enter(const QString& path)
             if (error.isValid())
                 return error;
         }
-    } else {
-        if (!info.absoluteDir().exists())
-            return refused("The folder of the database file does not exist");
-        key = info.absoluteDir().canonicalPath() + QLatin1Char('/') + info.fileName();
+    } else if (key.isEmpty()) {
+        return refused("The folder of the database file does not exist");
     }
     m_key = key;
     ++open.connections[m_key];
     return {};
+}
+
+void SQLiteFile::hold(const QString& path)
+{
+    leave();
+    OpenFiles& open = openFiles();
+    const std::lock_guard<std::mutex> lock(open.mutex);
+    m_key = keyOf(QFileInfo(path));
+    if (!m_key.isEmpty())
+        ++open.connections[m_key];
 }
 
 void SQLiteFile::leave()

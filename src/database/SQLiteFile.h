@@ -21,6 +21,8 @@ public:
 
     /// Why @p path cannot be opened as a database; otherwise not valid, and the file counts as open until leave().
     QSqlError enter(const QString& path);
+    /// Counts @p path, which need not exist, as open until leave(), without a look at it.
+    void hold(const QString& path);
     /// To be called once the connection is closed. Changes nothing without a file.
     void leave();
 

@@ -3,6 +3,7 @@
 #include "database/IConfig.h"
 #include "database/LoggingCategories.h"
 #include "database/sqlite2/Sqlite2Driver.h"
+#include "database/sqlite2/WorkingCopy.h"
 
 #include <QHash>
 #include <QSqlDriver>
@@ -137,6 +138,8 @@ bool SharedConnection::open()
     m_openError = m_target.type == Enumerations::SQLite3 ? m_file.enter(m_target.databaseName) : QSqlError();
     if (m_openError.isValid())
         return false;
+    if (m_target.type == Enumerations::SQLite2)
+        m_file.hold(Sqlite2::WorkingCopy(m_target.databaseName).path());
     if (m_handle.open()) {
         m_openError = probe();
     } else {

@@ -34,6 +34,24 @@ bool isStorable(const QString& text)
     return true;
 }
 
+/// The date and time of @p value as they stand, in ISO 8601 with milliseconds.
+QString isoText(const QDateTime& value)
+{
+    if (value.isValid() || !value.date().isValid())
+        return value.toString(Qt::ISODateWithMs);
+    // A local time that a change of the clocks left out: Qt does not print it, but it is what was read.
+    QString text = QDateTime(value.date(), value.time(), Qt::UTC).toString(Qt::ISODateWithMs);
+    text.chop(1);
+    return text;
+}
+
+/// What @p value holds, if it is a @p T as it stands: then there is nothing to convert.
+template <typename T>
+const T* held(const QVariant& value)
+{
+    return value.userType() == qMetaTypeId<T>() ? static_cast<const T*>(value.constData()) : nullptr;
+}
+
 /// The form in which @p text is bound.
 QString stored(const QString& text)
 {
@@ -66,6 +84,20 @@ QVariant ValueConverter::read(int column) const
 void ValueConverter::bind(const QString& placeholder, const QVariant& value)
 {
     m_query.bindValue(placeholder, value, QSql::In);
+}
+
+void ValueConverter::bindTime(const QString& placeholder, const QDateTime& value, QString (*format)(const QDateTime&))
+{
+    // Only in UTC do equal times have equal texts.
+    if (value.timeSpec() != Qt::UTC || !value.isValid()) {
+        bind(placeholder, format(value));
+        return;
+    }
+    if (m_boundTimeText.isNull() || value != m_boundTime) {
+        m_boundTimeText = format(value);
+        m_boundTime = value;
+    }
+    bind(placeholder, m_boundTimeText);
 }
 
 void ValueConverter::requireStorable(const QDate& date)
@@ -142,14 +174,7 @@ void ValueConverter::bindValue(const QString& placeholder, const QDate& value)
 void ValueConverter::bindValue(const QString& placeholder, const QDateTime& value)
 {
     requireStorable(value.date());
-    if (value.isValid() || !value.date().isValid()) {
-        bind(placeholder, value.toString(Qt::ISODateWithMs));
-        return;
-    }
-    // A local time that a change of the clocks left out: Qt does not print it, but it is what was read.
-    QString text = QDateTime(value.date(), value.time(), Qt::UTC).toString(Qt::ISODateWithMs);
-    text.chop(1);
-    bind(placeholder, text);
+    bindTime(placeholder, value, &isoText);
 }
 
 void ValueConverter::bindValue(const QString& placeholder, const QImage& value)
@@ -243,7 +268,9 @@ void ValueConverter::value(QJsonObject& value, int column) const
 
 bool ValueConverter::toBool(int column) const
 {
-    return read(column).toBool();
+    const QVariant value = read(column);
+    const qlonglong* const number = held<qlonglong>(value);
+    return number != nullptr ? *number != 0 : value.toBool();
 }
 
 qint16 ValueConverter::toInt16(int column) const
@@ -253,7 +280,9 @@ qint16 ValueConverter::toInt16(int column) const
 
 qint32 ValueConverter::toInt32(int column) const
 {
-    return read(column).toInt();
+    const QVariant value = read(column);
+    const qlonglong* const number = held<qlonglong>(value);
+    return number != nullptr ? static_cast<qint32>(*number) : value.toInt();
 }
 
 qint64 ValueConverter::toInt64(int column) const
@@ -263,18 +292,25 @@ qint64 ValueConverter::toInt64(int column) const
 
 unsigned int ValueConverter::toUint(int column) const
 {
-    return read(column).toUInt();
+    const QVariant value = read(column);
+    const qlonglong* const number = held<qlonglong>(value);
+    return number != nullptr ? static_cast<unsigned int>(*number) : value.toUInt();
 }
 
 double ValueConverter::toDouble(int column) const
 {
     const QVariant value = read(column);
-    return value.isNull() ? std::numeric_limits<double>::quiet_NaN() : value.toDouble();
+    if (value.isNull())
+        return std::numeric_limits<double>::quiet_NaN();
+    const double* const number = held<double>(value);
+    return number != nullptr ? *number : value.toDouble();
 }
 
 QString ValueConverter::toString(int column) const
 {
-    return read(column).toString();
+    const QVariant value = read(column);
+    const QString* const text = held<QString>(value);
+    return text != nullptr ? *text : value.toString();
 }
 
 QDate ValueConverter::toDate(int column) const
@@ -290,7 +326,12 @@ QDateTime ValueConverter::toDateTime(int column) const
 QDateTime ValueConverter::toUtcDateTime(int column) const
 {
     const QDateTime local = toDateTime(column);
-    return local.date().isValid() ? QDateTime(local.date(), local.time(), Qt::UTC) : QDateTime();
+    // A time left out by a change of the clocks is not valid, and equal to another one.
+    if (!local.isValid() || !m_readTime.isValid() || local != m_readTime) {
+        m_readUtcTime = local.date().isValid() ? QDateTime(local.date(), local.time(), Qt::UTC) : QDateTime();
+        m_readTime = local;
+    }
+    return m_readUtcTime;
 }
 
 int ValueConverter::columnCount() const

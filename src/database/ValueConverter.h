@@ -72,12 +72,19 @@ protected:
     QVariant read(int column) const;
     /// Binds @p value as it is.
     void bind(const QString& placeholder, const QVariant& value);
+    /// Binds the text that @p format makes of @p value.
+    void bindTime(const QString& placeholder, const QDateTime& value, QString (*format)(const QDateTime&));
     /// Throws ExecutionException when @p date does not come back from a database as it was.
     static void requireStorable(const QDate& date);
 
 private:
     QSqlQuery& m_query;
     mutable int m_columnCount = -1;
+    // Rows that are written together share one time, which is then neither printed nor converted for each of them.
+    QDateTime m_boundTime;
+    QString m_boundTimeText;
+    mutable QDateTime m_readTime;
+    mutable QDateTime m_readUtcTime;
 };
 
 } // namespace DataAccess::Converter

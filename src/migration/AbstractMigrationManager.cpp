@@ -9,9 +9,11 @@
 #include "migration/MigrationStep.h"
 #include "migration/SchemaVersion.h"
 
+#include <QElapsedTimer>
 #include <QThread>
 
 #include <exception>
+#include <limits>
 #include <utility>
 
 namespace DataAccess::Manager {
@@ -22,6 +24,8 @@ using Exceptions::NotOpenException;
 using Interfaces::IDatabase;
 
 namespace {
+
+constexpr quint32 invalidVersion = std::numeric_limits<quint32>::max();
 
 /// Runs @p job on @p worker and waits for its result; @p failed without a worker and when the job throws.
 template <typename Result>
@@ -107,13 +111,47 @@ AbstractMigrationManager::AbstractMigrationManager(QObject* parent)
 
 AbstractMigrationManager::~AbstractMigrationManager() = default;
 
+void AbstractMigrationManager::setDbWorker(DbWorker* worker)
+{
+    m_worker = worker;
+}
+
+quint32 AbstractMigrationManager::DbVersion() const
+{
+    return run<quint32>(m_worker, module(), Q_FUNC_INFO, invalidVersion, [this](IDatabase& db) {
+        if (!db.Connect())
+            return invalidVersion;
+        StatementRunner statements(db);
+        return SchemaVersion(module().feature).read(statements);
+    });
+}
+
+quint32 AbstractMigrationManager::InvalidVersion() const
+{
+    return invalidVersion;
+}
+
+quint32 AbstractMigrationManager::ExpectedVersion() const
+{
+    return module().expectedVersion;
+}
+
+bool AbstractMigrationManager::WaitForConnected()
+{
+    return WaitForConnected(m_worker);
+}
+
 bool AbstractMigrationManager::WaitForConnected(DbWorker* worker)
 {
     return run<bool>(worker, module(), Q_FUNC_INFO, false, [](IDatabase& db) {
         constexpr int attempts = 10;
         constexpr unsigned long pause = 200;
+        // Less than the driver waits for a server that does not answer.
+        constexpr qint64 patience = 4000;
+        QElapsedTimer waiting;
+        waiting.start();
         for (int attempt = 1; !db.Connect(); ++attempt) {
-            if (attempt == attempts || !db.WasBlockedByStartup())
+            if (attempt == attempts || !db.WasBlockedByStartup() || waiting.hasExpired(patience))
                 return false;
             QThread::msleep(pause);
         }
@@ -121,14 +159,20 @@ bool AbstractMigrationManager::WaitForConnected(DbWorker* worker)
     });
 }
 
-quint32 AbstractMigrationManager::readVersion() const
+quint32 AbstractMigrationManager::MigrationSteps() const
 {
-    return run<quint32>(m_worker, module(), Q_FUNC_INFO, s_invalidVersion, [this](IDatabase& db) {
-        if (!db.Connect())
-            return s_invalidVersion;
-        StatementRunner statements(db);
-        return SchemaVersion(module().feature).read(statements);
-    });
+    const quint32 version = DbVersion();
+    return version <= ExpectedVersion() ? ExpectedVersion() - version : 0;
+}
+
+QString AbstractMigrationManager::feature()
+{
+    return module().feature;
+}
+
+QStringList AbstractMigrationManager::migrationMessages()
+{
+    return m_messages;
 }
 
 bool AbstractMigrationManager::setDbVersion(unsigned int version)
@@ -139,18 +183,19 @@ bool AbstractMigrationManager::setDbVersion(unsigned int version)
     });
 }
 
-bool AbstractMigrationManager::migrate(const QVector<Step>& steps)
+bool AbstractMigrationManager::Migrate()
 {
-    const quint32 from = readVersion();
-    const auto expected = static_cast<quint32>(steps.size());
+    const quint32 from = DbVersion();
+    const quint32 expected = ExpectedVersion();
     if (from == expected)
         return true;
     qCDebug(module().category).noquote() << module().logPrefix + QStringLiteral("Migrate FROM:") << from << "TO"
                                          << expected;
     if (from > expected)
         return false;
+    const QVector<Step> all = steps();
     for (m_from = from; m_from < expected; ++m_from) {
-        if (!steps.at(static_cast<int>(m_from))() || !setDbVersion(m_from + 1))
+        if (!all.at(static_cast<int>(m_from))() || !setDbVersion(m_from + 1))
             return false;
     }
     return true;

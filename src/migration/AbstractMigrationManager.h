@@ -1,19 +1,15 @@
 #pragma once
 
-#include "database/DataAccessExport.h"
+#include "migration/IMigrationManager.h"
 
 #include <QObject>
 #include <QStringList>
 #include <QVector>
 
 #include <functional>
-#include <limits>
 
 namespace DataAccess::Interfaces {
 class IDatabase;
-}
-namespace DataAccess::Database {
-class DbWorker;
 }
 
 namespace DataAccess::Manager {
@@ -23,10 +19,11 @@ struct MigrationModule;
 struct TableDefinition;
 
 /**
- * What all migration managers share: the version, the loop over the steps, and the shape of a step. Work on the
- * database runs on the worker's thread, while the caller waits. Nothing here throws; without a worker all fails.
+ * All that migration managers share: the version, the loop over the steps, and the shape of a step. A manager adds what
+ * sets it apart, and the steps. Work on the database runs on the worker's thread, while the caller waits. Nothing here
+ * throws; without a worker all fails.
  */
-class DATAACCESS_EXPORT AbstractMigrationManager : public QObject
+class DATAACCESS_EXPORT AbstractMigrationManager : public QObject, public Interfaces::IMigrationManager
 {
     Q_OBJECT
 
@@ -34,22 +31,32 @@ public:
     explicit AbstractMigrationManager(QObject* parent = nullptr);
     ~AbstractMigrationManager() override;
 
+    void setDbWorker(Database::DbWorker* worker) override;
+    quint32 DbVersion() const override;
+    quint32 InvalidVersion() const override;
+    quint32 ExpectedVersion() const override;
+    bool WaitForConnected() override;
+    bool Migrate() override;
+    quint32 MigrationSteps() const override;
+    QString feature() override;
+    /// The messages of every Migrate() so far.
+    QStringList migrationMessages() override;
+
 protected:
     /// Runs one step; true when its changes are committed.
     using Step = std::function<bool()>;
 
-    static constexpr quint32 s_invalidVersion = std::numeric_limits<quint32>::max();
-
     virtual const MigrationModule& module() const = 0;
+    /// The steps, as many as the expected version says; the first one reaches version 1.
+    virtual QVector<Step> steps() = 0;
 
-    /// Connects the database of @p worker; while it is blocked by start-up, up to ten times at 200 ms.
+    /**
+     * Connects the database of @p worker; while it is blocked by start-up, up to ten times at 200 ms. A server that
+     * does not answer is asked once.
+     */
     bool WaitForConnected(Database::DbWorker* worker);
-    /// The stored version; s_invalidVersion when it cannot be read.
-    quint32 readVersion() const;
-    /// Stores @p version; false when that fails, and when the stored version is higher.
+    /// Stores @p version; false when that fails, and when the stored version is not the one that the step began with.
     bool setDbVersion(unsigned int version);
-    /// Runs the steps that follow the stored version; the first of @p steps reaches version 1. Stops at a failure.
-    bool migrate(const QVector<Step>& steps);
     /**
      * Runs @p changes as one job and in one transaction, which is rolled back if anything fails. @p function names the
      * step in the log.
@@ -67,10 +74,11 @@ protected:
     /// Creates the tables that hold the versions, where they are missing.
     void createVersionTables(MigrationStep& step);
 
-    Database::DbWorker* m_worker = nullptr;
+    /// What migrationMessages() returns.
     QStringList m_messages;
 
 private:
+    Database::DbWorker* m_worker = nullptr;
     quint32 m_from = 0;
 };
 

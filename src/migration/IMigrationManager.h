@@ -34,8 +34,8 @@ public:
     virtual quint32 InvalidVersion() const = 0;
     /// The version that this build works with.
     virtual quint32 ExpectedVersion() const = 0;
-    /// Connects, and waits about two seconds for a server that is starting or a file that is locked; false without
-    /// success.
+    /// Connects, and waits about two seconds for a server that refuses, as one does that is starting; false without
+    /// success. A server that does not answer at all is given up when the driver gives up, after five seconds.
     virtual bool WaitForConnected() = 0;
     /**
      * Runs the steps between the stored version and the expected one, and stores the version after each. True when the

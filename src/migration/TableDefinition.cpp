@@ -2,6 +2,8 @@
 
 #include "database/IValueConverter.h"
 
+#include <algorithm>
+
 namespace DataAccess::Manager {
 
 namespace {
@@ -52,6 +54,14 @@ Column Columns::date(const char* name, const char* comment)
 Column Columns::bytes(const char* name, const char* comment)
 {
     return column(name, Enumerations::ByteArray, 0, comment);
+}
+
+TableDefinition TableDefinition::with(const Column& column, const char* before) const
+{
+    TableDefinition table = *this;
+    const auto isNext = [before](const Column& next) { return next.name == QLatin1String(before); };
+    table.columns.insert(std::find_if(table.columns.begin(), table.columns.end(), isNext), column);
+    return table;
 }
 
 TableDefinition TableDefinition::workTable(const QString& workName) const

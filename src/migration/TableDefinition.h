@@ -44,6 +44,8 @@ struct TableDefinition
     QStringList constraints;
     bool temporary = false;
 
+    /// The same table with @p column in front of the column named @p before.
+    TableDefinition with(const Column& column, const char* before) const;
     /// A temporary table of the same columns, which hides any other table named @p workName while it exists.
     TableDefinition workTable(const QString& workName) const;
     /// The names of the columns, as a statement lists them.

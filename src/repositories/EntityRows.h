@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/BatchCache.h"
 #include "database/ExecutionException.h"
 #include "database/LoggingCategories.h"
 #include "repositories/EntityMapping.h"
@@ -9,6 +10,7 @@
 #include <QSqlQuery>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 /// What the jobs of an entity repository do with the rows of its table.
@@ -130,6 +132,7 @@ bool write(Interfaces::IDatabase& db, Write kind, const QString& table, const st
         // A copy of its own: the mapping may need the connection's query meanwhile.
         QSqlQuery query = prepare(db, withTable(statement, table));
         const auto values = db.Converter(query);
+        std::optional<Database::BatchCache> cache;
         for (const std::shared_ptr<T>& entity : entities) {
             if (!entity)
                 continue;
@@ -142,6 +145,8 @@ bool write(Interfaces::IDatabase& db, Write kind, const QString& table, const st
             if (kind == Write::Update)
                 mapping.bindStored(db, *values, entity);
             db.Exec(query);
+            if (!cache)
+                cache.emplace(db, entities.size());
             mapping.writeMore(db, kind, *entity);
             entity->SetTimestamp(now);
             mapping.written(entity);

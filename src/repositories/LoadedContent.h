@@ -38,13 +38,17 @@ public:
         return db.Exec(db.Config()->Type() == Enumerations::Postgres ? select + QLatin1String(" FOR UPDATE") : select);
     }
 
-    /// Binds @p stored, as the driver read it, so that the row keeps it.
-    static void bindStored(Interfaces::IValueConverter& values, const QString& placeholder, const QVariant& stored)
+    /// Binds what the current @p row has in @p column, in the form in which it is stored, so that it stays.
+    static void bindStored(Interfaces::IDatabase& db, Interfaces::IValueConverter& values, const QString& placeholder,
+                           QSqlQuery& row, int column)
     {
-        if (stored.type() == QVariant::ByteArray)
-            values.bindValue(placeholder, stored.toByteArray());
-        else
-            values.bindValue(placeholder, stored.toString());
+        if (row.value(column).type() == QVariant::ByteArray) {
+            QByteArray stored;
+            db.Converter(row)->value(stored, column);
+            values.bindValue(placeholder, stored);
+        } else {
+            values.bindValue(placeholder, row.value(column).toString());
+        }
     }
 
 private:

@@ -1,10 +1,12 @@
 #include "repositories/Repository.h"
 
+#include "database/BatchCache.h"
 #include "database/DbException.h"
 #include "database/DbWorker.h"
 #include "database/GenericDml.h"
 #include "database/LoggingCategories.h"
 
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -25,9 +27,13 @@ bool runForEachRow(IDatabase& db, const std::vector<std::shared_ptr<Entity>>& en
         Database::Transaction transaction = db.Transaction();
         if (!transaction.isOpen())
             return false;
+        std::optional<Database::BatchCache> cache;
         for (const std::shared_ptr<Entity>& entity : entities) {
-            if (operation(db, entity.get()))
+            if (operation(db, entity.get())) {
+                if (!cache)
+                    cache.emplace(db, entities.size());
                 continue;
+            }
             qCCritical(lcDatabase) << function << (entity ? entity->Id() : QUuid()) << "failed";
             // What is written after the backend gave the transaction up would stay, as one half of the batch.
             if (transaction.wasLost())

@@ -39,7 +39,7 @@ struct Import
 /// Stores an owner of the name of the sample's under the id @p id, long ago or just now.
 std::shared_ptr<Owner> storeOwner(ContextDatabase& database, const QUuid& id, bool isOld)
 {
-    const auto owner = std::make_shared<Owner>();
+    auto owner = std::make_shared<Owner>();
     owner->SetId(id);
     owner->SetName(QStringLiteral("Grid"));
     const auto context = database.cableContext();

@@ -31,6 +31,8 @@ bool same(const T& left, const T& right)
 {
     if constexpr (std::is_floating_point_v<T>)
         return (std::isnan(left) && std::isnan(right)) || std::equal_to<T>()(left, right);
+    else if constexpr (std::is_same_v<T, QByteArray>)
+        return left.isNull() == right.isNull() && left == right;
     else if constexpr (std::is_same_v<T, QDateTime>)
         return left.date() == right.date() && left.time() == right.time();
     else if constexpr (std::is_same_v<T, QImage>)
@@ -178,7 +180,8 @@ private Q_SLOTS:
         QByteArray bytes;
         for (int i = 0; i < 256; ++i)
             bytes.append(static_cast<char>(i));
-        roundTrip<QByteArray>("bytes", {bytes, QByteArray(1, '\0'), QByteArray("\\x41"), QByteArray(10 << 20, '\xff')});
+        roundTrip<QByteArray>(
+            "bytes", {bytes, QByteArray(""), QByteArray(1, '\0'), QByteArray("\\x41"), QByteArray(10 << 20, '\xff')});
         QImage image(2000, 1000, QImage::Format_ARGB32);
         for (uint i = 0; i < static_cast<uint>(image.sizeInBytes()); ++i)
             image.bits()[i] = static_cast<uchar>(i * i >> 4); // hardly to be compressed, and of every transparency
@@ -209,6 +212,34 @@ private Q_SLOTS:
             const QDateTime read =
                 store("time", QDateTime(time.date(), time.time(), Qt::OffsetFromUTC, 7200))->toDateTime(0);
             QVERIFY(same(read, time) && read.timeSpec() == Qt::LocalTime);
+        }
+    }
+
+    void timesOfManyRows()
+    {
+        // Next to each other stand times that are the same instant, or have the same digits, but not both.
+        const QTime leftOut(2, 30);
+        const QDateTime utc(QDate(2020, 3, 8), leftOut, Qt::UTC);
+        const std::vector<QDateTime> times = {utc,
+                                              utc,
+                                              utc.toOffsetFromUtc(7200),
+                                              utc,
+                                              QDateTime(utc.date(), leftOut),
+                                              QDateTime(utc.date(), leftOut.addSecs(3600)),
+                                              QDateTime(),
+                                              utc.addMSecs(1)};
+        QSqlQuery insert = m_db->Query();
+        QVERIFY(insert.prepare(QStringLiteral("INSERT INTO v (i4, time) VALUES (:number, :value)")));
+        const auto values = m_db->Converter(insert);
+        for (size_t i = 0; i < times.size(); ++i) {
+            values->bindValue(QStringLiteral(":number"), static_cast<int>(i));
+            values->bindValue(m_placeholder, times[i]);
+            m_db->Exec(insert);
+        }
+        const auto row = select("SELECT time FROM v ORDER BY i4");
+        for (const QDateTime& time : times) {
+            QVERIFY(same(row->toUtcDateTime(0), time));
+            m_row.next();
         }
     }
 
@@ -313,6 +344,18 @@ private Q_SLOTS:
         Converter::SQLite2ValueConverter(m_row).append(list, bytes);
         QCOMPARE(read, bytes);
         QCOMPARE(list, {QVariant(QStringLiteral("01ab00ff"))});
+    }
+
+    void imagesOfLegacyFiles()
+    {
+        QImage image(3, 2, QImage::Format_ARGB32);
+        image.fill(Qt::darkCyan);
+        const QString text = store("text", image)->toString(0);
+        const QString hexadecimal = QString::fromLatin1(text.toLatin1().toHex());
+        for (const QString& stored : {text, hexadecimal, hexadecimal.toUpper()}) {
+            store("text", stored);
+            QVERIFY(same(Converter::SQLite2ValueConverter(m_row).toImage(0), image));
+        }
     }
 
     void columnTypes()

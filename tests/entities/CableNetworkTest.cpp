@@ -1,4 +1,4 @@
-#include "PropertyCheck.h"
+#include "EntityChecks.h"
 #include "entities/cables/Cable.h"
 #include "entities/cables/Insulation.h"
 #include "entities/cables/Owner.h"
@@ -24,6 +24,7 @@ using namespace QOR::Entities::Enumerations;
 using Cables::Entities::Interfaces::IPhase;
 using Cables::Entities::Interfaces::IPoint;
 using Cables::Entities::Interfaces::ISegment;
+using TestSupport::make;
 
 namespace {
 
@@ -37,14 +38,6 @@ struct Piece
     bool isJoint;
 };
 using Pieces = std::vector<std::vector<Piece>>;
-
-template <typename T>
-std::shared_ptr<T> make()
-{
-    auto entity = std::make_shared<T>();
-    entity->SetId(QUuid::createUuid());
-    return entity;
-}
 
 std::shared_ptr<Segment> makeSegment(const Piece& piece)
 {
@@ -92,7 +85,6 @@ private Q_SLOTS:
     void childrenFollowTheirParent();
     void parentsOnTheStackGiveTheirId();
     void listsKeepTheCallersOrder();
-    void interfacesLeadToTheEntity();
     void pointsFollowTheirIds();
     void pointsNotAtHandKeepTheirIds();
     void derivedValues_data();
@@ -233,17 +225,6 @@ void CableNetworkTest::listsKeepTheCallersOrder()
              (QJsonArray{second->Id().toString(), twin->Id().toString()}));
     QCOMPARE(observer.told, 3);
     QCOMPARE(phase.EntityState(), Normal);
-}
-
-void CableNetworkTest::interfacesLeadToTheEntity()
-{
-    const auto cable = makeCable({{{1, 1, false}}});
-    const std::shared_ptr<ISegment> segment = cable->Phases().front()->Segments().front();
-    const auto entity = std::dynamic_pointer_cast<QOR::Entities::Entity>(segment);
-    QVERIFY(entity);
-    QCOMPARE(entity->Id(), segment->Id());
-    entity->SetId(QUuid::createUuid());
-    QCOMPARE(entity->Id(), segment->Id());
 }
 
 void CableNetworkTest::pointsFollowTheirIds()

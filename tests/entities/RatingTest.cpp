@@ -50,10 +50,7 @@ private Q_SLOTS:
     void textIsKeptUntilAValueChanges();
     void change_data();
     void change();
-    void valuesSurviveAsText_data();
     void valuesSurviveAsText();
-    void foreignMembersSurvive();
-    void removingWhatWasSetLeavesNothing();
     void keysAreThoseWithValues();
     void idsInAnySpellingAreTheSameSegment();
     void fingerprintStandsForTheValuesOfASegment();
@@ -131,6 +128,19 @@ void RatingTest::change_data()
     row("same document", two, two, [=](Rating& r) { r.SetRating(parsed(two)); });
     row("other document", two, one, [=](Rating& r) { r.setFromJson(parsed(one)); });
     row("empty document for none", QString(), nothing, [](Rating& r) { r.SetRating(QJsonObject()); });
+    row("foreign members", foreignText,
+        QStringLiteral(R"({"big":4294967296,"maker":{"phases":[1,null]},)"
+                       R"("phases":{"0":{"color":[true],"segments":{"note":"text"}},"list":[]}})"),
+        [=](Rating& r) {
+            r.setValue(0, t, 8);
+            r.removeValue(0, s);
+            r.removeValue(0, t);
+            // The text is no value, and so not removed as one.
+            r.removeValue(0, QStringLiteral("note"));
+            QVERIFY(!r.isEmpty());
+            r.setSummary(none, 0);
+            QVERIFY(r.isEmpty());
+        });
     row("no text for an empty one", QStringLiteral(""), QString(), [](Rating& r) { r.SetRating(QString()); });
 }
 
@@ -147,53 +157,19 @@ void RatingTest::change()
     QCOMPARE(rating.EntityState(), same ? Normal : Modified);
 }
 
-void RatingTest::valuesSurviveAsText_data()
-{
-    QTest::addColumn<double>("value");
-    for (const double value : {0.1, 1.0 / 3, -0.0, 1e308, 5e-324, 9007199254740993.0, -123456789.125})
-        QTest::newRow(QByteArray::number(value).constData()) << value;
-}
-
 void RatingTest::valuesSurviveAsText()
 {
-    QFETCH(double, value);
-    Rating written;
-    written.setValue(2, segment, value);
-    written.setSummary(value, 0);
-    const Rating read = normalRating(written.JsonFromRating());
-    QVERIFY(std::equal_to<>()(read.value(2, segment), value));
-    QVERIFY(std::equal_to<>()(read.summary(0), value));
-    QVERIFY(std::isnan(read.summary(2)));
-    QVERIFY(read.hasValue(2, segment));
-    QVERIFY(!read.isEmpty());
-}
-
-void RatingTest::foreignMembersSurvive()
-{
-    Rating rating = normalRating(foreignText);
-    rating.setValue(0, QStringLiteral("s"), 7);
-    rating.setValue(0, QStringLiteral("t"), 8);
-    rating.removeValue(0, QStringLiteral("s"));
-    rating.removeValue(0, QStringLiteral("t"));
-    rating.setSummary(none, 0);
-    // The text is no value, and so not removed as one.
-    rating.removeValue(0, QStringLiteral("note"));
-    QVERIFY(rating.isEmpty());
-    QCOMPARE(rating.JsonFromRating(),
-             QStringLiteral(R"({"big":4294967296,"maker":{"phases":[1,null]},)"
-                            R"("phases":{"0":{"color":[true],"segments":{"note":"text"}},"list":[]}})"));
-}
-
-void RatingTest::removingWhatWasSetLeavesNothing()
-{
-    Rating rating = normalRating(QStringLiteral("{}"));
-    rating.setValue(0, segment, 1);
-    rating.setSummary(2, 0);
-    rating.removeValue(0, segment);
-    QVERIFY(!rating.isEmpty());
-    rating.setSummary(none, 0);
-    QVERIFY(rating.isEmpty());
-    QCOMPARE(rating.JsonFromRating(), QStringLiteral("{}"));
+    for (const double value : {0.1, 1.0 / 3, -0.0, 1e308, 5e-324, 9007199254740993.0, -123456789.125}) {
+        Rating written;
+        written.setValue(2, segment, value);
+        written.setSummary(value, 0);
+        const Rating read = normalRating(written.JsonFromRating());
+        QVERIFY(std::equal_to<>()(read.value(2, segment), value));
+        QVERIFY(std::equal_to<>()(read.summary(0), value));
+        QVERIFY(std::isnan(read.summary(2)));
+        QVERIFY(read.hasValue(2, segment));
+        QVERIFY(!read.isEmpty());
+    }
 }
 
 void RatingTest::keysAreThoseWithValues()

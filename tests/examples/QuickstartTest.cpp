@@ -54,8 +54,9 @@ private Q_SLOTS:
         const Run first = quickstart(database.name());
         QCOMPARE(first.error, QString());
         QCOMPARE(first.exitCode, 0);
-        for (const char* part : {"Schema of CablesVersion: 1.3.9", "Cable K-17: 20.0 kV, 1280.0 m", "image 160 x 120 px",
-                                 "HeatShrink joint", "12 events", "250 pC", "which now has 1 cable, 7 segments"})
+        for (const char* part :
+             {"Schema of CablesVersion: 1.3.9", "Cable K-17: 20.0 kV, 1280.0 m", "image 160 x 120 px",
+              "HeatShrink joint", "12 events", "250 pC", "which now has 1 cable, 7 segments"})
             QVERIFY2(first.output.contains(QLatin1String(part)), part);
         QCOMPARE(quickstart(database.name()).output, first.output);
 

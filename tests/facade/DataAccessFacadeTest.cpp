@@ -110,8 +110,8 @@ private Q_SLOTS:
         const auto facade = DataAccessFacade::Instance();
         const QSignalSpy unknown(facade.get(), &DataAccessFacade::unknownDB);
         const LogCapture log;
-        const int threads = threadCount();
         QVERIFY_EXCEPTION_THROWN(facade->AddDatabase(nullptr), std::invalid_argument);
+        const int threads = threadCount();
         const auto config = database.config();
         for (int round = 0; round < 2; ++round)
             QVERIFY(!facade->AddDatabase(config));
@@ -166,7 +166,8 @@ private Q_SLOTS:
         QVERIFY(onItsThread.Result());
         manager->dbWorker()->insert([](Interfaces::IDatabase&) { QThread::msleep(50); });
         std::vector<std::unique_ptr<Database::Task<bool>>> tasks;
-        for (int i = 0; i < 20; ++i)
+        tasks.reserve(20);
+        while (tasks.size() < 20)
             tasks.emplace_back(owners->InsertAsync({makeOwner()}));
         const auto context = manager->CableContext();
         facade->RemoveDatabase(config);
@@ -227,6 +228,7 @@ private Q_SLOTS:
         std::vector<std::thread> threads;
         constexpr int count = 8;
         constexpr int rounds = 5;
+        threads.reserve(count);
         for (int i = 0; i < count; ++i) {
             threads.emplace_back([&, i] {
                 for (int round = 0; round < rounds; ++round) {

@@ -34,7 +34,7 @@ QSet<QUuid> idsIn(const QJsonObject& tables, const QString& table)
     const QJsonObject data = tables.value(table).toObject().value(QStringLiteral("data")).toObject();
     QSet<QUuid> ids;
     // The number of the row comes before the columns.
-    for (const QJsonValue& row : data.value(QStringLiteral("rows")).toArray())
+    for (const auto& row : data.value(QStringLiteral("rows")).toArray())
         ids.insert(QUuid(row.toArray().at(1).toString()));
     return ids;
 }

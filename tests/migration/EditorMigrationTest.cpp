@@ -1,9 +1,9 @@
+#include "database/ExecutionException.h"
 #include "database/IDatabase.h"
-#include "migration/EditorFixture.h"
+#include "migration/MigrationFixture.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "support/FileLocker.h"
 #include "support/LogCapture.h"
-#include "support/TestDatabase.h"
 #include "support/TestMain.h"
 
 #include <QElapsedTimer>
@@ -11,6 +11,9 @@
 #include <QTest>
 
 #include <functional>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <utility>
 
 using namespace DataAccess;
@@ -22,38 +25,19 @@ namespace {
 const QString category = QStringLiteral("qor.migration.editor");
 const QString defaults = QStringLiteral("feature_defaults");
 
-/// A database, its worker and the manager under test.
-struct Opened
-{
-    Opened() { manager.setDbWorker(worker.get()); }
-
-    TestDatabase database;
-    RunningWorker worker{database.config()};
-    EditorMigrationManager manager;
-};
-
-/// Adds a case for each backend.
-template <typename... Values>
-void addCase(const QString& name, const Values&... values)
-{
-    for (const auto backend : {Enumerations::SQLite3, Enumerations::Postgres}) {
-        QTestData& row =
-            QTest::addRow("%s, %s", backend == Enumerations::SQLite3 ? "SQLite" : "PostgreSQL", qPrintable(name));
-        row << static_cast<int>(backend);
-        (row << ... << values);
-    }
-}
+using Opened = MigrationFixture::Opened<EditorMigrationManager>;
+using MigrationFixture::addCase;
 
 /// Lets the step that reaches @p version run, and nothing after it: the version cannot be stored.
 void migrateWithoutVersion(Opened& opened, int version)
 {
     const QString condition = QStringLiteral("NEW.value = '%1'").arg(version);
-    EditorFixture::forbid(opened.worker, QStringLiteral("INSERT"), defaults, condition);
-    EditorFixture::forbid(opened.worker, QStringLiteral("UPDATE"), defaults, condition);
+    MigrationFixture::forbid(opened.worker, QStringLiteral("INSERT"), defaults, condition);
+    MigrationFixture::forbid(opened.worker, QStringLiteral("UPDATE"), defaults, condition);
     QVERIFY(!opened.manager.Migrate());
     QCOMPARE(opened.manager.DbVersion(), static_cast<quint32>(version - 1));
-    EditorFixture::allow(opened.worker, QStringLiteral("INSERT"), defaults);
-    EditorFixture::allow(opened.worker, QStringLiteral("UPDATE"), defaults);
+    MigrationFixture::allow(opened.worker, QStringLiteral("INSERT"), defaults);
+    MigrationFixture::allow(opened.worker, QStringLiteral("UPDATE"), defaults);
 }
 
 } // namespace
@@ -74,6 +58,7 @@ private Q_SLOTS:
     void givesUpWhenAnotherProgramMigrates_data() { addBackends(); }
     void givesUpWhenAnotherProgramMigrates();
     void survivesWithoutDatabase();
+    void asksASilentServerOnce();
     void takesNoLockedFileForAFreshOne();
 };
 
@@ -82,7 +67,7 @@ void EditorMigrationTest::migratesFromEveryVersion_data()
     QTest::addColumn<int>("backend");
     QTest::addColumn<int>("version");
     QTest::addColumn<bool>("withCableBook");
-    for (int version = EditorFixture::emptyVersion; version < 9; ++version) {
+    for (int version = MigrationFixture::emptyVersion; version < 9; ++version) {
         addCase(QStringLiteral("version %1, each step twice").arg(version), version, false);
         addCase(QStringLiteral("version %1, cable book").arg(version), version, true);
     }
@@ -92,10 +77,10 @@ void EditorMigrationTest::migratesFromEveryVersion()
 {
     QFETCH(int, version);
     QFETCH(bool, withCableBook);
-    const auto cableBook = withCableBook ? EditorFixture::With : EditorFixture::Without;
+    const auto cableBook = withCableBook ? MigrationFixture::With : MigrationFixture::Without;
     const LogCapture log;
     Opened opened;
-    EditorFixture::create(opened.worker, version, cableBook);
+    MigrationFixture::create(opened.worker, MigrationFixture::Editor, version, cableBook);
     const auto from = static_cast<quint32>(qMax(version, 0));
     QCOMPARE(opened.manager.MigrationSteps(), 9 - from);
     // In an empty database there is no table yet that could refuse a version.
@@ -103,7 +88,7 @@ void EditorMigrationTest::migratesFromEveryVersion()
         migrateWithoutVersion(opened, step);
     QVERIFY(opened.manager.Migrate());
     QCOMPARE(opened.manager.DbVersion(), 9U);
-    QCOMPARE(EditorFixture::faults(opened.worker, version, cableBook), QStringList());
+    QCOMPARE(MigrationFixture::faults(opened.worker, MigrationFixture::Editor, version, cableBook), QStringList());
     QVERIFY(log.contains(QStringLiteral("Migrate FROM: %1 TO 9").arg(from)));
     QCOMPARE(log.contains(QStringLiteral("FOREIGN KEY(mid) REFERENCES measures(id)")),
              opened.database.type() == Enumerations::Postgres && !withCableBook && version != 0 && version < 5);
@@ -116,9 +101,9 @@ void EditorMigrationTest::migratesFromEveryVersion()
 
     // Each row's schema is compared with that of the first, which began with an empty database.
     static QMap<QPair<int, bool>, QStringList> fresh;
-    const QStringList schema = EditorFixture::schema(opened.worker);
+    const QStringList schema = MigrationFixture::schema(opened.worker);
     QStringList& expected = fresh[{opened.database.type(), withCableBook}];
-    if (version == EditorFixture::emptyVersion)
+    if (version == MigrationFixture::emptyVersion)
         expected = schema;
     QCOMPARE(schema, expected);
 
@@ -130,18 +115,18 @@ void EditorMigrationTest::migratesFromEveryVersion()
 void EditorMigrationTest::givesEachSegmentItsDetail()
 {
     Opened opened;
-    EditorFixture::create(opened.worker, 1, EditorFixture::Without);
+    MigrationFixture::create(opened.worker, MigrationFixture::Editor, 1, MigrationFixture::Without);
     migrateWithoutVersion(opened, 2);
     migrateWithoutVersion(opened, 3);
     const QString section = QStringLiteral("{3308519a-3368-40fb-8371-9b4e39bf4cb2}");
-    QCOMPARE(EditorFixture::rows(opened.worker,
-                                 QStringLiteral("SELECT s.id, d.name, d.velocity, d.insulation, d.type, d.favorite, "
-                                                "d.snap, d.deleted, d.timestamp FROM ce_segment AS s "
-                                                "JOIN ce_segment_detail AS d ON d.id = s.detail ORDER BY s.id")),
+    QCOMPARE(MigrationFixture::rows(opened.worker,
+                                    QStringLiteral("SELECT s.id, d.name, d.velocity, d.insulation, d.type, d.favorite, "
+                                                   "d.snap, d.deleted, d.timestamp FROM ce_segment AS s "
+                                                   "JOIN ce_segment_detail AS d ON d.id = s.detail ORDER BY s.id")),
              QStringLiteral("x1|S \"1\"|170|i1|%1|0|0|1|2020-03-08 02:30:00.123; x2|NULL|NULL|i2|%1|0|NULL|NULL|NULL; "
                             "x3|lost|160|i9|%1|0|0|0|NULL; x4|joint|0|NULL|j1|0|0|0|NULL")
                  .arg(section));
-    QCOMPARE(EditorFixture::rows(opened.worker, QStringLiteral("SELECT count(*) FROM ce_segment_detail")),
+    QCOMPARE(MigrationFixture::rows(opened.worker, QStringLiteral("SELECT count(*) FROM ce_segment_detail")),
              QStringLiteral("4"));
 }
 
@@ -177,28 +162,29 @@ void EditorMigrationTest::leavesNothingOfAFailedStep()
     QFETCH(QString, removal);
     const QString deletion = QStringLiteral("DELETE");
     Opened opened;
-    EditorFixture::create(opened.worker, version, EditorFixture::With);
+    MigrationFixture::create(opened.worker, MigrationFixture::Editor, version, MigrationFixture::With);
     if (removal.isEmpty())
-        EditorFixture::forbid(opened.worker, deletion, obstacle);
+        MigrationFixture::forbid(opened.worker, deletion, obstacle);
     else
-        EditorFixture::execute(opened.worker, {obstacle});
-    const QStringList schema = EditorFixture::schema(opened.worker);
-    const QStringList content = EditorFixture::content(opened.worker);
+        MigrationFixture::execute(opened.worker, {obstacle});
+    const QStringList schema = MigrationFixture::schema(opened.worker);
+    const QStringList content = MigrationFixture::content(opened.worker);
     const LogCapture log;
     QVERIFY(!opened.manager.Migrate());
     QCOMPARE(opened.manager.DbVersion(), static_cast<quint32>(version));
-    QCOMPARE(EditorFixture::schema(opened.worker), schema);
-    QCOMPARE(EditorFixture::content(opened.worker), content);
+    QCOMPARE(MigrationFixture::schema(opened.worker), schema);
+    QCOMPARE(MigrationFixture::content(opened.worker), content);
     static const char* const steps[] = {"Cables_01",     "Cables_02", "Cables_03", "Cables_04", "Evaluation_01",
                                         "Evaluation_02", "Cables_05", "Cables_06", "Cables_07"};
     QVERIFY(log.messages(QtWarningMsg, category).last().contains(QLatin1String(steps[version])));
 
     if (removal.isEmpty())
-        EditorFixture::allow(opened.worker, deletion, obstacle);
+        MigrationFixture::allow(opened.worker, deletion, obstacle);
     else
-        EditorFixture::execute(opened.worker, {removal});
+        MigrationFixture::execute(opened.worker, {removal});
     QVERIFY(opened.manager.Migrate());
-    QCOMPARE(EditorFixture::faults(opened.worker, version, EditorFixture::With), QStringList());
+    QCOMPARE(MigrationFixture::faults(opened.worker, MigrationFixture::Editor, version, MigrationFixture::With),
+             QStringList());
 }
 
 void EditorMigrationTest::readsStoredVersions_data()
@@ -229,23 +215,28 @@ void EditorMigrationTest::readsStoredVersions()
     QFETCH(quint32, steps);
     QFETCH(bool, migrates);
     Opened opened;
-    EditorFixture::create(opened.worker, 8, EditorFixture::With);
+    MigrationFixture::create(opened.worker, MigrationFixture::Editor, 8, MigrationFixture::With);
     if (change.contains(QLatin1String("features")))
-        EditorFixture::execute(opened.worker, {QStringLiteral("DELETE FROM feature_defaults")});
-    EditorFixture::execute(opened.worker, {change});
-    const QStringList before = EditorFixture::content(opened.worker);
+        MigrationFixture::execute(opened.worker, {QStringLiteral("DELETE FROM feature_defaults")});
+    MigrationFixture::execute(opened.worker, {change});
+    const QStringList before = MigrationFixture::content(opened.worker);
+    const auto isNewer = [&] { return opened.worker.run(&EditorMigrationManager::isNewerThanThisBuild); };
+    if (change.contains(QLatin1String("RENAME")))
+        QVERIFY_EXCEPTION_THROWN(isNewer(), Exceptions::ExecutionException);
+    else
+        QCOMPARE(isNewer(), version > 9);
     QCOMPARE(opened.manager.DbVersion(), version);
     QCOMPARE(opened.manager.MigrationSteps(), steps);
     QCOMPARE(opened.manager.Migrate(), migrates);
     if (migrates) {
         QCOMPARE(opened.manager.DbVersion(), opened.manager.ExpectedVersion());
-        QCOMPARE(EditorFixture::rows(opened.worker,
-                                     QStringLiteral("SELECT count(*) FROM features AS f JOIN feature_defaults AS d "
-                                                    "ON d.featureid = f.id WHERE name = 'CablesVersion' AND "
-                                                    "module = '' AND type = 'I' AND NOT admin = (1 = 1)")),
+        QCOMPARE(MigrationFixture::rows(opened.worker,
+                                        QStringLiteral("SELECT count(*) FROM features AS f JOIN feature_defaults AS d "
+                                                       "ON d.featureid = f.id WHERE name = 'CablesVersion' AND "
+                                                       "module = '' AND type = 'I' AND NOT admin = (1 = 1)")),
                  QStringLiteral("1"));
     } else {
-        QCOMPARE(EditorFixture::content(opened.worker), before);
+        QCOMPARE(MigrationFixture::content(opened.worker), before);
     }
 }
 
@@ -253,15 +244,15 @@ void EditorMigrationTest::readsStoredVersions()
 void EditorMigrationTest::givesUpWhenAnotherProgramMigrates()
 {
     Opened opened;
-    EditorFixture::create(opened.worker, 1, EditorFixture::With);
+    MigrationFixture::create(opened.worker, MigrationFixture::Editor, 1, MigrationFixture::With);
     RunningWorker otherWorker(opened.database.config());
     EditorMigrationManager other;
     other.setDbWorker(otherWorker.get());
     static std::function<void()> interlude;
     interlude = [&] {
         QVERIFY(other.Migrate());
-        EditorFixture::execute(otherWorker,
-                               {QStringLiteral("INSERT INTO ce_insulation (id, name) VALUES ('i', 'PE')")});
+        MigrationFixture::execute(otherWorker,
+                                  {QStringLiteral("INSERT INTO ce_insulation (id, name) VALUES ('i', 'PE')")});
     };
     const QtMessageHandler handler = [](QtMsgType, const QMessageLogContext&, const QString& text) {
         if (text.contains(QLatin1String("Migrate FROM:")) && interlude)
@@ -273,7 +264,7 @@ void EditorMigrationTest::givesUpWhenAnotherProgramMigrates()
     QVERIFY(!migrated);
     QVERIFY(!interlude);
     QCOMPARE(opened.manager.DbVersion(), 9U);
-    QCOMPARE(EditorFixture::rows(opened.worker, QStringLiteral("SELECT name FROM ce_insulation")),
+    QCOMPARE(MigrationFixture::rows(opened.worker, QStringLiteral("SELECT name FROM ce_insulation")),
              QStringLiteral("PE"));
 }
 
@@ -310,6 +301,30 @@ void EditorMigrationTest::survivesWithoutDatabase()
     }
 }
 
+/// It accepts connections and says nothing, like a machine behind a broken network.
+void EditorMigrationTest::asksASilentServerOnce()
+{
+    const LogCapture log;
+    const int server = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    QVERIFY(::bind(server, reinterpret_cast<sockaddr*>(&address), size) == 0 && ::listen(server, 10) == 0);
+    QVERIFY(::getsockname(server, reinterpret_cast<sockaddr*>(&address), &size) == 0);
+    const auto config = serverConfig(QStringLiteral("none"));
+    config->SetHostName(QStringLiteral("127.0.0.1"));
+    config->SetPort(ntohs(address.sin_port));
+    const RunningWorker worker(config);
+    EditorMigrationManager manager;
+    manager.setDbWorker(worker.get());
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!manager.WaitForConnected());
+    QVERIFY2(timer.elapsed() < 7000, qPrintable(QString::number(timer.elapsed())));
+    ::close(server);
+}
+
 void EditorMigrationTest::takesNoLockedFileForAFreshOne()
 {
     const LogCapture log;
@@ -317,7 +332,7 @@ void EditorMigrationTest::takesNoLockedFileForAFreshOne()
     RunningWorker worker(database.config());
     EditorMigrationManager manager;
     manager.setDbWorker(worker.get());
-    EditorFixture::create(worker, 1, EditorFixture::With);
+    MigrationFixture::create(worker, MigrationFixture::Editor, 1, MigrationFixture::With);
     {
         const FileLocker locker(database.name());
         QVERIFY(locker.isHeld());

@@ -1,7 +1,6 @@
-#include "migration/EditorFixture.h"
+#include "migration/MigrationFixture.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "support/LogCapture.h"
-#include "support/TestDatabase.h"
 #include "support/TestMain.h"
 
 #include <QProcess>
@@ -25,11 +24,11 @@ void MigrationCrashTest::completesWhatWasKilled()
     const LogCapture log;
     TestDatabase database;
     RunningWorker worker(database.config());
-    EditorFixture::create(worker, 1, EditorFixture::With);
+    MigrationFixture::create(worker, MigrationFixture::Editor, 1, MigrationFixture::With);
     const QString numbers =
         QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100) "
                        "SELECT i FROM n");
-    EditorFixture::execute(
+    MigrationFixture::execute(
         worker, {QStringLiteral("INSERT INTO ce_cable (id, voltage, switchgeara, switchgearb) "
                                 "SELECT 'many' || i, 5, 'g1', 'g1' FROM (%1) AS numbers")
                      .arg(numbers),
@@ -58,15 +57,15 @@ void MigrationCrashTest::completesWhatWasKilled()
     manager.setDbWorker(worker.get());
     QCOMPARE(manager.DbVersion(), manager.ExpectedVersion());
     const QString many = QStringLiteral(" WHERE id LIKE 'many%'");
-    QCOMPARE(EditorFixture::rows(worker, QStringLiteral("SELECT count(*), sum(voltage) FROM ce_cable") + many),
+    QCOMPARE(MigrationFixture::rows(worker, QStringLiteral("SELECT count(*), sum(voltage) FROM ce_cable") + many),
              QStringLiteral("100|500000"));
-    QCOMPARE(EditorFixture::rows(worker, QStringLiteral("SELECT count(*), sum(length), min(detail), max(detail) "
-                                                        "FROM ce_segment") +
-                                             many),
+    QCOMPARE(MigrationFixture::rows(worker, QStringLiteral("SELECT count(*), sum(length), min(detail), max(detail) "
+                                                           "FROM ce_segment") +
+                                                many),
              QStringLiteral("100|5050|{e4ceb74c-b03e-409d-8493-fd7aaa01162e}|{e4ceb74c-b03e-409d-8493-fd7aaa01162e}"));
-    EditorFixture::execute(
+    MigrationFixture::execute(
         worker, {QStringLiteral("DELETE FROM ce_cable") + many, QStringLiteral("DELETE FROM ce_segment") + many});
-    QCOMPARE(EditorFixture::faults(worker, 1, EditorFixture::With), QStringList());
+    QCOMPARE(MigrationFixture::faults(worker, MigrationFixture::Editor, 1, MigrationFixture::With), QStringList());
 }
 
 DATAACCESS_TEST(MigrationCrashTest)

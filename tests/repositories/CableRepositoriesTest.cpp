@@ -80,6 +80,28 @@ private Q_SLOTS:
         QCOMPARE(owners.Count(), 3U);
     }
 
+    void aLargeBatchLeavesTheConnectionAsItWas_data() { TestSupport::addBackends(); }
+    void aLargeBatchLeavesTheConnectionAsItWas()
+    {
+        EditorDatabase database;
+        auto owners = database.repository<Repositories::OwnerRepository>();
+        const QString setting = database.type() == DataAccess::Enumerations::Postgres
+                                    ? QStringLiteral("SHOW work_mem")
+                                    : QStringLiteral("PRAGMA cache_size");
+        const QVariant before = database.value(setting);
+        std::vector<std::shared_ptr<Owner>> batch;
+        for (int i = 0; i < 2000; ++i)
+            batch.push_back(makeOwner(QString::number(i)));
+        QVERIFY(owners.Insert(batch));
+        const LogCapture log;
+        QVERIFY(!owners.Insert(batch));
+        QVERIFY(owners.Delete(batch));
+        QCOMPARE(owners.Count(), 2000U);
+        QVERIFY(owners.Remove(batch));
+        QCOMPARE(owners.Count(), 0U);
+        QCOMPARE(database.value(setting), before);
+    }
+
     void aRowThatCannotBeDeletedDoesNotStopTheOthers_data() { TestSupport::addBackends(); }
     void aRowThatCannotBeDeletedDoesNotStopTheOthers()
     {

@@ -64,7 +64,7 @@ struct Values
             return values;
         }();
         static const QByteArray arrays[count] = {
-            all, QByteArray(), QByteArray("NULL"), all.repeated(4096), QByteArray("\\x41"), QByteArray(1, '\0')};
+            all, QByteArray(), QByteArray(""), all.repeated(4096), QByteArray("\\x41"), QByteArray(1, '\0')};
         return arrays[i];
     }
     static bool flag(int i) { return i % 2 == 0; }

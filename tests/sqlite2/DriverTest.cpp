@@ -89,8 +89,6 @@ private Q_SLOTS:
     void initTestCase();
     void content_data() { addSoundDatabases(); }
     void content();
-    void schema_data() { addSoundDatabases(); }
-    void schema();
     void registersOnce();
     void boundValues();
     void changesLast();
@@ -98,6 +96,10 @@ private Q_SLOTS:
     void failedStatement();
     void anotherThread();
     void queriesOutliveTheirConnection();
+
+private:
+    static void checkRows(Connection& connection, const QString& select, const QJsonValue& data);
+    static void checkColumns(Connection& connection, const QString& table, const QJsonArray& columns);
 };
 
 void DriverTest::initTestCase()
@@ -112,54 +114,46 @@ void DriverTest::content()
     const QJsonObject expected = expectedContent(name);
     Connection connection(legacy);
     QVERIFY2(connection->open(), qPrintable(connection->lastError().text()));
-    for (const char* const kind : {"tables", "views"}) {
-        const QJsonObject relations = expected[QLatin1String(kind)].toObject();
-        for (auto relation = relations.begin(); relation != relations.end(); ++relation) {
-            const bool isTable = qstrcmp(kind, "tables") == 0;
-            const QJsonValue data = isTable ? relation.value()[QLatin1String("data")] : relation.value();
-            const QJsonArray columns = data[QLatin1String("result_columns")].toArray();
-            const QJsonArray rows = data[QLatin1String("rows")].toArray();
-            QSqlQuery query =
-                connection.query(QStringLiteral("SELECT %1* FROM %2%3")
-                                     .arg(isTable ? QStringLiteral("rowid, ") : QString(), quoted(relation.key()),
-                                          isTable ? QStringLiteral(" ORDER BY rowid") : QString()));
-            for (const QJsonValue row : rows) {
-                QVERIFY(query.next());
-                QCOMPARE(query.record().count(), columns.size());
-                for (int i = 0; i < columns.size(); ++i) {
-                    const QString type = columns[i][1].toString();
-                    QVERIFY2(isSame(query.value(i), row[i], type),
-                             qPrintable(relation.key() + QLatin1Char(' ') + query.value(i).toString()));
-                }
-            }
-            QVERIFY(!query.next());
-        }
+    const QJsonObject tables = expected[QLatin1String("tables")].toObject();
+    const QJsonObject views = expected[QLatin1String("views")].toObject();
+    QCOMPARE(sorted(connection->tables()), sorted(tables.keys()));
+    QCOMPARE(connection->tables(QSql::Views), views.keys());
+    for (auto table = tables.begin(); table != tables.end(); ++table) {
+        checkColumns(connection, table.key(), table.value()[QLatin1String("columns")].toArray());
+        const QString select = QStringLiteral("SELECT rowid, * FROM %1 ORDER BY rowid");
+        checkRows(connection, select.arg(quoted(table.key())), table.value()[QLatin1String("data")]);
     }
+    for (auto view = views.begin(); view != views.end(); ++view)
+        checkRows(connection, QStringLiteral("SELECT * FROM ") + quoted(view.key()), view.value());
     connection->close();
     QVERIFY(legacy.isUnchanged());
 }
 
-void DriverTest::schema()
+void DriverTest::checkRows(Connection& connection, const QString& select, const QJsonValue& data)
 {
-    QFETCH(QString, name);
-    const LegacyCopy legacy(name + QLatin1String(".db"));
-    const QJsonObject expected = expectedContent(name);
-    const QJsonObject tables = expected[QLatin1String("tables")].toObject();
-    Connection connection(legacy);
-    QVERIFY(connection->open());
-    QCOMPARE(sorted(connection->tables()), sorted(tables.keys()));
-    QCOMPARE(connection->tables(QSql::Views), expected[QLatin1String("views")].toObject().keys());
-    for (auto table = tables.begin(); table != tables.end(); ++table) {
-        const QJsonArray columns = table.value()[QLatin1String("columns")].toArray();
-        const QSqlRecord record = connection->record(table.key());
-        const QSqlIndex key = connection->primaryIndex(table.key());
-        QCOMPARE(record.count(), columns.size());
-        for (int i = 0; i < columns.size(); ++i) {
-            const QString column = columns[i][1].toString();
-            QCOMPARE(record.fieldName(i), column);
-            QCOMPARE(record.field(i).requiredStatus() == QSqlField::Required, columns[i][3] != QLatin1String("0"));
-            QCOMPARE(key.contains(column), columns[i][5] == QLatin1String("1"));
-        }
+    const QJsonArray columns = data[QLatin1String("result_columns")].toArray();
+    const QJsonArray rows = data[QLatin1String("rows")].toArray();
+    QSqlQuery query = connection.query(select);
+    for (const QJsonValue row : rows) {
+        QVERIFY(query.next());
+        QCOMPARE(query.record().count(), columns.size());
+        for (int i = 0; i < columns.size(); ++i)
+            QVERIFY2(isSame(query.value(i), row[i], columns[i][1].toString()),
+                     qPrintable(select + QLatin1Char(' ') + query.value(i).toString()));
+    }
+    QVERIFY(!query.next());
+}
+
+void DriverTest::checkColumns(Connection& connection, const QString& table, const QJsonArray& columns)
+{
+    const QSqlRecord record = connection->record(table);
+    const QSqlIndex key = connection->primaryIndex(table);
+    QCOMPARE(record.count(), columns.size());
+    for (int i = 0; i < columns.size(); ++i) {
+        const QString column = columns[i][1].toString();
+        QCOMPARE(record.fieldName(i), column);
+        QCOMPARE(record.field(i).requiredStatus() == QSqlField::Required, columns[i][3] != QLatin1String("0"));
+        QCOMPARE(key.contains(column), columns[i][5] == QLatin1String("1"));
     }
 }
 

@@ -14,9 +14,7 @@ QString fixturePath(const QString& name);
 QByteArray fileBytes(const QString& path);
 /// What the library that made NAME.db said of its content: NAME.json.
 QJsonObject expectedContent(const QString& name);
-/// The NAMEs of the sound databases, NAME.db in the folder of the fixtures.
-QStringList soundDatabases();
-/// A row a sound database, with its name in the column "name".
+/// A row for each sound database NAME.db in the folder of the fixtures, with its NAME in the column "name".
 void addSoundDatabases();
 
 /// A copy of a fixture in a folder of its own, where a driver may put its working copy.

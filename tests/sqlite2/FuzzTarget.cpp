@@ -40,12 +40,16 @@ qint64 TestSupport::readLegacyInput(const QByteArray& input, CopyWriter* writer)
     file.open(QIODevice::ReadOnly);
     journal.open(QIODevice::ReadOnly);
     try {
-        const FileImage image(file, journalAt < 0 ? nullptr : &journal);
+        const auto image = [&] {
+            file.seek(0);
+            journal.seek(0);
+            return FileImage(file, journalAt < 0 ? nullptr : &journal);
+        };
         if (writer != nullptr) {
-            LegacyFile legacy(image);
+            LegacyFile legacy(image());
             writer->write(legacy, QByteArray());
         }
-        LegacyFile legacy(image);
+        LegacyFile legacy(image());
         qint64 count = 0;
         for (const LegacyFile::Table& table : legacy.tables())
             count += readRows(legacy, table);

@@ -66,7 +66,7 @@ void CopyWriter::write(LegacyFile& file, const QByteArray& fingerprint)
     exec("PRAGMA synchronous=OFF");
     // Enough for the indexes that are written out of order, in proportion to the file: more costs memory, less time.
     static_assert(FileImage::pageSize == 1024);
-    const quint32 kibibytes = std::max(smallestCache, file.pageCount() / 4);
+    const quint32 kibibytes = std::max(smallestCache, file.pageCount() / 8);
     exec("PRAGMA cache_size=-" + QByteArray::number(kibibytes));
     exec("BEGIN");
     const QByteArray origin = originTable.toUtf8();

@@ -3,13 +3,9 @@
 #include "database/sqlite2/HotJournal.h"
 #include "database/sqlite2/LegacyFileError.h"
 
-#include <QByteArray>
-#include <QIODevice>
 #include <QtEndian>
 
-#include <algorithm>
 #include <cstring>
-#include <limits>
 
 namespace DataAccess::Database::Sqlite2 {
 
@@ -24,64 +20,48 @@ constexpr size_t formatOffset = 64;
 constexpr quint32 newestFormat = 4;
 
 template <size_t Size>
-bool beginsWith(const std::vector<uchar>& bytes, const char (&text)[Size])
+bool beginsWith(const FilePages& file, const char (&text)[Size])
 {
-    return bytes.size() >= Size && std::memcmp(bytes.data(), text, Size) == 0;
-}
-
-std::vector<uchar> readAll(QIODevice& file)
-{
-    const qint64 size = file.size();
-    if (size / FileImage::pageSize > std::numeric_limits<qint32>::max())
-        throw LegacyFileError(QStringLiteral("it is too large for a SQLite 2 database"));
-    std::vector<uchar> bytes(static_cast<size_t>(size));
-    qint64 done = 0;
-    while (done < size) {
-        const qint64 count = file.read(reinterpret_cast<char*>(bytes.data()) + done, size - done);
-        if (count <= 0)
-            throw LegacyFileError(QStringLiteral("it can't be read to its end: %1").arg(file.errorString()));
-        done += count;
-    }
-    return bytes;
+    return file.size() >= qint64(Size) && std::memcmp(file.page(1), text, Size) == 0;
 }
 
 } // namespace
 
 FileImage::FileImage(QIODevice& file, QIODevice* journal)
-    : m_bytes(readAll(file))
+    : m_pages(file)
 {
     if (journal != nullptr)
-        HotJournal::undo(m_bytes, *journal);
-    if (!m_bytes.empty())
+        HotJournal::undo(m_pages, *journal);
+    if (m_pages.size() > 0)
         checkHeader();
 }
 
 void FileImage::checkHeader()
 {
-    if (beginsWith(m_bytes, successorSignature))
+    if (beginsWith(m_pages, successorSignature))
         throw LegacyFileError(QStringLiteral("it is a database of SQLite 3, not of SQLite 2"));
-    if (!beginsWith(m_bytes, signature))
+    if (!beginsWith(m_pages, signature))
         throw LegacyFileError(QStringLiteral("it is no SQLite 2 database"));
     if (pageCount() < 2)
         throw LegacyFileError(QStringLiteral("it is cut off after its first page"));
-    m_bigEndian = hasBigEndianMark(m_bytes);
-    if (u32(m_bytes.data() + byteOrderOffset) != byteOrderMark)
+    m_bigEndian = hasBigEndianMark(m_pages);
+    if (u32(m_pages.page(1) + byteOrderOffset) != byteOrderMark)
         throw LegacyFileError(QStringLiteral("its byte order is not known"));
-    const quint32 format = u32(m_bytes.data() + formatOffset);
+    const quint32 format = u32(m_pages.page(1) + formatOffset);
     if (format > newestFormat)
         throw LegacyFileError(QStringLiteral("its format %1 is not known").arg(format));
 }
 
 quint32 FileImage::pageCount() const
 {
-    return static_cast<quint32>(m_bytes.size() / pageSize);
+    return m_pages.count();
 }
 
 const uchar* FileImage::treePage(quint32 number) const
 {
     if (number < 2 || number > pageCount())
         throw LegacyFileError(QStringLiteral("it is damaged: page %1 does not exist").arg(number));
-    return m_bytes.data() + size_t(number - 1) * pageSize;
+    return m_pages.page(number);
 }
 
 quint16 FileImage::u16(const uchar* bytes) const
@@ -94,10 +74,9 @@ quint32 FileImage::u32(const uchar* bytes) const
     return m_bigEndian ? qFromBigEndian<quint32>(bytes) : qFromLittleEndian<quint32>(bytes);
 }
 
-bool FileImage::hasBigEndianMark(const std::vector<uchar>& file)
+bool FileImage::hasBigEndianMark(const FilePages& file)
 {
-    return file.size() >= byteOrderOffset + sizeof byteOrderMark &&
-           qFromBigEndian<quint32>(file.data() + byteOrderOffset) == byteOrderMark;
+    return file.count() > 0 && qFromBigEndian<quint32>(file.page(1) + byteOrderOffset) == byteOrderMark;
 }
 
 } // namespace DataAccess::Database::Sqlite2

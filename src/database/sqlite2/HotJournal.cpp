@@ -7,13 +7,11 @@
 #include <QIODevice>
 #include <QtEndian>
 
-#include <algorithm>
-
 namespace DataAccess::Database::Sqlite2 {
 
 namespace {
 
-constexpr int pageSize = FileImage::pageSize;
+constexpr int pageSize = FilePages::pageSize;
 const QByteArray signature = QByteArrayLiteral("\xd9\xd5\x05\xf9\x20\xa1\x63");
 
 /// What the header tells.
@@ -35,7 +33,7 @@ struct Layout
 };
 
 /// False when the header is not complete.
-bool readHeader(Layout& layout, const std::vector<uchar>& file, QIODevice& journal)
+bool readHeader(Layout& layout, const FilePages& file, QIODevice& journal)
 {
     constexpr int plainHeader = 12;
     constexpr int checkedHeader = 20;
@@ -66,18 +64,18 @@ bool readHeader(Layout& layout, const std::vector<uchar>& file, QIODevice& journ
 
 } // namespace
 
-void HotJournal::undo(std::vector<uchar>& file, QIODevice& journal)
+void HotJournal::undo(FilePages& file, QIODevice& journal)
 {
     Layout layout;
     if (!readHeader(layout, file, journal))
         return;
     const auto entriesInFile = static_cast<size_t>(journal.size() / layout.entrySize());
-    if (layout.oldPageCount > file.size() / pageSize + entriesInFile)
+    if (layout.oldPageCount > file.count() + entriesInFile)
         throw LegacyFileError(QStringLiteral("its journal tells of more pages than there are"));
     if (!journal.seek(layout.headerSize))
         throw LegacyFileError(QStringLiteral("its journal can't be read: %1").arg(journal.errorString()));
 
-    file.resize(size_t(layout.oldPageCount) * pageSize);
+    file.resize(layout.oldPageCount);
     for (qint64 i = 0; i < layout.entryCount; ++i) {
         const QByteArray entry = journal.read(layout.entrySize());
         if (entry.size() < layout.entrySize())
@@ -88,7 +86,7 @@ void HotJournal::undo(std::vector<uchar>& file, QIODevice& journal)
             break;
         // A page that the change had added is gone already.
         if (page <= layout.oldPageCount)
-            std::copy_n(entry.constData() + 4, pageSize, file.begin() + qptrdiff(page - 1) * pageSize);
+            file.overwrite(page, entry.constData() + 4);
     }
 }
 

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <QtGlobal>
-
-#include <vector>
-
 class QIODevice;
 
 namespace DataAccess::Database::Sqlite2 {
+
+class FilePages;
 
 /// The journal that a writer left behind when it died: the old content of the pages that it changed.
 class HotJournal
@@ -17,7 +15,7 @@ public:
      * without a complete header changes nothing: its writer had not changed the file yet. Throws LegacyFileError on a
      * damaged one.
      */
-    static void undo(std::vector<uchar>& file, QIODevice& journal);
+    static void undo(FilePages& file, QIODevice& journal);
 };
 
 } // namespace DataAccess::Database::Sqlite2

@@ -1,6 +1,5 @@
 #include "database/sqlite2/LegacyFile.h"
 
-#include "database/sqlite2/FileImage.h"
 #include "database/sqlite2/LegacyFileError.h"
 #include "database/sqlite2/LegacyText.h"
 #include "database/sqlite2/RecordDecoder.h"
@@ -35,11 +34,11 @@ quint32 pageNumber(const QByteArray& digits)
 
 } // namespace
 
-LegacyFile::LegacyFile(const FileImage& image)
-    : m_pageCount(image.pageCount())
-    , m_reader(image)
+LegacyFile::LegacyFile(FileImage image)
+    : m_image(std::move(image))
+    , m_reader(m_image)
 {
-    if (m_pageCount == 0)
+    if (pageCount() == 0)
         return;
     RecordDecoder decoder(schemaColumns);
     m_reader.readTable(schemaRoot, [&](qint64, const QByteArray& record) {
@@ -49,11 +48,11 @@ LegacyFile::LegacyFile(const FileImage& image)
             if (!value.isNull())
                 value.detach();
         }
-        addSchemaRow(image, values);
+        addSchemaRow(values);
     });
 }
 
-void LegacyFile::addSchemaRow(const FileImage& image, const QVector<QByteArray>& values)
+void LegacyFile::addSchemaRow(const QVector<QByteArray>& values)
 {
     const QByteArray& type = values.at(0);
     const QByteArray& sql = values.at(4);
@@ -68,7 +67,7 @@ void LegacyFile::addSchemaRow(const FileImage& image, const QVector<QByteArray>&
         return;
     }
     if (type == "index")
-        image.treePage(root);
+        m_image.treePage(root);
     else
         require(type == "view" || type == "trigger", "an object is of an unknown kind");
     // Automatic indexes have no statement: those of a table come with its constraints.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/sqlite2/FileImage.h"
 #include "database/sqlite2/TableDefinition.h"
 #include "database/sqlite2/TreeReader.h"
 
@@ -9,8 +10,6 @@
 #include <vector>
 
 namespace DataAccess::Database::Sqlite2 {
-
-class FileImage;
 
 /// The tables, rows and other objects of a legacy file.
 class LegacyFile
@@ -34,10 +33,12 @@ public:
     /// Gets a row's id and the values of its columns as stored, null for NULL; they are valid during the call.
     using RowHandler = std::function<void(qint64 rowId, const QVector<QByteArray>& values)>;
 
-    /// Reads the schema. @p image must outlive the object. Throws LegacyFileError.
-    explicit LegacyFile(const FileImage& image);
+    /// Reads the schema. Throws LegacyFileError.
+    explicit LegacyFile(FileImage image);
+    LegacyFile(const LegacyFile&) = delete;
+    LegacyFile& operator=(const LegacyFile&) = delete;
 
-    quint32 pageCount() const { return m_pageCount; }
+    quint32 pageCount() const { return m_image.pageCount(); }
     /// In the order of their creation.
     const std::vector<Table>& tables() const { return m_tables; }
     /// In the order of their creation, without the indexes that belong to a constraint.
@@ -48,9 +49,9 @@ public:
     void readRows(const Table& table, const RowHandler& handler);
 
 private:
-    void addSchemaRow(const FileImage& image, const QVector<QByteArray>& values);
+    void addSchemaRow(const QVector<QByteArray>& values);
 
-    quint32 m_pageCount;
+    FileImage m_image;
     TreeReader m_reader;
     std::vector<Table> m_tables;
     std::vector<Object> m_objects;

@@ -1,7 +1,5 @@
 #include "database/sqlite2/LegacyText.h"
 
-#include <QString>
-
 #include <algorithm>
 #include <array>
 
@@ -54,6 +52,26 @@ bool isUtf8(const QByteArray& bytes)
     return true;
 }
 
+ushort fromWindows(uchar c)
+{
+    return c >= 0x80 && c < 0xa0 ? windowsCharacters[c - 0x80] : c;
+}
+
+void appendUtf8(QByteArray& text, ushort character)
+{
+    if (character < 0x80) {
+        text += static_cast<char>(character);
+        return;
+    }
+    if (character < 0x800) {
+        text += static_cast<char>(0xc0 | character >> 6);
+    } else {
+        text += static_cast<char>(0xe0 | character >> 12);
+        text += static_cast<char>(0x80 | (character >> 6 & 0x3f));
+    }
+    text += static_cast<char>(0x80 | (character & 0x3f));
+}
+
 char asciiLower(char c)
 {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -65,12 +83,13 @@ QByteArray LegacyText::toUtf8(const QByteArray& bytes)
 {
     if (isUtf8(bytes))
         return bytes;
-    QString text = QString::fromLatin1(bytes);
-    for (QChar& c : text) {
-        if (c.unicode() >= 0x80 && c.unicode() < 0xa0)
-            c = QChar(windowsCharacters[c.unicode() - 0x80]);
-    }
-    return text.toUtf8();
+    // Without the detour over UTF-16, which for a large text takes several times its size.
+    const auto others = std::count_if(bytes.begin(), bytes.end(), [](char c) { return static_cast<uchar>(c) >= 0x80; });
+    QByteArray text;
+    text.reserve(bytes.size() + 2 * static_cast<int>(others));
+    for (const char c : bytes)
+        appendUtf8(text, fromWindows(static_cast<uchar>(c)));
+    return text;
 }
 
 bool LegacyText::sameWord(const QByteArray& left, const QByteArray& right)

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace DataAccess::Database::Sqlite2 {
 
@@ -54,7 +55,7 @@ struct TreeReader::Cell
     }
 };
 
-TreeReader::TreeReader(const FileImage& image)
+TreeReader::TreeReader(FileImage& image)
     : m_image(image)
     , m_used(size_t(image.pageCount()) + 1)
 {}
@@ -124,7 +125,8 @@ QByteArray TreeReader::payload(const Cell& cell)
     while (to < end) {
         const uchar* const page = take(next);
         to = std::copy_n(bytes(page + 4), std::min<qptrdiff>(end - to, overflowPayload), to);
-        next = m_image.u32(page);
+        const quint32 taken = std::exchange(next, m_image.u32(page));
+        m_image.release(taken);
     }
     require(next == 0, "an entry has more overflow pages than it needs");
     return QByteArray::fromRawData(m_assembled.data(), size);

@@ -19,8 +19,8 @@ public:
     /// Gets a row's id and its record, which is valid during the call.
     using RowHandler = std::function<void(qint64 rowId, const QByteArray& record)>;
 
-    /// @p image must outlive the reader.
-    explicit TreeReader(const FileImage& image);
+    /// @p image must outlive the reader, which releases pages of it that hold parts of large values.
+    explicit TreeReader(FileImage& image);
 
     /// Hands out the rows of the table whose tree begins at page @p root, by ascending id. Each table can be read once.
     /// Throws LegacyFileError at the first damage, and lets pass what the handler throws.
@@ -36,7 +36,7 @@ private:
     Cell cell(const uchar* at) const;
     QByteArray payload(const Cell& cell);
 
-    const FileImage& m_image;
+    FileImage& m_image;
     std::vector<bool> m_used;
     std::vector<char> m_assembled;
 };

@@ -1,7 +1,6 @@
 #include "database/sqlite2/WorkingCopy.h"
 
 #include "database/sqlite2/CopyWriter.h"
-#include "database/sqlite2/FileImage.h"
 #include "database/sqlite2/LegacyFileError.h"
 #include "database/sqlite2/LockedFile.h"
 #include "database/sqlite2/MakingLock.h"
@@ -108,8 +107,7 @@ void WorkingCopy::write(const QString& path, LockedFile& legacy, const QByteArra
     file.close();
 
     PrivateConnection connection;
-    const FileImage image(legacy.file(), legacy.journal());
-    LegacyFile content(image);
+    LegacyFile content(FileImage(legacy.file(), legacy.journal()));
     open(connection, path);
     CopyWriter(connection).write(content, fingerprint);
     connection.close();

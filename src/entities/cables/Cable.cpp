@@ -1,6 +1,5 @@
 #include "entities/cables/Cable.h"
 
-#include "entities/cables/Children.h"
 #include "entities/cables/Fingerprint.h"
 #include "entities/cables/IOwner.h"
 #include "entities/cables/IPhase.h"
@@ -12,11 +11,15 @@
 #include "entities/cables/IStation.h"
 #include "entities/cables/ISwitchgear.h"
 #include "entities/cables/ITermination.h"
+#include "entities/qor/Children.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace Cables::Entities {
+
+using QOR::Entities::childIds;
+using QOR::Entities::toJsonValue;
 
 namespace {
 
@@ -51,11 +54,6 @@ void Cable::SetStationAId(const QUuid& id)
     assignReferenceId(m_stationA, id);
 }
 
-std::shared_ptr<Interfaces::IStation> Cable::StationA() const
-{
-    return m_stationA.object();
-}
-
 void Cable::SetStationA(std::shared_ptr<Interfaces::IStation> station)
 {
     assignReferenceObject(m_stationA, std::move(station));
@@ -64,11 +62,6 @@ void Cable::SetStationA(std::shared_ptr<Interfaces::IStation> station)
 void Cable::SetStationBId(const QUuid& id)
 {
     assignReferenceId(m_stationB, id);
-}
-
-std::shared_ptr<Interfaces::IStation> Cable::StationB() const
-{
-    return m_stationB.object();
 }
 
 void Cable::SetStationB(std::shared_ptr<Interfaces::IStation> station)
@@ -81,11 +74,6 @@ void Cable::SetTerminationAId(const QUuid& id)
     assignReferenceId(m_terminationA, id);
 }
 
-std::shared_ptr<Interfaces::ITermination> Cable::TerminationA() const
-{
-    return m_terminationA.object();
-}
-
 void Cable::SetTerminationA(std::shared_ptr<Interfaces::ITermination> termination)
 {
     assignReferenceObject(m_terminationA, std::move(termination));
@@ -94,11 +82,6 @@ void Cable::SetTerminationA(std::shared_ptr<Interfaces::ITermination> terminatio
 void Cable::SetTerminationBId(const QUuid& id)
 {
     assignReferenceId(m_terminationB, id);
-}
-
-std::shared_ptr<Interfaces::ITermination> Cable::TerminationB() const
-{
-    return m_terminationB.object();
 }
 
 void Cable::SetTerminationB(std::shared_ptr<Interfaces::ITermination> termination)
@@ -111,11 +94,6 @@ void Cable::SetSwitchgearAId(const QUuid& id)
     assignReferenceId(m_switchgearA, id);
 }
 
-std::shared_ptr<Interfaces::ISwitchgear> Cable::SwitchGearA() const
-{
-    return m_switchgearA.object();
-}
-
 void Cable::SetSwitchgearA(std::shared_ptr<Interfaces::ISwitchgear> switchgear)
 {
     assignReferenceObject(m_switchgearA, std::move(switchgear));
@@ -126,11 +104,6 @@ void Cable::SetSwitchgearBId(const QUuid& id)
     assignReferenceId(m_switchgearB, id);
 }
 
-std::shared_ptr<Interfaces::ISwitchgear> Cable::SwitchGearB() const
-{
-    return m_switchgearB.object();
-}
-
 void Cable::SetSwitchgearB(std::shared_ptr<Interfaces::ISwitchgear> switchgear)
 {
     assignReferenceObject(m_switchgearB, std::move(switchgear));
@@ -139,11 +112,6 @@ void Cable::SetSwitchgearB(std::shared_ptr<Interfaces::ISwitchgear> switchgear)
 void Cable::SetRouteId(const QUuid& id)
 {
     assignReferenceId(m_route, id);
-}
-
-std::shared_ptr<Interfaces::IRoute> Cable::Route() const
-{
-    return m_route.object();
 }
 
 void Cable::SetRoute(std::shared_ptr<Interfaces::IRoute> route)
@@ -158,19 +126,9 @@ void Cable::SetOwnerId(const QUuid& id)
     assignReferenceId(m_owner, id);
 }
 
-std::shared_ptr<Interfaces::IOwner> Cable::Owner() const
-{
-    return m_owner.object();
-}
-
 void Cable::SetOwner(std::shared_ptr<Interfaces::IOwner> owner)
 {
     assignReferenceObject(m_owner, std::move(owner));
-}
-
-std::shared_ptr<Interfaces::IRating> Cable::Rating() const
-{
-    return m_rating;
 }
 
 void Cable::SetRating(std::shared_ptr<Interfaces::IRating> rating)
@@ -180,7 +138,7 @@ void Cable::SetRating(std::shared_ptr<Interfaces::IRating> rating)
 
 void Cable::SetPhases(std::vector<std::shared_ptr<Interfaces::IPhase>>& phases)
 {
-    std::vector<std::shared_ptr<Interfaces::IPhase>> children = distinctChildren(phases);
+    std::vector<std::shared_ptr<Interfaces::IPhase>> children = QOR::Entities::distinctChildren(phases);
     for (const std::shared_ptr<Interfaces::IPhase>& phase : children)
         adopt(*phase);
     assignUnstored(m_phases, std::move(children));
@@ -188,7 +146,7 @@ void Cable::SetPhases(std::vector<std::shared_ptr<Interfaces::IPhase>>& phases)
 
 void Cable::AddPhase(std::shared_ptr<Interfaces::IPhase> phase)
 {
-    if (!addChild(m_phases, phase))
+    if (!QOR::Entities::addChild(m_phases, phase))
         return;
     adopt(*phase);
     notify();
@@ -196,7 +154,7 @@ void Cable::AddPhase(std::shared_ptr<Interfaces::IPhase> phase)
 
 void Cable::RemovePhase(std::shared_ptr<Interfaces::IPhase> phase)
 {
-    if (removeChild(m_phases, phase))
+    if (QOR::Entities::removeChild(m_phases, phase))
         notify();
 }
 
@@ -249,7 +207,7 @@ unsigned int Cable::segmentIdFingerprint() const
 
 QJsonObject Cable::toJson() const
 {
-    QJsonObject json = NetworkEntity::toJson();
+    QJsonObject json = StoredEntity::toJson();
     json.insert(QLatin1String("number"), toJsonValue(m_number));
     json.insert(QLatin1String("voltage"), toJsonValue(m_voltage));
     json.insert(QLatin1String("installationDate"), toJsonValue(m_installationDate));

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "entities/cables/ICable.h"
-#include "entities/cables/NetworkEntity.h"
-#include "entities/cables/Reference.h"
+#include "entities/qor/Reference.h"
+#include "entities/qor/StoredEntity.h"
 
 #include <limits>
 
@@ -13,7 +13,8 @@ namespace Cables::Entities {
  * shared pointer owns it. They do not keep it alive: dropping the last reference to a cable frees the whole network
  * that only it refers to.
  */
-class CABLES_EXPORT Cable : public NetworkEntity<Interfaces::ICable>, public std::enable_shared_from_this<Cable>
+class CABLES_EXPORT Cable : public QOR::Entities::StoredEntity<Interfaces::ICable>,
+                            public std::enable_shared_from_this<Cable>
 {
 public:
     ~Cable() override;
@@ -48,37 +49,37 @@ public:
 
     const QUuid& StationAId() const override { return m_stationA.id(); }
     void SetStationAId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::IStation> StationA() const override;
+    std::shared_ptr<Interfaces::IStation> StationA() const override { return m_stationA.object(); }
     void SetStationA(std::shared_ptr<Interfaces::IStation> station) override;
     const QUuid& StationBId() const override { return m_stationB.id(); }
     void SetStationBId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::IStation> StationB() const override;
+    std::shared_ptr<Interfaces::IStation> StationB() const override { return m_stationB.object(); }
     void SetStationB(std::shared_ptr<Interfaces::IStation> station) override;
     const QUuid& TerminationAId() const override { return m_terminationA.id(); }
     void SetTerminationAId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::ITermination> TerminationA() const override;
+    std::shared_ptr<Interfaces::ITermination> TerminationA() const override { return m_terminationA.object(); }
     void SetTerminationA(std::shared_ptr<Interfaces::ITermination> termination) override;
     const QUuid& TerminationBId() const override { return m_terminationB.id(); }
     void SetTerminationBId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::ITermination> TerminationB() const override;
+    std::shared_ptr<Interfaces::ITermination> TerminationB() const override { return m_terminationB.object(); }
     void SetTerminationB(std::shared_ptr<Interfaces::ITermination> termination) override;
     const QUuid& SwitchgearAId() const override { return m_switchgearA.id(); }
     void SetSwitchgearAId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::ISwitchgear> SwitchGearA() const override;
+    std::shared_ptr<Interfaces::ISwitchgear> SwitchGearA() const override { return m_switchgearA.object(); }
     void SetSwitchgearA(std::shared_ptr<Interfaces::ISwitchgear> switchgear) override;
     const QUuid& SwitchgearBId() const override { return m_switchgearB.id(); }
     void SetSwitchgearBId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::ISwitchgear> SwitchGearB() const override;
+    std::shared_ptr<Interfaces::ISwitchgear> SwitchGearB() const override { return m_switchgearB.object(); }
     void SetSwitchgearB(std::shared_ptr<Interfaces::ISwitchgear> switchgear) override;
     const QUuid& RouteId() const override { return m_route.id(); }
     void SetRouteId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::IRoute> Route() const override;
+    std::shared_ptr<Interfaces::IRoute> Route() const override { return m_route.object(); }
     void SetRoute(std::shared_ptr<Interfaces::IRoute> route) override;
     const QUuid& OwnerId() const override { return m_owner.id(); }
     void SetOwnerId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::IOwner> Owner() const override;
+    std::shared_ptr<Interfaces::IOwner> Owner() const override { return m_owner.object(); }
     void SetOwner(std::shared_ptr<Interfaces::IOwner> owner) override;
-    std::shared_ptr<Interfaces::IRating> Rating() const override;
+    std::shared_ptr<Interfaces::IRating> Rating() const override { return m_rating; }
     void SetRating(std::shared_ptr<Interfaces::IRating> rating) override;
 
     const std::vector<std::shared_ptr<Interfaces::IPhase>>& Phases() const override { return m_phases; }
@@ -97,14 +98,14 @@ private:
     template <typename Child>
     void adopt(Child& child);
 
-    OwningReference<Interfaces::IStation> m_stationA;
-    OwningReference<Interfaces::IStation> m_stationB;
-    OwningReference<Interfaces::ITermination> m_terminationA;
-    OwningReference<Interfaces::ITermination> m_terminationB;
-    OwningReference<Interfaces::ISwitchgear> m_switchgearA;
-    OwningReference<Interfaces::ISwitchgear> m_switchgearB;
-    OwningReference<Interfaces::IRoute> m_route;
-    OwningReference<Interfaces::IOwner> m_owner;
+    QOR::Entities::OwningReference<Interfaces::IStation> m_stationA;
+    QOR::Entities::OwningReference<Interfaces::IStation> m_stationB;
+    QOR::Entities::OwningReference<Interfaces::ITermination> m_terminationA;
+    QOR::Entities::OwningReference<Interfaces::ITermination> m_terminationB;
+    QOR::Entities::OwningReference<Interfaces::ISwitchgear> m_switchgearA;
+    QOR::Entities::OwningReference<Interfaces::ISwitchgear> m_switchgearB;
+    QOR::Entities::OwningReference<Interfaces::IRoute> m_route;
+    QOR::Entities::OwningReference<Interfaces::IOwner> m_owner;
     std::shared_ptr<Interfaces::IRating> m_rating;
     std::vector<std::shared_ptr<Interfaces::IPhase>> m_phases;
     QString m_number;

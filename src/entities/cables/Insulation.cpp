@@ -2,6 +2,8 @@
 
 namespace Cables::Entities {
 
+using QOR::Entities::toJsonValue;
+
 Interfaces::IInsulation::~IInsulation() = default;
 
 Insulation::~Insulation() = default;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "entities/cables/NetworkEntity.h"
+#include "entities/qor/StoredEntity.h"
 
 #include <QString>
 
@@ -8,7 +8,7 @@ namespace Cables::Entities {
 
 /// An entity of the cable network that has a name.
 template <typename Interface>
-class CABLES_EXPORT NamedEntity : public NetworkEntity<Interface>
+class CABLES_EXPORT NamedEntity : public QOR::Entities::StoredEntity<Interface>
 {
 public:
     const QString& Name() const override { return m_name; }
@@ -16,8 +16,8 @@ public:
 
     QJsonObject toJson() const override
     {
-        QJsonObject json = NetworkEntity<Interface>::toJson();
-        json.insert(QLatin1String("name"), toJsonValue(m_name));
+        QJsonObject json = QOR::Entities::StoredEntity<Interface>::toJson();
+        json.insert(QLatin1String("name"), QOR::Entities::toJsonValue(m_name));
         return json;
     }
 

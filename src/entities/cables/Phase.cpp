@@ -1,14 +1,17 @@
 #include "entities/cables/Phase.h"
 
-#include "entities/cables/Children.h"
 #include "entities/cables/ICable.h"
 #include "entities/cables/ISegment.h"
 #include "entities/cables/ISegmentDetail.h"
+#include "entities/qor/Children.h"
 
 #include <cmath>
 #include <limits>
 
 namespace Cables::Entities {
+
+using QOR::Entities::childIds;
+using QOR::Entities::toJsonValue;
 
 namespace {
 
@@ -29,11 +32,6 @@ void Phase::SetCableId(const QUuid& id)
     assignReferenceId(m_cable, id);
 }
 
-std::shared_ptr<Interfaces::ICable> Phase::Cable() const
-{
-    return m_cable.object();
-}
-
 void Phase::SetCable(std::shared_ptr<Interfaces::ICable> cable)
 {
     assignReferenceObject(m_cable, std::move(cable));
@@ -41,7 +39,7 @@ void Phase::SetCable(std::shared_ptr<Interfaces::ICable> cable)
 
 void Phase::SetSegments(std::vector<std::shared_ptr<Interfaces::ISegment>>& segments)
 {
-    std::vector<std::shared_ptr<Interfaces::ISegment>> children = distinctChildren(segments);
+    std::vector<std::shared_ptr<Interfaces::ISegment>> children = QOR::Entities::distinctChildren(segments);
     for (const std::shared_ptr<Interfaces::ISegment>& segment : children)
         adopt(*segment);
     assignUnstored(m_segments, std::move(children));
@@ -49,7 +47,7 @@ void Phase::SetSegments(std::vector<std::shared_ptr<Interfaces::ISegment>>& segm
 
 void Phase::AddSegment(std::shared_ptr<Interfaces::ISegment> segment)
 {
-    if (!addChild(m_segments, segment))
+    if (!QOR::Entities::addChild(m_segments, segment))
         return;
     adopt(*segment);
     notify();
@@ -57,7 +55,7 @@ void Phase::AddSegment(std::shared_ptr<Interfaces::ISegment> segment)
 
 void Phase::RemoveSegment(std::shared_ptr<Interfaces::ISegment> segment)
 {
-    if (removeChild(m_segments, segment))
+    if (QOR::Entities::removeChild(m_segments, segment))
         notify();
 }
 
@@ -95,7 +93,7 @@ double Phase::Velocity() const
 
 QJsonObject Phase::toJson() const
 {
-    QJsonObject json = NetworkEntity::toJson();
+    QJsonObject json = StoredEntity::toJson();
     json.insert(QLatin1String("index"), qint64(m_index));
     json.insert(QLatin1String("cableId"), toJsonValue(m_cable.id()));
     json.insert(QLatin1String("segments"), childIds(m_segments));

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "entities/cables/IPoint.h"
-#include "entities/cables/NetworkEntity.h"
+#include "entities/qor/StoredEntity.h"
 
 #include <limits>
 
 namespace Cables::Entities {
 
 /// Place on the map; table `ce_point`.
-class CABLES_EXPORT Point : public NetworkEntity<Interfaces::IPoint>
+class CABLES_EXPORT Point : public QOR::Entities::StoredEntity<Interfaces::IPoint>
 {
 public:
     ~Point() override;

@@ -10,6 +10,8 @@
 
 namespace Cables::Entities {
 
+using QOR::Entities::toJsonValue;
+
 namespace {
 
 QString phaseKeyOf(int phase)
@@ -150,7 +152,7 @@ bool Rating::isEmpty() const
 
 QJsonObject Rating::toJson() const
 {
-    QJsonObject json = NetworkEntity::toJson();
+    QJsonObject json = StoredEntity::toJson();
     json.insert(QLatin1String("cableID"), toJsonValue(m_cableId));
     json.insert(QLatin1String("taskID"), toJsonValue(m_taskId));
     json.insert(QLatin1String("measureID"), m_measureId);

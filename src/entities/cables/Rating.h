@@ -1,13 +1,13 @@
 #pragma once
 
 #include "entities/cables/IRating.h"
-#include "entities/cables/NetworkEntity.h"
 #include "entities/cables/RatingDocument.h"
+#include "entities/qor/StoredEntity.h"
 
 namespace Cables::Entities {
 
 /// Evaluation of a measurement; table `qor_rating`.
-class CABLES_EXPORT Rating : public NetworkEntity<Interfaces::IRating>
+class CABLES_EXPORT Rating : public QOR::Entities::StoredEntity<Interfaces::IRating>
 {
 public:
     ~Rating() override;

@@ -7,6 +7,8 @@
 
 namespace Cables::Entities {
 
+using QOR::Entities::toJsonValue;
+
 Interfaces::IRoute::~IRoute() = default;
 
 Route::~Route() = default;
@@ -14,11 +16,6 @@ Route::~Route() = default;
 void Route::SetCableId(const QUuid& id)
 {
     assignReferenceId(m_cable, id);
-}
-
-std::shared_ptr<Interfaces::ICable> Route::Cable() const
-{
-    return m_cable.object();
 }
 
 void Route::SetCable(std::shared_ptr<Interfaces::ICable> cable)
@@ -69,7 +66,7 @@ void Route::assignPoints(std::vector<QUuid> ids, std::vector<std::shared_ptr<Int
 
 QJsonObject Route::toJson() const
 {
-    QJsonObject json = NetworkEntity::toJson();
+    QJsonObject json = StoredEntity::toJson();
     json.insert(QLatin1String("cableId"), toJsonValue(m_cable.id()));
     QJsonArray pointIds;
     for (const QUuid& id : m_pointIds)

@@ -5,6 +5,8 @@
 
 namespace Cables::Entities {
 
+using QOR::Entities::toJsonValue;
+
 Interfaces::ISegment::~ISegment() = default;
 
 Segment::~Segment() = default;
@@ -12,11 +14,6 @@ Segment::~Segment() = default;
 void Segment::SetPhaseId(const QUuid& id)
 {
     assignReferenceId(m_phase, id);
-}
-
-std::shared_ptr<Interfaces::IPhase> Segment::Phase() const
-{
-    return m_phase.object();
 }
 
 void Segment::SetPhase(std::shared_ptr<Interfaces::IPhase> phase)
@@ -27,11 +24,6 @@ void Segment::SetPhase(std::shared_ptr<Interfaces::IPhase> phase)
 void Segment::SetDetailId(const QUuid& id)
 {
     assignReferenceId(m_detail, id);
-}
-
-std::shared_ptr<Interfaces::ISegmentDetail> Segment::Detail() const
-{
-    return m_detail.object();
 }
 
 void Segment::SetDetail(std::shared_ptr<Interfaces::ISegmentDetail> detail)

@@ -2,7 +2,7 @@
 
 #include "entities/cables/ISegment.h"
 #include "entities/cables/NamedEntity.h"
-#include "entities/cables/Reference.h"
+#include "entities/qor/Reference.h"
 
 #include <limits>
 
@@ -22,18 +22,18 @@ public:
     void SetInstallationDate(const QDate& date) override { assign(m_installationDate, date); }
     const QUuid& PhaseId() const override { return m_phase.id(); }
     void SetPhaseId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::IPhase> Phase() const override;
+    std::shared_ptr<Interfaces::IPhase> Phase() const override { return m_phase.object(); }
     void SetPhase(std::shared_ptr<Interfaces::IPhase> phase) override;
     const QUuid& DetailId() const override { return m_detail.id(); }
     void SetDetailId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::ISegmentDetail> Detail() const override;
+    std::shared_ptr<Interfaces::ISegmentDetail> Detail() const override { return m_detail.object(); }
     void SetDetail(std::shared_ptr<Interfaces::ISegmentDetail> detail) override;
 
     QJsonObject toJson() const override;
 
 private:
-    ParentReference<Interfaces::IPhase> m_phase;
-    OwningReference<Interfaces::ISegmentDetail> m_detail;
+    QOR::Entities::ParentReference<Interfaces::IPhase> m_phase;
+    QOR::Entities::OwningReference<Interfaces::ISegmentDetail> m_detail;
     QDate m_installationDate;
     double m_length = std::numeric_limits<double>::quiet_NaN();
     unsigned int m_index = 0;

@@ -5,6 +5,8 @@
 
 namespace Cables::Entities {
 
+using QOR::Entities::toJsonValue;
+
 Interfaces::ISegmentDetail::~ISegmentDetail() = default;
 
 SegmentDetail::~SegmentDetail() = default;
@@ -12,11 +14,6 @@ SegmentDetail::~SegmentDetail() = default;
 void SegmentDetail::SetInsulationId(const QUuid& id)
 {
     assignReferenceId(m_insulation, id);
-}
-
-std::shared_ptr<Interfaces::IInsulation> SegmentDetail::Insulation() const
-{
-    return m_insulation.object();
 }
 
 void SegmentDetail::SetInsulation(std::shared_ptr<Interfaces::IInsulation> insulation)
@@ -27,11 +24,6 @@ void SegmentDetail::SetInsulation(std::shared_ptr<Interfaces::IInsulation> insul
 void SegmentDetail::SetTypeId(const QUuid& id)
 {
     assignReferenceId(m_type, id);
-}
-
-std::shared_ptr<Interfaces::ISegmentType> SegmentDetail::Type() const
-{
-    return m_type.object();
 }
 
 void SegmentDetail::SetType(std::shared_ptr<Interfaces::ISegmentType> type)

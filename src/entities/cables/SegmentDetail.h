@@ -2,7 +2,7 @@
 
 #include "entities/cables/ISegmentDetail.h"
 #include "entities/cables/NamedEntity.h"
-#include "entities/cables/Reference.h"
+#include "entities/qor/Reference.h"
 
 #include <limits>
 
@@ -20,18 +20,18 @@ public:
     void SetIsFavorite(const bool& isFavorite) override { assign(m_isFavorite, isFavorite); }
     const QUuid& InsulationId() const override { return m_insulation.id(); }
     void SetInsulationId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::IInsulation> Insulation() const override;
+    std::shared_ptr<Interfaces::IInsulation> Insulation() const override { return m_insulation.object(); }
     void SetInsulation(std::shared_ptr<Interfaces::IInsulation> insulation) override;
     const QUuid& TypeId() const override { return m_type.id(); }
     void SetTypeId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::ISegmentType> Type() const override;
+    std::shared_ptr<Interfaces::ISegmentType> Type() const override { return m_type.object(); }
     void SetType(std::shared_ptr<Interfaces::ISegmentType> type) override;
 
     QJsonObject toJson() const override;
 
 private:
-    OwningReference<Interfaces::IInsulation> m_insulation;
-    OwningReference<Interfaces::ISegmentType> m_type;
+    QOR::Entities::OwningReference<Interfaces::IInsulation> m_insulation;
+    QOR::Entities::OwningReference<Interfaces::ISegmentType> m_type;
     double m_velocity = std::numeric_limits<double>::quiet_NaN();
     bool m_isFavorite = false;
 };

@@ -2,7 +2,7 @@
 
 #include "entities/cables/IStation.h"
 #include "entities/cables/NamedEntity.h"
-#include "entities/cables/Reference.h"
+#include "entities/qor/Reference.h"
 
 namespace Cables::Entities {
 
@@ -20,13 +20,13 @@ public:
     void SetImage(const QImage& image) override { assign(m_image, image); }
     const QUuid& PointId() const override { return m_point.id(); }
     void SetPointId(const QUuid& id) override;
-    std::shared_ptr<Interfaces::IPoint> Point() const override;
+    std::shared_ptr<Interfaces::IPoint> Point() const override { return m_point.object(); }
     void SetPoint(std::shared_ptr<Interfaces::IPoint> point) override;
 
     QJsonObject toJson() const override;
 
 private:
-    OwningReference<Interfaces::IPoint> m_point;
+    QOR::Entities::OwningReference<Interfaces::IPoint> m_point;
     QString m_city;
     QString m_description;
     QImage m_image;

@@ -2,15 +2,14 @@
 
 #include "entities/lb/ICablebookMeasure.h"
 #include "entities/lb/LBExport.h"
-#include "entities/qor/Entity.h"
+#include "entities/qor/StoredEntity.h"
 
 namespace LB::Entities {
 
 /// Link between a measurement of the cable book and the cable network; table `cablebook_measures`.
-class LB_EXPORT CablebookMeasure : public QOR::Entities::Entity, public Interfaces::ICablebookMeasure
+class LB_EXPORT CablebookMeasure : public QOR::Entities::StoredEntity<Interfaces::ICablebookMeasure>
 {
 public:
-    const QUuid& Id() const override { return Entity::Id(); }
     int MeasureId() const override { return m_measureId; }
     void SetMeasureId(int id) override;
     const QUuid& CableId() const override { return m_cableId; }

@@ -18,8 +18,8 @@ void PdFile::SetReport(const std::shared_ptr<Interfaces::IPdReport>& report)
 
 QJsonObject PdFile::toJson() const
 {
-    using Cables::Entities::toJsonValue;
-    QJsonObject json = PdEntity<Interfaces::IPdFile>::toJson();
+    using QOR::Entities::toJsonValue;
+    QJsonObject json = StoredEntity::toJson();
     json.insert(QLatin1String("name"), toJsonValue(m_name));
     json.insert(QLatin1String("file"), toJsonValue(m_file));
     json.insert(QLatin1String("hash"), toJsonValue(m_hash));

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "entities/cables/Reference.h"
 #include "entities/pd/IPdFile.h"
 #include "entities/pd/PDExport.h"
-#include "entities/pd/PdEntity.h"
+#include "entities/qor/Reference.h"
+#include "entities/qor/StoredEntity.h"
 
 namespace PD::Entities {
 
 /// Measurement file attached to a report; table `pd_file`.
-class PD_EXPORT PdFile : public PdEntity<Interfaces::IPdFile>
+class PD_EXPORT PdFile : public QOR::Entities::StoredEntity<Interfaces::IPdFile>
 {
 public:
     const QString& Name() const override { return m_name; }
@@ -29,7 +29,7 @@ private:
     QString m_name;
     QByteArray m_file;
     QByteArray m_hash;
-    Cables::Entities::ParentReference<Interfaces::IPdReport> m_report;
+    QOR::Entities::ParentReference<Interfaces::IPdReport> m_report;
 };
 
 } // namespace PD::Entities

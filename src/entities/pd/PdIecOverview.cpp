@@ -39,7 +39,7 @@ double PdIecOverview::medChargeAtVoltage(double voltage) const
 
 QJsonObject PdIecOverview::toJson() const
 {
-    using Cables::Entities::toJsonValue;
+    using QOR::Entities::toJsonValue;
     QJsonObject json = PdReportPart::toJson();
     json.insert(QLatin1String("phaseIndex"), m_phaseIndex);
     json.insert(QLatin1String("groundNoise"), toJsonValue(m_groundNoise));

@@ -6,7 +6,7 @@ Interfaces::IPdLbDiagram::~IPdLbDiagram() = default;
 
 QJsonObject PdLbDiagram::toJson() const
 {
-    using Cables::Entities::toJsonValue;
+    using QOR::Entities::toJsonValue;
     QJsonObject json = PdReportPart::toJson();
     json.insert(QLatin1String("phase1Visible"), m_phase1Visible);
     json.insert(QLatin1String("phase2Visible"), m_phase2Visible);

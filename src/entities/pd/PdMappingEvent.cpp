@@ -6,7 +6,7 @@ Interfaces::IPdMappingEvent::~IPdMappingEvent() = default;
 
 QJsonObject PdMappingEvent::toJson() const
 {
-    using Cables::Entities::toJsonValue;
+    using QOR::Entities::toJsonValue;
     QJsonObject json = PdReportPart::toJson();
     json.insert(QLatin1String("load"), toJsonValue(m_load));
     json.insert(QLatin1String("voltage"), toJsonValue(m_voltage));

@@ -1,6 +1,5 @@
 #include "entities/pd/PdReport.h"
 
-#include "entities/cables/Children.h"
 #include "entities/pd/IPdFile.h"
 #include "entities/pd/IPdIecOverview.h"
 #include "entities/pd/IPdLbDiagram.h"
@@ -8,11 +7,12 @@
 #include "entities/pd/IPdSummary.h"
 #include "entities/pd/IPdTask.h"
 #include "entities/pd/IPdTaskInfo.h"
+#include "entities/qor/Children.h"
 
 namespace PD::Entities {
 
-using Cables::Entities::childIds;
-using Cables::Entities::toJsonValue;
+using QOR::Entities::childIds;
+using QOR::Entities::toJsonValue;
 
 namespace {
 
@@ -129,7 +129,7 @@ void PdReport::assignChild(std::shared_ptr<T>& property, const std::shared_ptr<T
 template <typename T>
 void PdReport::assignChildren(std::vector<std::shared_ptr<T>>& property, const std::vector<std::shared_ptr<T>>& list)
 {
-    auto children = Cables::Entities::distinctChildren(list);
+    auto children = QOR::Entities::distinctChildren(list);
     for (const auto& child : children)
         adopt(*child);
     assignUnstored(property, std::move(children));
@@ -137,7 +137,7 @@ void PdReport::assignChildren(std::vector<std::shared_ptr<T>>& property, const s
 
 QJsonObject PdReport::toJson() const
 {
-    QJsonObject json = PdEntity<Interfaces::IPdReport>::toJson();
+    QJsonObject json = StoredEntity::toJson();
     json.insert(QLatin1String("taskId"), toJsonValue(TaskId()));
     json.insert(QLatin1String("creationTimestamp"), toJsonValue(m_creationTimestamp));
     json.insert(QLatin1String("flags"), m_flags);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "entities/cables/Reference.h"
 #include "entities/pd/IPdReport.h"
 #include "entities/pd/PDExport.h"
-#include "entities/pd/PdEntity.h"
+#include "entities/qor/Reference.h"
+#include "entities/qor/StoredEntity.h"
 
 namespace PD::Entities {
 
@@ -15,7 +15,8 @@ class IPdReportPart;
  * One evaluation report of a task; tables `pd_report` and, for the filter, `pd_filter`. Its files can refer to it as an
  * object only if a shared pointer owns it; they do not keep it alive.
  */
-class PD_EXPORT PdReport : public PdEntity<Interfaces::IPdReport>, public std::enable_shared_from_this<PdReport>
+class PD_EXPORT PdReport : public QOR::Entities::StoredEntity<Interfaces::IPdReport>,
+                           public std::enable_shared_from_this<PdReport>
 {
 public:
     const QUuid& TaskId() const override { return m_task.id(); }
@@ -55,7 +56,7 @@ private:
     template <typename T>
     void assignChildren(std::vector<std::shared_ptr<T>>& property, const std::vector<std::shared_ptr<T>>& list);
 
-    Cables::Entities::ParentReference<Interfaces::IPdTask> m_task;
+    QOR::Entities::ParentReference<Interfaces::IPdTask> m_task;
     QDateTime m_creationTimestamp;
     QString m_recommentation;
     QHash<QString, QString> m_filter;

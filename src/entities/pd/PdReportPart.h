@@ -1,13 +1,13 @@
 #pragma once
 
 #include "entities/pd/PDExport.h"
-#include "entities/pd/PdEntity.h"
+#include "entities/qor/StoredEntity.h"
 
 namespace PD::Entities {
 
 /// What the entities share that belong to one report and know it by its id only.
 template <typename Interface>
-class PD_EXPORT PdReportPart : public PdEntity<Interface>
+class PD_EXPORT PdReportPart : public QOR::Entities::StoredEntity<Interface>
 {
 public:
     const QUuid& reportId() const override { return m_reportId; }
@@ -15,8 +15,8 @@ public:
 
     QJsonObject toJson() const override
     {
-        QJsonObject json = PdEntity<Interface>::toJson();
-        json.insert(QLatin1String("reportId"), Cables::Entities::toJsonValue(m_reportId));
+        QJsonObject json = QOR::Entities::StoredEntity<Interface>::toJson();
+        json.insert(QLatin1String("reportId"), QOR::Entities::toJsonValue(m_reportId));
         return json;
     }
 

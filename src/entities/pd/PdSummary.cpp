@@ -16,7 +16,7 @@ QJsonObject PdSummary::toJson() const
     json.insert(QLatin1String("dacNegState"), m_dacNegState);
     json.insert(QLatin1String("vlfCrState"), m_vlfCrState);
     json.insert(QLatin1String("vlfSinState"), m_vlfSinState);
-    json.insert(QLatin1String("maxAppliedVoltage"), Cables::Entities::toJsonValue(m_maxAppliedVoltage));
+    json.insert(QLatin1String("maxAppliedVoltage"), QOR::Entities::toJsonValue(m_maxAppliedVoltage));
     return json;
 }
 

@@ -1,12 +1,12 @@
 #include "entities/pd/PdTask.h"
 
-#include "entities/cables/Children.h"
 #include "entities/cables/ICable.h"
 #include "entities/cables/IRating.h"
 #include "entities/cables/IStation.h"
 #include "entities/pd/IPdReport.h"
 #include "entities/pd/StoredText.h"
 #include "entities/pd/TextList.h"
+#include "entities/qor/Children.h"
 
 namespace PD::Entities {
 
@@ -49,7 +49,7 @@ void PdTask::SetDevices(const QStringList& devices)
 
 void PdTask::SetReports(const std::vector<std::shared_ptr<Interfaces::IPdReport>>& reports)
 {
-    auto children = Cables::Entities::distinctChildren(reports);
+    auto children = QOR::Entities::distinctChildren(reports);
     for (const auto& report : children)
         adopt(*report);
     assignUnstored(m_reports, std::move(children));
@@ -77,8 +77,8 @@ std::shared_ptr<Interfaces::IPdReport> PdTask::ReportLatest() const
 
 QJsonObject PdTask::toJson() const
 {
-    using Cables::Entities::toJsonValue;
-    QJsonObject json = PdEntity<Interfaces::IPdTask>::toJson();
+    using QOR::Entities::toJsonValue;
+    QJsonObject json = StoredEntity::toJson();
     json.insert(QLatin1String("cableId"), toJsonValue(CableId()));
     json.insert(QLatin1String("stationId"), toJsonValue(StationId()));
     json.insert(QLatin1String("creationDate"), toJsonValue(m_creationDate));
@@ -90,7 +90,7 @@ QJsonObject PdTask::toJson() const
     json.insert(QLatin1String("maxVoltage"), toJsonValue(m_maxVoltage));
     json.insert(QLatin1String("pdiv"), toJsonValue(m_pdiv));
     json.insert(QLatin1String("pdev"), toJsonValue(m_pdev));
-    json.insert(QLatin1String("reports"), Cables::Entities::childIds(m_reports));
+    json.insert(QLatin1String("reports"), QOR::Entities::childIds(m_reports));
     return json;
 }
 

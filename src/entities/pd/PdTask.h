@@ -1,9 +1,9 @@
 #pragma once
 
-#include "entities/cables/Reference.h"
 #include "entities/pd/IPdTask.h"
 #include "entities/pd/PDExport.h"
-#include "entities/pd/PdEntity.h"
+#include "entities/qor/Reference.h"
+#include "entities/qor/StoredEntity.h"
 
 #include <limits>
 
@@ -13,7 +13,8 @@ namespace PD::Entities {
  * One partial-discharge test of a cable; table `pd_task`. Its reports can refer to it as an object only if a shared
  * pointer owns it; they do not keep it alive.
  */
-class PD_EXPORT PdTask : public PdEntity<Interfaces::IPdTask>, public std::enable_shared_from_this<PdTask>
+class PD_EXPORT PdTask : public QOR::Entities::StoredEntity<Interfaces::IPdTask>,
+                         public std::enable_shared_from_this<PdTask>
 {
 public:
     const QUuid& CableId() const override { return m_cable.id(); }
@@ -62,8 +63,8 @@ public:
 private:
     void adopt(Interfaces::IPdReport& report);
 
-    Cables::Entities::OwningReference<Cables::Entities::Interfaces::ICable> m_cable;
-    Cables::Entities::OwningReference<Cables::Entities::Interfaces::IStation> m_station;
+    QOR::Entities::OwningReference<Cables::Entities::Interfaces::ICable> m_cable;
+    QOR::Entities::OwningReference<Cables::Entities::Interfaces::IStation> m_station;
     std::shared_ptr<Cables::Entities::Interfaces::IRating> m_rating;
     QDateTime m_creationDate;
     QString m_tester;

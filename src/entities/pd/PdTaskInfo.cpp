@@ -6,7 +6,7 @@ Interfaces::IPdTaskInfo::~IPdTaskInfo() = default;
 
 QJsonObject PdTaskInfo::toJson() const
 {
-    using Cables::Entities::toJsonValue;
+    using QOR::Entities::toJsonValue;
     QJsonObject json = PdReportPart::toJson();
     json.insert(QLatin1String("softwareVersion"), toJsonValue(m_softwareVersion));
     json.insert(QLatin1String("systemType"), toJsonValue(m_systemType));

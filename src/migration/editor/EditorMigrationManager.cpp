@@ -4,6 +4,7 @@
 #include "database/LoggingCategories.h"
 #include "entities/qor/QorUuidHelpers.h"
 #include "migration/MigrationModule.h"
+#include "migration/SchemaVersion.h"
 #include "migration/StatementRunner.h"
 
 #include <exception>
@@ -12,7 +13,11 @@ namespace DataAccess::Manager {
 
 namespace {
 
-constexpr quint32 expectedVersion = 9;
+const MigrationModule& editor()
+{
+    static const MigrationModule module{QStringLiteral("CablesVersion"), 9, lcMigrationEditor, QString()};
+    return module;
+}
 
 } // namespace
 
@@ -24,59 +29,27 @@ EditorMigrationManager::~EditorMigrationManager() = default;
 
 const MigrationModule& EditorMigrationManager::module() const
 {
-    static const MigrationModule editor{QStringLiteral("CablesVersion"), lcMigrationEditor, QString()};
-    return editor;
-}
-
-void EditorMigrationManager::setDbWorker(Database::DbWorker* worker)
-{
-    m_worker = worker;
-}
-
-quint32 EditorMigrationManager::DbVersion() const
-{
-    return readVersion();
-}
-
-quint32 EditorMigrationManager::InvalidVersion() const
-{
-    return s_invalidVersion;
-}
-
-quint32 EditorMigrationManager::ExpectedVersion() const
-{
-    return expectedVersion;
-}
-
-bool EditorMigrationManager::WaitForConnected()
-{
-    return AbstractMigrationManager::WaitForConnected(m_worker);
+    return editor();
 }
 
 bool EditorMigrationManager::Migrate()
 {
     m_messages.clear();
+    return AbstractMigrationManager::Migrate();
+}
+
+bool EditorMigrationManager::isNewerThanThisBuild(Interfaces::IDatabase& db)
+{
+    StatementRunner statements(db);
+    return SchemaVersion(editor().feature).read(statements) > editor().expectedVersion;
+}
+
+QVector<EditorMigrationManager::Step> EditorMigrationManager::steps()
+{
     // The steps of the evaluations came between those of the cables; the versions in the field count on that order.
-    return migrate({[this] { return Cables_01(); }, [this] { return Cables_02(); }, [this] { return Cables_03(); },
-                    [this] { return Cables_04(); }, [this] { return Evaluation_01(); },
-                    [this] { return Evaluation_02(); }, [this] { return Cables_05(); }, [this] { return Cables_06(); },
-                    [this] { return Cables_07(); }});
-}
-
-quint32 EditorMigrationManager::MigrationSteps() const
-{
-    const quint32 version = DbVersion();
-    return version <= expectedVersion ? expectedVersion - version : 0;
-}
-
-QString EditorMigrationManager::feature()
-{
-    return module().feature;
-}
-
-QStringList EditorMigrationManager::migrationMessages()
-{
-    return m_messages;
+    return {[this] { return Cables_01(); }, [this] { return Cables_02(); },     [this] { return Cables_03(); },
+            [this] { return Cables_04(); }, [this] { return Evaluation_01(); }, [this] { return Evaluation_02(); },
+            [this] { return Cables_05(); }, [this] { return Cables_06(); },     [this] { return Cables_07(); }};
 }
 
 unsigned int EditorMigrationManager::setUuidAsId(Interfaces::IDatabase& db, const QString& tableName)

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "migration/AbstractMigrationManager.h"
-#include "migration/IMigrationManager.h"
 
 namespace DataAccess::Manager {
 
 /// Migrates the tables of the cable network, of its ratings and of its links to the cable book.
-class DATAACCESS_EXPORT EditorMigrationManager : public AbstractMigrationManager, public Interfaces::IMigrationManager
+class DATAACCESS_EXPORT EditorMigrationManager : public AbstractMigrationManager
 {
     Q_OBJECT
 
@@ -14,22 +13,21 @@ public:
     explicit EditorMigrationManager(QObject* parent = nullptr);
     ~EditorMigrationManager() override;
 
-    void setDbWorker(Database::DbWorker* worker) override;
-    quint32 DbVersion() const override;
-    quint32 InvalidVersion() const override;
-    quint32 ExpectedVersion() const override;
-    bool WaitForConnected() override;
+    /// Begins without messages: migrationMessages() returns those of the last call.
     bool Migrate() override;
-    quint32 MigrationSteps() const override;
-    QString feature() override;
-    /// The messages of the last Migrate().
-    QStringList migrationMessages() override;
+
+    /**
+     * Whether the cable network in @p db was written by a newer build, whose rows this one must not add to. For use
+     * inside jobs. Throws when the database cannot be read.
+     */
+    static bool isNewerThanThisBuild(Interfaces::IDatabase& db);
 
 private:
     using AbstractMigrationManager::createTable;
     using AbstractMigrationManager::setDbVersion;
 
     const MigrationModule& module() const override;
+    QVector<Step> steps() override;
 
     /// Creates the first layout of the cable network. Cable tables without a version are discarded.
     bool Cables_01();

@@ -19,6 +19,30 @@ Column creationTime()
     return column;
 }
 
+TableDefinition cable(const Column& length)
+{
+    return entityTable("ce_cable", {text("id"),
+                                    text("number"),
+                                    numeric("voltage"),
+                                    date("installationdate"),
+                                    integer("diagnosticstate", 4),
+                                    text("city"),
+                                    text("stationa"),
+                                    text("stationb"),
+                                    text("terminationa"),
+                                    text("terminationb"),
+                                    text("switchgeara"),
+                                    text("switchgearb"),
+                                    text("route"),
+                                    text("owner"),
+                                    boolean("snap"),
+                                    boolean("deleted"),
+                                    integer("cablestate", 4),
+                                    text("comment"),
+                                    length,
+                                    timeStamp("timestamp")});
+}
+
 } // namespace
 
 TableDefinition EditorTables::station01()
@@ -29,8 +53,9 @@ TableDefinition EditorTables::station01()
 
 TableDefinition EditorTables::station02()
 {
-    return entityTable("ce_station", {text("id"), text("name"), text("city"), text("point"), boolean("snap"),
-                                      boolean("deleted"), timeStamp("timestamp"), text("description"), bytes("image")});
+    TableDefinition table = station01();
+    table.columns += {text("description"), bytes("image")};
+    return table;
 }
 
 TableDefinition EditorTables::segment01()
@@ -49,9 +74,7 @@ TableDefinition EditorTables::segment02()
 
 TableDefinition EditorTables::segment03()
 {
-    return entityTable("ce_segment", {text("id"), text("name"), integer("indexnumber", 4), numeric("length"),
-                                      text("phase"), text("point"), text("detail"), date("installationdate"),
-                                      boolean("snap"), boolean("deleted"), timeStamp("timestamp")});
+    return segment02().with(date("installationdate"), "snap");
 }
 
 TableDefinition EditorTables::segmentDetail02()
@@ -63,51 +86,12 @@ TableDefinition EditorTables::segmentDetail02()
 
 TableDefinition EditorTables::cable01()
 {
-    return entityTable("ce_cable", {text("id"),
-                                    text("number"),
-                                    numeric("voltage"),
-                                    date("installationdate"),
-                                    integer("diagnosticstate", 4),
-                                    text("city"),
-                                    text("stationa"),
-                                    text("stationb"),
-                                    text("terminationa"),
-                                    text("terminationb"),
-                                    text("switchgeara"),
-                                    text("switchgearb"),
-                                    text("route"),
-                                    text("owner"),
-                                    boolean("snap"),
-                                    boolean("deleted"),
-                                    integer("cablestate", 4),
-                                    text("comment"),
-                                    integer("length", 4),
-                                    timeStamp("timestamp")});
+    return cable(integer("length", 4));
 }
 
 TableDefinition EditorTables::cable02()
 {
-    return entityTable("ce_cable", {text("id"),
-                                    text("number"),
-                                    numeric("voltage"),
-                                    date("installationdate"),
-                                    integer("diagnosticstate", 4),
-                                    text("city"),
-                                    text("stationa"),
-                                    text("stationb"),
-                                    text("terminationa"),
-                                    text("terminationb"),
-                                    text("switchgeara"),
-                                    text("switchgearb"),
-                                    text("route"),
-                                    text("owner"),
-                                    integer("type", 4),
-                                    boolean("snap"),
-                                    boolean("deleted"),
-                                    integer("cablestate", 4),
-                                    text("comment"),
-                                    numeric("length"),
-                                    timeStamp("timestamp")});
+    return cable(numeric("length")).with(integer("type", 4), "snap");
 }
 
 TableDefinition EditorTables::cable07()

@@ -6,12 +6,6 @@
 
 namespace DataAccess::Manager {
 
-namespace {
-
-constexpr quint32 expectedVersion = 8;
-
-} // namespace
-
 PdMigrationManager::PdMigrationManager(QObject* parent)
     : AbstractMigrationManager(parent)
 {}
@@ -21,57 +15,16 @@ PdMigrationManager::~PdMigrationManager() = default;
 const MigrationModule& PdMigrationManager::module() const
 {
     static const MigrationModule pd{
-        QStringLiteral("PdVersion"), lcMigrationPd,
+        QStringLiteral("PdVersion"), 8, lcMigrationPd,
         QStringLiteral("bool __cdecl DataAccess::Manager::PdMigrationManager::Migrate(void) ")};
     return pd;
 }
 
-void PdMigrationManager::setDbWorker(Database::DbWorker* worker)
+QVector<PdMigrationManager::Step> PdMigrationManager::steps()
 {
-    m_worker = worker;
-}
-
-quint32 PdMigrationManager::DbVersion() const
-{
-    return readVersion();
-}
-
-quint32 PdMigrationManager::InvalidVersion() const
-{
-    return s_invalidVersion;
-}
-
-quint32 PdMigrationManager::ExpectedVersion() const
-{
-    return expectedVersion;
-}
-
-bool PdMigrationManager::WaitForConnected()
-{
-    return AbstractMigrationManager::WaitForConnected(m_worker);
-}
-
-bool PdMigrationManager::Migrate()
-{
-    return migrate({[this] { return Pd_01(); }, [this] { return Pd_02(); }, [this] { return Pd_03(); },
-                    [this] { return Pd_04(); }, [this] { return Pd_05(); }, [this] { return Pd_06(); },
-                    [this] { return Pd_07(); }, [this] { return Pd_08(); }});
-}
-
-quint32 PdMigrationManager::MigrationSteps() const
-{
-    const quint32 version = DbVersion();
-    return version <= expectedVersion ? expectedVersion - version : 0;
-}
-
-QString PdMigrationManager::feature()
-{
-    return module().feature;
-}
-
-QStringList PdMigrationManager::migrationMessages()
-{
-    return m_messages;
+    return {[this] { return Pd_01(); }, [this] { return Pd_02(); }, [this] { return Pd_03(); },
+            [this] { return Pd_04(); }, [this] { return Pd_05(); }, [this] { return Pd_06(); },
+            [this] { return Pd_07(); }, [this] { return Pd_08(); }};
 }
 
 void PdMigrationManager::createUnlessPresent(MigrationStep& step, const TableDefinition& table, const char* existsText)

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "migration/AbstractMigrationManager.h"
-#include "migration/IMigrationManager.h"
 
 namespace DataAccess::Manager {
 
 /// Migrates the tables of the partial-discharge results.
-class DATAACCESS_EXPORT PdMigrationManager : public AbstractMigrationManager, public Interfaces::IMigrationManager
+class DATAACCESS_EXPORT PdMigrationManager : public AbstractMigrationManager
 {
     Q_OBJECT
 
@@ -14,21 +13,11 @@ public:
     explicit PdMigrationManager(QObject* parent = nullptr);
     ~PdMigrationManager() override;
 
-    void setDbWorker(Database::DbWorker* worker) override;
-    quint32 DbVersion() const override;
-    quint32 InvalidVersion() const override;
-    quint32 ExpectedVersion() const override;
-    bool WaitForConnected() override;
-    bool Migrate() override;
-    quint32 MigrationSteps() const override;
-    QString feature() override;
-    /// The messages of every Migrate() so far.
-    QStringList migrationMessages() override;
-
 private:
     using AbstractMigrationManager::createTable;
 
     const MigrationModule& module() const override;
+    QVector<Step> steps() override;
 
     /// Creates the tables of files, tasks, reports and mappings.
     bool Pd_01();

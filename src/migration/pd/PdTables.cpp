@@ -15,7 +15,9 @@ TableDefinition entityTable(const char* name, const QVector<Column>& columns)
 /// The same, from the versions on that store a comment with each column.
 TableDefinition commentedTable(const char* name, const QVector<Column>& columns)
 {
-    return {QString::fromLatin1(name), columns, {QStringLiteral("PRIMARY KEY (\"id\")")}};
+    const QVector<Column> end = {boolean("snap", ""), boolean("deleted", ""),
+                                 timeStamp("timestamp", "timestamp of the Qor record")};
+    return {QString::fromLatin1(name), columns + end, {QStringLiteral("PRIMARY KEY (\"id\")")}};
 }
 
 Column taskReference()
@@ -89,16 +91,15 @@ TableDefinition PdTables::evaluation03()
 
 TableDefinition PdTables::mappingEvent04()
 {
-    return commentedTable(
-        "pd_mapping_event",
-        {text("id", "Uuid key"), text("report_id", "reference to the report this mapping event is associated with"),
-         numeric("load", "measured load for this mapping event"),
-         integer("phase", 4, "phase index the mapping event is associated with"),
-         integer("class", 4, "display classification of the mapping event"),
-         boolean("polarity", "polarity of the mapping event"),
-         numeric("voltage", "voltage the mapping event was measured at"),
-         numeric("position", "distance from cable start"), integer("mode", 4, "mapping event mode"),
-         boolean("snap", ""), boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+    return commentedTable("pd_mapping_event",
+                          {text("id", "Uuid key"),
+                           text("report_id", "reference to the report this mapping event is associated with"),
+                           numeric("load", "measured load for this mapping event"),
+                           integer("phase", 4, "phase index the mapping event is associated with"),
+                           integer("class", 4, "display classification of the mapping event"),
+                           boolean("polarity", "polarity of the mapping event"),
+                           numeric("voltage", "voltage the mapping event was measured at"),
+                           numeric("position", "distance from cable start"), integer("mode", 4, "mapping event mode")});
 }
 
 TableDefinition PdTables::iecOverview04()
@@ -111,56 +112,34 @@ TableDefinition PdTables::iecOverview04()
                            numeric("frequency", "frequency of the measurement"), numeric("pdivvoltage", "PDIV voltage"),
                            numeric("pdevvoltage", "PDEV voltage"), numeric("pdivmaxcharge", "maximum charge at PDIV"),
                            text("pdmaxcharges", "map of maximum charges at various voltage levels"),
-                           text("pdmedcharges", "map of median charges at various voltage levels"), boolean("snap", ""),
-                           boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+                           text("pdmedcharges", "map of median charges at various voltage levels")});
 }
 
 TableDefinition PdTables::iecOverview05()
 {
-    return commentedTable("pd_iec_overview",
-                          {text("id", "Uuid key"),
-                           text("report_id", "reference to the report this iec overview is associated with"),
-                           integer("phase", 4, "phase index the iec overview is associated with"),
-                           numeric("groundnoise", "noise level of the measurement"),
-                           numeric("sensitivity_level", "sensitivity level confirmed in reporting mode"),
-                           numeric("frequency", "frequency of the measurement"), numeric("pdivvoltage", "PDIV voltage"),
-                           numeric("pdevvoltage", "PDEV voltage"), numeric("pdivmaxcharge", "maximum charge at PDIV"),
-                           text("pdmaxcharges", "map of maximum charges at various voltage levels"),
-                           text("pdmedcharges", "map of median charges at various voltage levels"), boolean("snap", ""),
-                           boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+    return iecOverview04().with(numeric("sensitivity_level", "sensitivity level confirmed in reporting mode"),
+                                "frequency");
 }
 
 TableDefinition PdTables::summary04()
 {
-    return commentedTable(
-        "pd_summary",
-        {text("id", "Uuid key"), text("report_id", "reference to the report this summary is associated with"),
-         boolean("pdiv", "associated task has PDIV measurement"),
-         boolean("pdev", "associated task has PDEV measurement"),
-         boolean("groundnoise", "associated task has groundnoise measurement"),
-         boolean("data", "measurement data is available for the associated task"),
-         boolean("vwd", "associated task has ???"), boolean("dac_pos", "associated task used DAC+ operation mode"),
-         boolean("dac_neg", "associated task used DAC- operation mode"),
-         boolean("vlf_cr", "associated task used VLF CR operation mode"),
-         boolean("vlf_sin", "associated task used VLF SINUS operation mode"), boolean("snap", ""),
-         boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+    return commentedTable("pd_summary", {text("id", "Uuid key"),
+                                         text("report_id", "reference to the report this summary is associated with"),
+                                         boolean("pdiv", "associated task has PDIV measurement"),
+                                         boolean("pdev", "associated task has PDEV measurement"),
+                                         boolean("groundnoise", "associated task has groundnoise measurement"),
+                                         boolean("data", "measurement data is available for the associated task"),
+                                         boolean("vwd", "associated task has ???"),
+                                         boolean("dac_pos", "associated task used DAC+ operation mode"),
+                                         boolean("dac_neg", "associated task used DAC- operation mode"),
+                                         boolean("vlf_cr", "associated task used VLF CR operation mode"),
+                                         boolean("vlf_sin", "associated task used VLF SINUS operation mode")});
 }
 
 TableDefinition PdTables::summary07()
 {
-    return commentedTable(
-        "pd_summary",
-        {text("id", "Uuid key"), text("report_id", "reference to the report this summary is associated with"),
-         boolean("pdiv", "associated task has PDIV measurement"),
-         boolean("pdev", "associated task has PDEV measurement"),
-         boolean("groundnoise", "associated task has groundnoise measurement"),
-         boolean("data", "measurement data is available for the associated task"),
-         boolean("vwd", "associated task has ???"), boolean("dac_pos", "associated task used DAC+ operation mode"),
-         boolean("dac_neg", "associated task used DAC- operation mode"),
-         boolean("vlf_cr", "associated task used VLF CR operation mode"),
-         boolean("vlf_sin", "associated task used VLF SINUS operation mode"),
-         numeric("max_applied_voltage", "maximum voltage set on the Hv Source during the task"), boolean("snap", ""),
-         boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+    return summary04().with(numeric("max_applied_voltage", "maximum voltage set on the Hv Source during the task"),
+                            "snap");
 }
 
 TableDefinition PdTables::taskInfo06()
@@ -170,8 +149,7 @@ TableDefinition PdTables::taskInfo06()
         {text("id", "Uuid key"), text("report_id", "reference to the report this task info entity is associated with"),
          text("pd_version", "Hallmere Version that created the task"),
          text("system_type", "description of the system type used in the measurements"),
-         text("serial_number", "system serial number"), text("calibration_date", "date of the last calibration"),
-         boolean("snap", ""), boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+         text("serial_number", "system serial number"), text("calibration_date", "date of the last calibration")});
 }
 
 TableDefinition PdTables::lbDiagram08()
@@ -184,8 +162,7 @@ TableDefinition PdTables::lbDiagram08()
                            boolean("phase3visible", "Visibility of phase 3"),
                            integer("filterclass", 4, "Classification filter for pd events"),
                            numeric("filtervoltagemin", "Voltage filter minimal voltage"),
-                           numeric("filtervoltagemax", "Voltage filter maximal voltage"), boolean("snap", ""),
-                           boolean("deleted", ""), timeStamp("timestamp", "timestamp of the Qor record")});
+                           numeric("filtervoltagemax", "Voltage filter maximal voltage")});
 }
 
 } // namespace DataAccess::Manager

@@ -55,7 +55,7 @@ void StationMapping::bindStored(IDatabase& db, IValueConverter& values, const st
         return;
     QSqlQuery query = LoadedContent<Station>::selectForUpdate(db, imageStatement(entity->Id()));
     if (query.next())
-        LoadedContent<Station>::bindStored(values, QStringLiteral(":image"), query.value(0));
+        LoadedContent<Station>::bindStored(db, values, QStringLiteral(":image"), query, 0);
 }
 
 void StationMapping::written(const std::shared_ptr<Station>& entity) const

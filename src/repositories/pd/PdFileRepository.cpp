@@ -93,9 +93,9 @@ public:
             db, QStringLiteral("SELECT data, hash FROM %1 WHERE id = '%2'").arg(s_table, entity->Id().toString()));
         if (!query.next())
             return;
-        LoadedContent<PdFile>::bindStored(values, QStringLiteral(":data"), query.value(0));
+        LoadedContent<PdFile>::bindStored(db, values, QStringLiteral(":data"), query, 0);
         if (entity->Hash().isEmpty())
-            LoadedContent<PdFile>::bindStored(values, QStringLiteral(":hash"), query.value(1));
+            LoadedContent<PdFile>::bindStored(db, values, QStringLiteral(":hash"), query, 1);
     }
 
     void written(const std::shared_ptr<PdFile>& entity) const override

@@ -5,7 +5,7 @@
 #include <unordered_set>
 #include <vector>
 
-namespace Cables::Entities {
+namespace QOR::Entities {
 
 /// The list without null and repeated entries, in its order.
 template <typename T>
@@ -42,4 +42,4 @@ bool removeChild(std::vector<std::shared_ptr<T>>& list, const std::shared_ptr<T>
     return true;
 }
 
-} // namespace Cables::Entities
+} // namespace QOR::Entities

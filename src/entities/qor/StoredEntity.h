@@ -1,28 +1,27 @@
 #pragma once
 
-#include "entities/cables/CablesExport.h"
-#include "entities/cables/JsonValues.h"
 #include "entities/qor/Entity.h"
+#include "entities/qor/JsonValues.h"
 
 #include <memory>
 #include <utility>
 
-namespace Cables::Entities {
+namespace QOR::Entities {
 
 /**
- * What the entities of the cable network share: a stored entity that is reached through @p Interface, and the rules for
- * its references. A copy has the values and refers to the same objects; its children still belong to the original.
+ * What the entities of all families share: an entity that is reached through @p Interface, and the rules for its
+ * references. A copy has the values and refers to the same objects; its children still belong to the original.
  */
 template <typename Interface>
-class CABLES_EXPORT NetworkEntity : public QOR::Entities::Entity, public Interface
+class QORENTITY_EXPORT StoredEntity : public Entity, public Interface
 {
 public:
     const QUuid& Id() const override { return Entity::Id(); }
     QJsonObject toJson() const override { return entityToJson(*this); }
 
 protected:
-    NetworkEntity() = default;
-    NetworkEntity(const NetworkEntity&) = default;
+    StoredEntity() = default;
+    StoredEntity(const StoredEntity&) = default;
 
     /// Gives a reference another id; an object that has not this id is dropped.
     template <typename ReferenceType>
@@ -57,4 +56,4 @@ private:
     }
 };
 
-} // namespace Cables::Entities
+} // namespace QOR::Entities

@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace Cables::Entities {
+namespace QOR::Entities {
 
 /// What an entity keeps of another one that it refers to: the id, which is stored, and the object once it is linked.
 template <typename T, typename Pointer>
@@ -42,4 +42,4 @@ using OwningReference = Reference<T, std::shared_ptr<T>>;
 template <typename T>
 using ParentReference = Reference<T, std::weak_ptr<T>>;
 
-} // namespace Cables::Entities
+} // namespace QOR::Entities

@@ -1,12 +1,10 @@
-#include "entities/cables/JsonValues.h"
+#include "entities/qor/JsonValues.h"
 
 #include "entities/qor/Entity.h"
 
-#include <QBuffer>
-
 #include <cmath>
 
-namespace Cables::Entities {
+namespace QOR::Entities {
 
 QJsonValue toJsonValue(double value)
 {
@@ -38,24 +36,14 @@ QJsonValue toJsonValue(const QByteArray& bytes)
     return bytes.isNull() ? QJsonValue() : QJsonValue(QString::fromLatin1(bytes.toBase64()));
 }
 
-QJsonValue toJsonValue(const QImage& image)
-{
-    if (image.isNull())
-        return {};
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    return image.save(&buffer, "PNG") ? toJsonValue(png) : QJsonValue();
-}
-
-QJsonObject entityToJson(const QOR::Entities::Entity& entity)
+QJsonObject entityToJson(const Entity& entity)
 {
     QJsonObject json;
     json.insert(QLatin1String("id"), toJsonValue(entity.Id()));
     json.insert(QLatin1String("timestamp"), toJsonValue(entity.Timestamp()));
-    json.insert(QLatin1String("deleted"), entity.EntityState() == QOR::Entities::Enumerations::Deleted);
-    json.insert(QLatin1String("snap"), entity.EntityState() == QOR::Entities::Enumerations::Snapshot);
+    json.insert(QLatin1String("deleted"), entity.EntityState() == Enumerations::Deleted);
+    json.insert(QLatin1String("snap"), entity.EntityState() == Enumerations::Snapshot);
     return json;
 }
 
-} // namespace Cables::Entities
+} // namespace QOR::Entities

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "entities/cables/CablesExport.h"
+#include "entities/qor/QorEntityExport.h"
 
 #include <QByteArray>
 #include <QDate>
 #include <QDateTime>
-#include <QImage>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QJsonValue>
@@ -16,22 +15,19 @@
 #include <vector>
 
 namespace QOR::Entities {
-class Entity;
-}
 
-namespace Cables::Entities {
+class Entity;
 
 /// The forms that the properties of entities take in toJson(); what is null or NaN is a JSON null.
-CABLES_EXPORT QJsonValue toJsonValue(double value);
-CABLES_EXPORT QJsonValue toJsonValue(const QString& text);
-CABLES_EXPORT QJsonValue toJsonValue(const QUuid& id);
-CABLES_EXPORT QJsonValue toJsonValue(const QDate& date);
-CABLES_EXPORT QJsonValue toJsonValue(const QDateTime& time);
-CABLES_EXPORT QJsonValue toJsonValue(const QByteArray& bytes);
-CABLES_EXPORT QJsonValue toJsonValue(const QImage& image);
+QORENTITY_EXPORT QJsonValue toJsonValue(double value);
+QORENTITY_EXPORT QJsonValue toJsonValue(const QString& text);
+QORENTITY_EXPORT QJsonValue toJsonValue(const QUuid& id);
+QORENTITY_EXPORT QJsonValue toJsonValue(const QDate& date);
+QORENTITY_EXPORT QJsonValue toJsonValue(const QDateTime& time);
+QORENTITY_EXPORT QJsonValue toJsonValue(const QByteArray& bytes);
 
 /// The members that every entity has: id, timestamp, deleted and snap.
-CABLES_EXPORT QJsonObject entityToJson(const QOR::Entities::Entity& entity);
+QORENTITY_EXPORT QJsonObject entityToJson(const Entity& entity);
 
 /// The ids of a list of entities.
 template <typename T>
@@ -43,4 +39,4 @@ QJsonArray childIds(const std::vector<std::shared_ptr<T>>& children)
     return ids;
 }
 
-} // namespace Cables::Entities
+} // namespace QOR::Entities

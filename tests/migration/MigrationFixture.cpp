@@ -1,4 +1,4 @@
-#include "migration/EditorFixture.h"
+#include "migration/MigrationFixture.h"
 
 #include "database/IDatabase.h"
 
@@ -20,10 +20,10 @@ bool isPostgres(IDatabase& db)
 }
 
 /// Puts in what the names and the column types of the file stand for.
-QString translated(QString text, bool postgres, int version, EditorFixture::CableBook cableBook)
+QString translated(QString text, bool postgres, int version, MigrationFixture::CableBook cableBook)
 {
     // SQLite keeps a reference to a missing table.
-    const bool reference = !postgres || cableBook == EditorFixture::With;
+    const bool reference = !postgres || cableBook == MigrationFixture::With;
     const QVector<QPair<const char*, const char*>> words{
         {"\\$features", "id INT8, name VARCHAR(28), type CHAR(1), module VARCHAR(28), temp_changeable BOOL, "
                         "changeable BOOL, admin BOOL, PRIMARY KEY (id))"},
@@ -39,6 +39,7 @@ QString translated(QString text, bool postgres, int version, EditorFixture::Cabl
         {"\\$measures\\b", reference ? "FOREIGN KEY (mid) REFERENCES measures(id) ON DELETE CASCADE," : ""},
         {"\\$measureid", reference ? "REFERENCES measures(id)" : ""},
         {"\\$image", postgres ? "'\\x01ff00'" : "X'01ff00'"},
+        {"\\$time", "2020-03-08 02:30:00.123"},
         {"\\$section", "{3308519a-3368-40fb-8371-9b4e39bf4cb2}"},
         {"\\$pe", "{e4ceb74c-b03e-409d-8493-fd7aaa01162e}"},
         {"\\$mixed", "{672aa7b2-cd8d-4e48-a0a6-63530c5b0124}"},
@@ -58,10 +59,11 @@ QString translated(QString text, bool postgres, int version, EditorFixture::Cabl
 }
 
 /// The statements of the file for databases of @p version: those that make one, or those that say what becomes of it.
-QVector<QPair<QString, QString>> statements(bool expectations, bool postgres, int version,
-                                            EditorFixture::CableBook cableBook)
+QVector<QPair<QString, QString>> statements(bool expectations, bool postgres, MigrationFixture::Family family,
+                                            int version, MigrationFixture::CableBook cableBook)
 {
-    QFile file(QStringLiteral(DATAACCESS_SOURCE_DIR "/tests/migration/editor_versions.sql"));
+    QFile file(QStringLiteral(DATAACCESS_SOURCE_DIR "/tests/migration/%1_versions.sql")
+                   .arg(family == MigrationFixture::Editor ? QStringLiteral("editor") : QStringLiteral("pd")));
     if (!file.open(QIODevice::ReadOnly))
         qFatal("%s cannot be read", qPrintable(file.fileName()));
     const QString text = QString::fromUtf8(file.readAll()).replace(QStringLiteral("\n "), QStringLiteral(" "));
@@ -70,7 +72,8 @@ QVector<QPair<QString, QString>> statements(bool expectations, bool postgres, in
     QVector<QPair<QString, QString>> found;
     for (auto matches = format.globalMatch(text); matches.hasNext();) {
         const QRegularExpressionMatch match = matches.next();
-        const QString limit = cableBook == EditorFixture::With ? QStringLiteral("without ") : QStringLiteral("with ");
+        const QString limit =
+            cableBook == MigrationFixture::With ? QStringLiteral("without ") : QStringLiteral("with ");
         if (version >= match.captured(1).toInt() && version <= match.captured(2).toInt() &&
             match.captured(3) != limit && expectations == !match.captured(5).isNull())
             found.append({translated(match.captured(4), postgres, version, cableBook),
@@ -111,10 +114,10 @@ QStringList read(IDatabase& db, const QString& select)
 
 } // namespace
 
-void EditorFixture::create(RunningWorker& worker, int version, CableBook cableBook)
+void MigrationFixture::create(RunningWorker& worker, Family family, int version, CableBook cableBook)
 {
     worker.run([&](IDatabase& db) {
-        for (const auto& statement : statements(false, isPostgres(db), version, cableBook)) {
+        for (const auto& statement : statements(false, isPostgres(db), family, version, cableBook)) {
             db.Exec(statement.first);
             static const QRegularExpression withSequence(QStringLiteral("^CREATE TABLE (\\w+)"));
             const QRegularExpressionMatch match = withSequence.match(statement.first);
@@ -124,7 +127,7 @@ void EditorFixture::create(RunningWorker& worker, int version, CableBook cableBo
     });
 }
 
-void EditorFixture::execute(RunningWorker& worker, const QStringList& texts)
+void MigrationFixture::execute(RunningWorker& worker, const QStringList& texts)
 {
     worker.run([&](IDatabase& db) {
         for (const QString& text : texts)
@@ -132,12 +135,12 @@ void EditorFixture::execute(RunningWorker& worker, const QStringList& texts)
     });
 }
 
-QString EditorFixture::rows(RunningWorker& worker, const QString& select)
+QString MigrationFixture::rows(RunningWorker& worker, const QString& select)
 {
     return worker.run([&](IDatabase& db) { return read(db, select); }).join(QStringLiteral("; "));
 }
 
-QStringList EditorFixture::content(RunningWorker& worker)
+QStringList MigrationFixture::content(RunningWorker& worker)
 {
     return worker.run([](IDatabase& db) {
         QStringList all;
@@ -150,7 +153,7 @@ QStringList EditorFixture::content(RunningWorker& worker)
     });
 }
 
-QStringList EditorFixture::schema(RunningWorker& worker)
+QStringList MigrationFixture::schema(RunningWorker& worker)
 {
     QStringList all = worker.run([](IDatabase& db) {
         if (!isPostgres(db))
@@ -166,15 +169,16 @@ QStringList EditorFixture::schema(RunningWorker& worker)
                read(db, QStringLiteral("SELECT sequencename FROM pg_sequences"));
     });
     all.sort();
-    return all.filter(QRegularExpression(QStringLiteral("^\"?(ce_(?!.*_tmp)|feature|evaluation|qor_rating|cablebook)"),
-                                         QRegularExpression::CaseInsensitiveOption));
+    return all.filter(
+        QRegularExpression(QStringLiteral("^\"?(ce_(?!.*_tmp)|feature|evaluation|qor_rating|cablebook|pd_)"),
+                           QRegularExpression::CaseInsensitiveOption));
 }
 
-QStringList EditorFixture::faults(RunningWorker& worker, int version, CableBook cableBook)
+QStringList MigrationFixture::faults(RunningWorker& worker, Family family, int version, CableBook cableBook)
 {
     QStringList found;
     const bool postgres = worker.run([](IDatabase& db) { return isPostgres(db); });
-    for (const auto& statement : statements(true, postgres, version, cableBook)) {
+    for (const auto& statement : statements(true, postgres, family, version, cableBook)) {
         const QString actual = rows(worker, statement.first);
         if (actual != statement.second)
             found.append(statement.first + QLatin1Char('\n') + actual);
@@ -182,7 +186,8 @@ QStringList EditorFixture::faults(RunningWorker& worker, int version, CableBook 
     return found;
 }
 
-void EditorFixture::forbid(RunningWorker& worker, const QString& event, const QString& table, const QString& condition)
+void MigrationFixture::forbid(RunningWorker& worker, const QString& event, const QString& table,
+                              const QString& condition)
 {
     const bool postgres = worker.run([](IDatabase& db) { return isPostgres(db); });
     const QString when = condition.isEmpty() ? QString() : QStringLiteral("WHEN (%1)").arg(condition);
@@ -195,7 +200,7 @@ void EditorFixture::forbid(RunningWorker& worker, const QString& event, const QS
                                        : QStringLiteral("BEGIN SELECT RAISE(ABORT, 'in the way'); END"))});
 }
 
-void EditorFixture::allow(RunningWorker& worker, const QString& event, const QString& table)
+void MigrationFixture::allow(RunningWorker& worker, const QString& event, const QString& table)
 {
     const bool postgres = worker.run([](IDatabase& db) { return isPostgres(db); });
     execute(worker, {QStringLiteral("DROP TRIGGER forbid_%1 %2")

@@ -1,15 +1,85 @@
 #pragma once
 
-#include "PropertyCheck.h"
+#include "entities/qor/Entity.h"
+#include "entities/qor/IObserver.h"
 
-#include <QByteArray>
+#include <QJsonObject>
+#include <QStringList>
+#include <QTest>
 #include <QUuid>
 
+#include <algorithm>
+#include <functional>
 #include <memory>
 
 Q_DECLARE_METATYPE(std::function<void()>)
 
 namespace TestSupport {
+
+/// An entity with an id.
+template <typename T>
+std::shared_ptr<T> make()
+{
+    auto entity = std::make_shared<T>();
+    entity->SetId(QUuid::createUuid());
+    return entity;
+}
+
+/// Counts how often it is told of a change.
+class CountingObserver final : public QOR::Entities::Interfaces::IObserver
+{
+public:
+    void changed(QOR::Entities::Interfaces::IEntity&) override { ++told; }
+
+    int told = 0;
+};
+
+enum class Storage { Stored, MemoryOnly };
+
+/// The names of the members that are not the same in both objects.
+inline QStringList changedMembers(const QJsonObject& left, const QJsonObject& right)
+{
+    QStringList names = left.keys() + right.keys();
+    names.removeDuplicates();
+    const auto isSame = [&](const QString& name) { return left.value(name) == right.value(name); };
+    names.erase(std::remove_if(names.begin(), names.end(), isSame), names.end());
+    return names;
+}
+
+/**
+ * Checks what holds for each property of an entity E. @p value differs from what a new entity has: setting it is read
+ * back, touches this member alone, tells observers once and makes a Normal entity (and no other) Modified if the
+ * property is stored; setting it again does nothing.
+ */
+template <typename E, typename Getter, typename Setter, typename Value>
+void checkProperty(const QString& member, Getter get, Setter set, const Value& value, Storage storage = Storage::Stored)
+{
+    using namespace QOR::Entities::Enumerations;
+    E entity;
+    entity.SetEntityState(Normal);
+    CountingObserver observer;
+    entity.attach(&observer);
+    const QJsonObject before = entity.toJson();
+
+    std::invoke(set, entity, value);
+    QVERIFY(std::invoke(get, entity) == value);
+    QCOMPARE(changedMembers(before, entity.toJson()), QStringList(member));
+    QCOMPARE(entity.EntityState(), storage == Storage::Stored ? Modified : Normal);
+    QCOMPARE(observer.told, 1);
+
+    entity.SetEntityState(Normal);
+    observer.told = 0;
+    std::invoke(set, entity, value);
+    QCOMPARE(entity.EntityState(), Normal);
+    QCOMPARE(observer.told, 0);
+
+    for (const auto state : {New, Deleted, Snapshot}) {
+        E other;
+        other.SetEntityState(state);
+        std::invoke(set, other, value);
+        QCOMPARE(other.EntityState(), state);
+    }
+}
 
 /// Checks how the id and the object of a reference of E to a T follow one another.
 template <typename E, typename T, typename GetId, typename SetId, typename GetObject, typename SetObject>
@@ -62,14 +132,14 @@ void checkReference(GetId getId, SetId setId, GetObject getObject, SetObject set
     QCOMPARE(entity.EntityState(), Modified);
 }
 
-/// Adds a row that runs checkProperty() to a table with one column `check`.
+/// Adds a row that runs checkProperty() to a table with one column `check`; @p member may begin with a capital.
 template <typename E, typename Getter, typename Setter, typename Value>
 void addProperty(const char* entity, const char* member, Getter get, Setter set, const Value& value,
                  Storage storage = Storage::Stored)
 {
-    const std::function<void()> check = [=] {
-        checkProperty<E>(QString::fromLatin1(member), get, set, value, storage);
-    };
+    QString jsonName = QString::fromLatin1(member);
+    jsonName[0] = jsonName[0].toLower();
+    const std::function<void()> check = [=] { checkProperty<E>(jsonName, get, set, value, storage); };
     QTest::newRow(QByteArray(entity).append('.').append(member).constData()) << check;
 }
 

@@ -1,0 +1,7 @@
+#include "entities/cables/INamedEntity.h"
+
+namespace Cables::Entities::Interfaces {
+
+INamedEntity::~INamedEntity() = default;
+
+} // namespace Cables::Entities::Interfaces

@@ -1,0 +1,7 @@
+#include "entities/pd/IPdEntity.h"
+
+namespace PD::Entities::Interfaces {
+
+IPdEntity::~IPdEntity() = default;
+
+} // namespace PD::Entities::Interfaces

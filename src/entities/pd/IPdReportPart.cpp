@@ -1,0 +1,7 @@
+#include "entities/pd/IPdReportPart.h"
+
+namespace PD::Entities::Interfaces {
+
+IPdReportPart::~IPdReportPart() = default;
+
+} // namespace PD::Entities::Interfaces
