@@ -39,4 +39,8 @@ void measureMigration(const Settings& settings, Report& report);
 /// The library's operations on tables of growing size.
 void measureGrowth(const Settings& settings, DataAccess::Enumerations::DatabaseType type, Report& report);
 
+/// Saving and loading whole cable networks of two sizes through the cable context; the cost of one cable of twenty
+/// segments.
+void measureReload(const Settings& settings, DataAccess::Enumerations::DatabaseType type, Report& report);
+
 } // namespace Bench

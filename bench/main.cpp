@@ -46,6 +46,8 @@ void measure(const Settings& settings, Report& report)
         measureRoundTrip(settings, report);
     if (wanted("migration"))
         measureMigration(settings, report);
+    if (wanted("reload"))
+        onBoth([&](auto type) { measureReload(settings, type, report); });
     if (wanted("timezone")) {
         setTimeZone(nullptr);
         report.beginPass(QStringLiteral("TZ not set"));
@@ -75,10 +77,11 @@ int main(int argc, char** argv)
     const QCommandLineOption quick(QStringLiteral("quick"), QStringLiteral("A tenth of the rows, and fewer rounds."));
     const QCommandLineOption json(QStringLiteral("json"), QStringLiteral("Also write the results to FILE."),
                                   QStringLiteral("FILE"));
-    const QCommandLineOption only(QStringLiteral("only"),
-                                  QStringLiteral("Measure one of rows, memory, worker, migration, timezone, growth; "
-                                                 "may be given more than once."),
-                                  QStringLiteral("WHAT"));
+    const QCommandLineOption only(
+        QStringLiteral("only"),
+        QStringLiteral("Measure one of rows, memory, worker, migration, reload, timezone, growth; "
+                       "may be given more than once."),
+        QStringLiteral("WHAT"));
     parser.addOptions({quick, json, only});
     parser.process(application);
 

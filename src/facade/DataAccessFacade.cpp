@@ -18,6 +18,8 @@
 #include <map>
 #include <mutex>
 #include <set>
+#include <shared_mutex>
+#include <tuple>
 #include <vector>
 
 namespace DataAccess {
@@ -59,18 +61,24 @@ struct DataAccessFacade::Data
     Factories::PdRepositoryManagerFactory pdFactory;
     Factories::LbRepositoryManagerFactory lbFactory;
 
-    /// Recursive, since a receiver of the signals may ask for something.
-    std::recursive_mutex mutex;
-    std::map<const Interfaces::IConfig*, std::unique_ptr<RunningDatabase>> databases;
-    /// Keeps the configurations alive: another object at the same place would be taken for one of them.
-    std::map<const Interfaces::IConfig*, std::shared_ptr<Interfaces::IConfig>> configs;
-    std::set<int> typesClosedAtExit;
+    /// Held while a database is opened, and by who uses the migration managers. Recursive, since a receiver of the
+    /// signals may ask for something.
+    std::recursive_mutex opening;
+    /// Guards the table. Not held while a job is waited for, which may itself ask for something.
+    std::mutex mutex;
+    /// By identity. Keeps the configurations alive: another one at the same address would be taken for this one.
+    std::map<std::shared_ptr<Interfaces::IConfig>, std::unique_ptr<RunningDatabase>> databases;
+    /// Held, shared, by threads that are removing databases, which the table no longer knows.
+    std::shared_mutex removals;
+    /// Type, host and port of what is closed when the process exits.
+    std::set<std::tuple<int, QString, unsigned int>> closedAtExit;
 };
 
 std::shared_ptr<DataAccessFacade> DataAccessFacade::Instance()
 {
-    static const std::shared_ptr<DataAccessFacade> instance(new DataAccessFacade(nullptr));
-    return instance;
+    // Never destroyed: the end of the process comes back here, and may come from the thread of a database.
+    static const auto* const instance = new std::shared_ptr<DataAccessFacade>(new DataAccessFacade(nullptr));
+    return *instance;
 }
 
 DataAccessFacade::DataAccessFacade(QObject* parent)
@@ -78,37 +86,32 @@ DataAccessFacade::DataAccessFacade(QObject* parent)
     , m_data(std::make_unique<Data>())
 {}
 
-DataAccessFacade::~DataAccessFacade()
-{
-    closeAll();
-}
+DataAccessFacade::~DataAccessFacade() = default;
 
 std::shared_ptr<Interfaces::IRepositoryManager>
 DataAccessFacade::AddDatabase(std::shared_ptr<Interfaces::IConfig> config)
 {
-    const std::lock_guard<std::recursive_mutex> lock(m_data->mutex);
-    const auto open = m_data->databases.find(config.get());
-    if (open != m_data->databases.end())
-        return open->second->repositories;
-
-    auto database = std::make_unique<RunningDatabase>(config);
-    if (QCoreApplication::instance() == nullptr) {
-        qCCritical(lcFacade) << "No database can be opened without an application object";
+    if (RunningDatabase::isDatabaseThread()) {
+        qCCritical(lcFacade) << "No database can be opened on the thread of one";
         return nullptr;
     }
+    const std::lock_guard<std::recursive_mutex> opening(m_data->opening);
+    if (auto repositories = GetRepositories(config))
+        return repositories;
+
+    auto database = std::make_unique<RunningDatabase>(config);
     QStringList newerFeatures;
-    const bool isUpToDate = bringUpToDate(*database, newerFeatures);
-    closeAllAtExit(config->Type());
-    if (!isUpToDate) {
+    if (!bringUpToDate(*database, newerFeatures)) {
         database.reset();
         qCWarning(lcFacade) << "QOR did not initialized";
         return nullptr;
     }
     database->repositories = makeRepositories(*database, *config, newerFeatures);
-    auto repositories = database->repositories;
-    m_data->databases[config.get()] = std::move(database);
-    m_data->configs[config.get()] = std::move(config);
-    return repositories;
+    closeAllAtEnd(*config);
+    const std::lock_guard<std::mutex> lock(m_data->mutex);
+    // Unless a receiver of a signal has opened it meanwhile.
+    const auto entry = m_data->databases.emplace(std::move(config), std::move(database)).first;
+    return entry->second->repositories;
 }
 
 bool DataAccessFacade::bringUpToDate(RunningDatabase& database, QStringList& newerFeatures)
@@ -153,34 +156,32 @@ std::shared_ptr<Interfaces::IRepositoryManager> DataAccessFacade::makeRepositori
 std::shared_ptr<Interfaces::IRepositoryManager>
 DataAccessFacade::GetRepositories(std::shared_ptr<Interfaces::IConfig> config)
 {
-    const std::lock_guard<std::recursive_mutex> lock(m_data->mutex);
-    const auto open = m_data->databases.find(config.get());
+    const std::lock_guard<std::mutex> lock(m_data->mutex);
+    const auto open = m_data->databases.find(config);
     return open == m_data->databases.end() ? nullptr : open->second->repositories;
 }
 
 void DataAccessFacade::RemoveDatabase(std::shared_ptr<Interfaces::IConfig> config)
 {
+    if (RunningDatabase::isDatabaseThread()) {
+        qCCritical(lcFacade) << "No database can be removed on the thread of one";
+        return;
+    }
+    const std::shared_lock<std::shared_mutex> removal(m_data->removals);
     std::unique_ptr<RunningDatabase> database;
     {
-        const std::lock_guard<std::recursive_mutex> lock(m_data->mutex);
-        const auto open = m_data->databases.find(config.get());
+        const std::lock_guard<std::mutex> lock(m_data->mutex);
+        const auto open = m_data->databases.find(config);
         if (open == m_data->databases.end())
             return;
-        if (open->second->isOwnThread()) {
-            qCCritical(lcFacade) << "A database cannot be removed on its own thread";
-            return;
-        }
         database = std::move(open->second);
         m_data->databases.erase(open);
-        m_data->configs.erase(config.get());
     }
-    // Others may open and look up databases meanwhile.
-    database->finishJobs();
+    database->finish();
 }
 
 QHash<QString, QString> DataAccessFacade::GetVersions()
 {
-    const std::lock_guard<std::recursive_mutex> lock(m_data->mutex);
     QHash<QString, QString> versions;
     for (const auto& migration : m_data->migrations)
         versions.insert(migration->feature(),
@@ -190,7 +191,7 @@ QHash<QString, QString> DataAccessFacade::GetVersions()
 
 QStringList DataAccessFacade::GetMigrationMessages()
 {
-    const std::lock_guard<std::recursive_mutex> lock(m_data->mutex);
+    const std::lock_guard<std::recursive_mutex> opening(m_data->opening);
     QStringList messages;
     for (const auto& migration : m_data->migrations)
         messages += migration->migrationMessages();
@@ -199,27 +200,34 @@ QStringList DataAccessFacade::GetMigrationMessages()
 
 void DataAccessFacade::closeAll()
 {
+    // The process is left from within a job: there is no waiting for that one.
+    if (RunningDatabase::isDatabaseThread())
+        return;
+    const std::lock_guard<std::recursive_mutex> opening(m_data->opening);
     std::vector<std::shared_ptr<Interfaces::IConfig>> configs;
     {
-        const std::lock_guard<std::recursive_mutex> lock(m_data->mutex);
-        for (const auto& config : m_data->configs)
-            configs.push_back(config.second);
+        const std::lock_guard<std::mutex> lock(m_data->mutex);
+        for (const auto& open : m_data->databases)
+            configs.push_back(open.first);
     }
     for (const auto& config : configs)
         RemoveDatabase(config);
 }
 
-void DataAccessFacade::closeAllAtExit(int type)
+void DataAccessFacade::closeAllAtEnd(Interfaces::IConfig& config)
 {
     // No job can run any more once the application object has ended, which calls each routine once, and forgets it.
-    const auto close = [] { Instance()->closeAll(); };
-    qRemovePostRoutine(close);
-    qAddPostRoutine(close);
-    // Without one, or with databases opened after it: what a driver needs to close a connection is torn down at the
-    // exit of the process, the latest made first. It was made when the first database of a type was opened, and whoever
-    // is called before that can still close one.
-    if (m_data->typesClosedAtExit.insert(type).second)
-        std::atexit(close);
+    const auto closeWithApplication = [] {
+        Instance()->closeAll();
+        // What other threads are closing has to be done by then, too.
+        const std::unique_lock<std::shared_mutex> removals(Instance()->m_data->removals);
+    };
+    qRemovePostRoutine(closeWithApplication);
+    qAddPostRoutine(closeWithApplication);
+    // An exit without that end tears down what a driver needs to close a connection, the latest made first. It was made
+    // when the first database of a server was opened, and whoever is called before that can still close one.
+    if (m_data->closedAtExit.emplace(config.Type(), config.HostName(), config.Port()).second)
+        std::atexit([] { Instance()->closeAll(); });
 }
 
 } // namespace DataAccess

@@ -10,7 +10,7 @@ class RunningDatabase;
 
 /**
  * See IDataAccessFacade. Signals are emitted by AddDatabase(), on its caller's thread. Databases that are open when the
- * process ends are closed then, before or after the application object ends.
+ * application object ends, or the process exits, are closed then, once the jobs that wait have run.
  */
 class DATAACCESS_EXPORT DataAccessFacade : public QObject, public Interfaces::IDataAccessFacade
 {
@@ -46,7 +46,7 @@ private:
     std::shared_ptr<Interfaces::IRepositoryManager>
     makeRepositories(RunningDatabase& database, Interfaces::IConfig& config, const QStringList& newerFeatures);
     void closeAll();
-    void closeAllAtExit(int type);
+    void closeAllAtEnd(Interfaces::IConfig& config);
 
     std::unique_ptr<Data> m_data;
 };

@@ -14,7 +14,8 @@ class IConfig;
 class IRepositoryManager;
 
 /// The single object through which an application opens databases. A database is known by the configuration object that
-/// it was opened with. Any thread may call, but for the worker thread of a database.
+/// it was opened with. Any thread may call; the thread of a database, within a job, GetRepositories() and
+/// GetVersions().
 class DATAACCESS_EXPORT IDataAccessFacade
 {
 public:
@@ -31,8 +32,9 @@ public:
     /// What AddDatabase() gave for @p config; null when that database is not open.
     virtual std::shared_ptr<IRepositoryManager> GetRepositories(std::shared_ptr<IConfig> config) = 0;
     /**
-     * Closes the database of @p config, if it is open: lets the jobs that wait finish, then ends its thread.
-     * Repositories, contexts and tasks that are still held may end later; what they are asked from now on fails.
+     * Closes the database of @p config, if it is open: lets the jobs that wait finish, however long they take, and ends
+     * its thread. Jobs that come later never run: who waits for one gets NotOpenException. Repositories, contexts and
+     * tasks that are still held may end later; what they are asked from now on fails.
      */
     virtual void RemoveDatabase(std::shared_ptr<IConfig> config) = 0;
     /// The schema versions that this build works with, by the name of the schema: "1.3." and a number.

@@ -2,44 +2,69 @@
 
 #include "database/IConfig.h"
 #include "database/LoggingCategories.h"
-#include "database/Task.h"
 #include "manager/IRepositoryManager.h"
 
 #include <QCoreApplication>
 
-#include <chrono>
-
 namespace DataAccess {
 
+namespace {
+
+/// Can be told from all other threads.
+class DatabaseThread final : public QThread
+{};
+
+} // namespace
+
 RunningDatabase::RunningDatabase(const std::shared_ptr<Interfaces::IConfig>& config)
-    : m_thread(std::make_unique<QThread>())
+    : m_thread(std::make_unique<DatabaseThread>())
     , m_worker(Database::DbWorker::make_worker(m_thread.get(), config))
 {
     m_thread->setObjectName(QStringLiteral("Thread_") + config->ConnectionName());
     m_thread->start();
+    // Qt delivers no events without an application object: no job would run, and whoever waits for one would hang.
+    if (QCoreApplication::instance() == nullptr || !m_thread->isRunning()) {
+        qCCritical(lcFacade) << m_thread->objectName() << "cannot run: no application object, or too many threads";
+        m_worker->queue()->close();
+    }
 }
 
 RunningDatabase::~RunningDatabase()
 {
-    constexpr unsigned long patience = 3000;
     m_worker->queue()->close();
     m_thread->quit();
-    if (!m_thread->wait(patience)) {
-        qCCritical(lcFacade) << m_thread->objectName() << "does not end and is terminated";
-        m_thread->terminate();
-        m_thread->wait();
-    }
-    repositories.reset();
+    if (endThread())
+        return;
+    // Some job is still at work, and deleting what it uses would end the process.
+    QThread* const thread = m_thread.release();
+    QObject::connect(thread, &QThread::finished, m_worker.release(), &QObject::deleteLater);
+    QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
 }
 
-void RunningDatabase::finishJobs()
+bool RunningDatabase::endThread()
 {
-    Database::Task<bool> last([](Interfaces::IDatabase&) { return true; });
-    m_worker->insert(last.toJob());
-    while (last.Completion().wait_for(std::chrono::milliseconds(100)) != std::future_status::ready) {
-        if (m_thread->isFinished() || QCoreApplication::instance() == nullptr)
-            return;
-    }
+    constexpr unsigned long patience = 3000;
+    if (m_thread->wait(patience))
+        return true;
+    qCCritical(lcFacade) << m_thread->objectName() << "does not end and is terminated";
+    m_thread->terminate();
+    return m_thread->wait(patience);
+}
+
+void RunningDatabase::finish()
+{
+    // Quits once the job has run, and also if it is dropped, since the application has closed the queue.
+    const auto quit = [](QThread* thread) { thread->quit(); };
+    std::shared_ptr<QThread> running(m_thread.get(), quit);
+    // Closes on the worker's thread, so that no job begins between the last one and the end.
+    m_worker->insert([queue = m_worker->queue(), running](Interfaces::IDatabase&) { queue->close(); });
+    running.reset();
+    m_thread->wait();
+}
+
+bool RunningDatabase::isDatabaseThread()
+{
+    return dynamic_cast<DatabaseThread*>(QThread::currentThread()) != nullptr;
 }
 
 } // namespace DataAccess

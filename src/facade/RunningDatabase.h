@@ -13,11 +13,12 @@ class IConfig;
 class IRepositoryManager;
 } // namespace Interfaces
 
-/// The thread and the worker of one database, running from construction to the end, and what was handed out for it.
+/// The thread and the worker of one database, running from construction to the end, and what was handed out for it. Not
+/// to be ended on the thread of a database: two may share a connection, and one job at a time has that.
 class RunningDatabase
 {
 public:
-    /// Throws std::invalid_argument when @p config is null.
+    /// Throws std::invalid_argument when @p config is null. When the thread cannot run, all jobs fail.
     explicit RunningDatabase(const std::shared_ptr<Interfaces::IConfig>& config);
     /// Drops the jobs that wait, and ends the thread; by force when it has not ended after three seconds.
     ~RunningDatabase();
@@ -25,16 +26,22 @@ public:
     RunningDatabase& operator=(const RunningDatabase&) = delete;
 
     Database::DbWorker* worker() const { return m_worker.get(); }
-    /// Whether the calling thread is that of the worker.
-    bool isOwnThread() const { return QThread::currentThread() == m_thread.get(); }
-    /// Waits until all jobs that were queued before have run, or no job can run any more. Not on the worker's thread.
-    void finishJobs();
+    /// Waits until all jobs that were queued before have run, however long they take, and the thread has ended. Jobs
+    /// that come later are dropped.
+    void finish();
 
-    std::shared_ptr<Interfaces::IRepositoryManager> repositories;
+    /// Whether the calling thread is that of some database.
+    static bool isDatabaseThread();
 
 private:
+    bool endThread();
+
     std::unique_ptr<QThread> m_thread;
     std::unique_ptr<Database::DbWorker> m_worker;
+
+public:
+    /// Let go of first, once the thread has ended.
+    std::shared_ptr<Interfaces::IRepositoryManager> repositories;
 };
 
 } // namespace DataAccess

@@ -1,3 +1,5 @@
+#include "support/RunningWorker.h"
+#include "support/Scalar.h"
 #include "support/TestDatabase.h"
 #include "support/TestMain.h"
 
@@ -15,7 +17,7 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("how");
         QTest::addColumn<int>("backend");
-        for (const char* how : {"returns", "outlives", "exits", "thread", "early", "late"}) {
+        for (const char* how : {"returns", "outlives", "exits", "thread", "job", "removes", "early", "late"}) {
             QTest::addRow("%s, SQLite", how) << QString::fromLatin1(how) << int(DataAccess::Enumerations::SQLite3);
             QTest::addRow("%s, PostgreSQL", how) << QString::fromLatin1(how) << int(DataAccess::Enumerations::Postgres);
         }
@@ -31,6 +33,12 @@ private Q_SLOTS:
         const QByteArray said = process.readAllStandardError();
         QVERIFY2(process.exitStatus() == QProcess::NormalExit, said.constData());
         QVERIFY2(process.exitCode() == 0, said.constData());
+        if (how == QLatin1String("early") || how == QLatin1String("late"))
+            return;
+        RunningWorker worker(database.config());
+        const int owners = worker.run(
+            [](DataAccess::Interfaces::IDatabase& db) { return scalar(db, "SELECT count(*) FROM ce_owner").toInt(); });
+        QCOMPARE(owners, 10);
     }
 };
 
