@@ -16,7 +16,6 @@ namespace DataAccess {
 Interfaces::IValueConverter::~IValueConverter() = default;
 
 namespace Converter {
-
 using Exceptions::ExecutionException;
 
 namespace {

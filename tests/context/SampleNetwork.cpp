@@ -81,6 +81,14 @@ QUuid sampleId(const QString& name)
     return QUuid::createUuidV5(space, name);
 }
 
+std::shared_ptr<Owner> makeOwner(const QString& name)
+{
+    auto owner = std::make_shared<Owner>();
+    owner->SetId(sampleId(name));
+    owner->SetName(name);
+    return owner;
+}
+
 QByteArray describe(const CableContext& context)
 {
     QList<QByteArray> lines;

@@ -43,6 +43,9 @@ private:
 /// The id of the thing called @p name in every sample network.
 QUuid sampleId(const QString& name);
 
+/// An owner called @p name, with the id of that name.
+std::shared_ptr<Cables::Entities::Owner> makeOwner(const QString& name);
+
 /// All values and links of a network, one line for each entity, in a fixed order.
 QByteArray describe(const DataAccess::Context::CableContext& context);
 
