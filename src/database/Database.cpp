@@ -5,11 +5,19 @@
 #include "database/LoggingCategories.h"
 #include "database/NotOpenException.h"
 #include "database/PostgresValueConverter.h"
+#include "database/QtRowReader.h"
+#include "database/QtRowWriter.h"
 #include "database/SQLite2ValueConverter.h"
 #include "database/SQLite3ValueConverter.h"
 #include "database/SharedConnection.h"
+#include "database/StatementError.h"
+#include "database/native/PostgresRowReader.h"
+#include "database/native/PostgresRowWriter.h"
+#include "database/native/SqliteRowReader.h"
+#include "database/native/SqliteRowWriter.h"
 
 #include <QSqlDatabase>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlResult>
@@ -19,27 +27,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace DataAccess {
-
-Interfaces::IDatabase::~IDatabase() = default;
-void Interfaces::IDatabase::BeginJob()
-{}
-void Interfaces::IDatabase::EndJob()
-{}
-
-QString Interfaces::IDatabase::OpenError() const
-{
-    return {};
-}
-
-QSqlQuery& Interfaces::IDatabase::PreparedQuery(const QString& statement)
-{
-    QSqlQuery& query = Query();
-    query.prepare(statement);
-    return query;
-}
-
-namespace Database {
+namespace DataAccess::Database {
 
 using namespace Exceptions;
 
@@ -145,13 +133,11 @@ void Database::resetQuery()
     m_prepared.clear();
 }
 
-void Database::throwStatementError(const QSqlQuery& query)
+void Database::fail(const QSqlQuery& query)
 {
     // What was prepared may be lost together with the connection.
     m_prepared.clear();
-    const QString text = query.lastError().text();
-    qCCritical(lcDatabase) << "SQL Error:" << text;
-    throw ExecutionException(text.toLocal8Bit().constData());
+    throwStatementError(query.lastError().text());
 }
 
 bool Database::Connect()
@@ -174,7 +160,7 @@ bool Database::Exec(QSqlQuery& query)
     const auto lock = lockConnection();
     requireOpen();
     if (!query.exec())
-        throwStatementError(query);
+        fail(query);
     return true;
 }
 
@@ -183,19 +169,58 @@ bool Database::ExecBatch(QSqlQuery& query)
     const auto lock = lockConnection();
     requireOpen();
     if (!query.execBatch(QSqlQuery::ValuesAsRows))
-        throwStatementError(query);
+        fail(query);
     return true;
 }
 
-QSqlQuery Database::Exec(const QString& sql)
+QSqlQuery Database::run(const QString& sql, bool forwardOnly)
 {
     const auto lock = lockConnection();
     requireOpen();
     QSqlQuery query(m_connection->handle());
-    query.setForwardOnly(true);
+    query.setForwardOnly(forwardOnly);
     if (!query.exec(sql) || query.lastError().isValid())
-        throwStatementError(query);
+        fail(query);
     return query;
+}
+
+QSqlQuery Database::Exec(const QString& sql)
+{
+    return run(sql, true);
+}
+
+std::unique_ptr<Interfaces::IRowReader> Database::Read(const QString& sql)
+{
+    const auto lock = lockConnection();
+    // Forwards only, PostgreSQL's driver would ask for one row at a time, which takes much longer than a whole result.
+    const Enumerations::DatabaseType type = m_config ? m_config->Type() : Enumerations::None;
+    if (type == Enumerations::SQLite3) {
+        requireOpen();
+        if (auto reader = Native::sqliteRowReader(*m_connection->handle().driver(), sql))
+            return reader;
+    }
+    const QSqlQuery query = run(sql, type != Enumerations::Postgres);
+    if (type == Enumerations::Postgres) {
+        if (auto reader = Native::postgresRowReader(query))
+            return reader;
+    }
+    return std::make_unique<QtRowReader>(*this, query);
+}
+
+std::unique_ptr<Interfaces::IRowWriter> Database::Write(const QString& statement, std::function<void()> written)
+{
+    const auto lock = lockConnection();
+    requireOpen();
+    m_prepared.clear();
+    QSqlQuery query(m_connection->handle());
+    std::unique_ptr<Interfaces::IRowWriter> writer;
+    if (m_config->Type() == Enumerations::Postgres)
+        writer = Native::postgresRowWriter(query, statement, written);
+    if (!writer && !query.prepare(statement))
+        throw ExecutionException(query.lastError().text().toLocal8Bit().constData());
+    if (m_config->Type() == Enumerations::SQLite3)
+        writer = Native::sqliteRowWriter(query, written);
+    return writer ? std::move(writer) : std::make_unique<QtRowWriter>(*this, query, std::move(written));
 }
 
 QStringList Database::Tables()
@@ -277,7 +302,7 @@ quint64 Database::NextId(const QString& table)
                                   ? QStringLiteral("SELECT nextval('%1_s')")
                                   : QStringLiteral("SELECT IFNULL(MAX(OID),0) + 1 FROM \"%1\" LIMIT 1");
     if (!query.prepare(statement.arg(table)))
-        throwStatementError(query);
+        fail(query);
     Exec(query);
     if (!query.next())
         throw ExecutionException(query.lastError().text().toLocal8Bit().constData());
@@ -343,5 +368,4 @@ void Database::leaveThread()
     m_connection->moveToThread(nullptr);
 }
 
-} // namespace Database
-} // namespace DataAccess
+} // namespace DataAccess::Database

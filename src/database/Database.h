@@ -49,6 +49,8 @@ public:
     void EndJob() override;
     QString OpenError() const override;
     QSqlQuery& PreparedQuery(const QString& statement) override;
+    std::unique_ptr<Interfaces::IRowReader> Read(const QString& sql) override;
+    std::unique_ptr<Interfaces::IRowWriter> Write(const QString& statement, std::function<void()> written) override;
 
     /// Takes the connection along to @p thread; called before the object itself is moved there.
     void moveConnectionToThread(QThread* thread);
@@ -61,7 +63,9 @@ private:
     bool open();
     void requireOpen();
     void resetQuery();
-    [[noreturn]] void throwStatementError(const QSqlQuery& query);
+    /// Runs a text on a query of its own.
+    QSqlQuery run(const QString& sql, bool forwardOnly);
+    [[noreturn]] void fail(const QSqlQuery& query);
 
     std::shared_ptr<SharedConnection> m_connection;
     std::shared_ptr<Interfaces::IConfig> m_config;

@@ -97,6 +97,9 @@ public:
 
     /// Number of columns of the query's result.
     virtual int columnCount() const = 0;
+
+    /// The UUID whose text is stored; null when there is none.
+    virtual QUuid toUuid(int column) const = 0;
 };
 
 } // namespace DataAccess::Interfaces

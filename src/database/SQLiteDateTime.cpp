@@ -15,21 +15,22 @@ constexpr int s_dateLength = 10;
 constexpr int s_lengthWithoutMs = 19;
 
 /// Whether @p text is laid out like the first characters of the layout, as many as it has.
-bool hasLayout(const QString& text)
+template <typename Text>
+bool hasLayout(const Text& text)
 {
     if (text.size() > s_layout.size())
         return false;
     for (int i = 0; i < text.size(); ++i) {
-        const QChar c = text.at(i);
-        const bool matches =
-            s_layout[i] == QLatin1Char('0') ? c >= QLatin1Char('0') && c <= QLatin1Char('9') : c == s_layout[i];
+        const auto c = text.at(i).unicode();
+        const bool matches = s_layout[i] == QLatin1Char('0') ? c >= '0' && c <= '9' : c == s_layout[i].unicode();
         if (!matches)
             return false;
     }
     return true;
 }
 
-int number(const QString& text, int from, int digits)
+template <typename Text>
+int number(const Text& text, int from, int digits)
 {
     int result = 0;
     for (int i = from; i < from + digits; ++i)
@@ -37,9 +38,33 @@ int number(const QString& text, int from, int digits)
     return result;
 }
 
-QDate dateOf(const QString& text)
+template <typename Text>
+QDate dateOf(const Text& text)
 {
     return {number(text, 0, 4), number(text, 5, 2), number(text, 8, 2)};
+}
+
+template <typename Text>
+QDate dateIn(const Text& text)
+{
+    if (text.size() == s_dateLength && hasLayout(text))
+        return dateOf(text);
+    return QDate::fromString(QString(text), s_date);
+}
+
+template <typename Text>
+QDateTime dateTimeIn(const Text& text, Qt::TimeSpec timeSpec)
+{
+    if ((text.size() == s_layout.size() || text.size() == s_lengthWithoutMs) && hasLayout(text)) {
+        const int milliseconds = text.size() == s_layout.size() ? number(text, 20, 3) : 0;
+        const QTime time(number(text, 11, 2), number(text, 14, 2), number(text, 17, 2), milliseconds);
+        const QDate date = dateOf(text);
+        return date.isValid() && time.isValid() ? QDateTime(date, time, timeSpec) : QDateTime();
+    }
+    QDateTime parsed = QDateTime::fromString(QString(text), s_dateTime);
+    if (!parsed.isValid())
+        parsed = QDateTime::fromString(QString(text), s_dateTimeWithoutMs);
+    return parsed.isValid() ? QDateTime(parsed.date(), parsed.time(), timeSpec) : QDateTime();
 }
 
 // The numbers are printed by hand, too: Qt would take the digits of the user's language for them.
@@ -86,23 +111,22 @@ QString format(const QDateTime& dateTime)
 
 QDate parseDate(const QString& text)
 {
-    if (text.size() == s_dateLength && hasLayout(text))
-        return dateOf(text);
-    return QDate::fromString(text, s_date);
+    return dateIn(text);
+}
+
+QDate parseDate(QLatin1String text)
+{
+    return dateIn(text);
 }
 
 QDateTime parse(const QString& text, Qt::TimeSpec timeSpec)
 {
-    if ((text.size() == s_layout.size() || text.size() == s_lengthWithoutMs) && hasLayout(text)) {
-        const int milliseconds = text.size() == s_layout.size() ? number(text, 20, 3) : 0;
-        const QTime time(number(text, 11, 2), number(text, 14, 2), number(text, 17, 2), milliseconds);
-        const QDate date = dateOf(text);
-        return date.isValid() && time.isValid() ? QDateTime(date, time, timeSpec) : QDateTime();
-    }
-    QDateTime parsed = QDateTime::fromString(text, s_dateTime);
-    if (!parsed.isValid())
-        parsed = QDateTime::fromString(text, s_dateTimeWithoutMs);
-    return parsed.isValid() ? QDateTime(parsed.date(), parsed.time(), timeSpec) : QDateTime();
+    return dateTimeIn(text, timeSpec);
+}
+
+QDateTime parse(QLatin1String text, Qt::TimeSpec timeSpec)
+{
+    return dateTimeIn(text, timeSpec);
 }
 
 } // namespace DataAccess::Database::SQLiteDateTime

@@ -16,7 +16,9 @@ QString format(const QDate& date);
 QString format(const QDateTime& dateTime);
 /// The date in @p text; invalid when there is none.
 QDate parseDate(const QString& text);
+QDate parseDate(QLatin1String text);
 /// The date and time in @p text, taken as @p timeSpec, which is local time or UTC; invalid when there is none.
 QDateTime parse(const QString& text, Qt::TimeSpec timeSpec);
+QDateTime parse(QLatin1String text, Qt::TimeSpec timeSpec);
 
 } // namespace DataAccess::Database::SQLiteDateTime

@@ -1,13 +1,13 @@
 #include "database/ValueConverter.h"
 
 #include "database/ExecutionException.h"
+#include "database/StorableText.h"
 
 #include <QBuffer>
 #include <QJsonDocument>
 #include <QSqlQuery>
 #include <QSqlRecord>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -19,19 +19,6 @@ namespace Converter {
 using Exceptions::ExecutionException;
 
 namespace {
-
-/// Whether every backend gives @p text back as it was.
-bool isStorable(const QString& text)
-{
-    const QChar* const end = text.constEnd();
-    for (const QChar* c = text.constBegin(); c != end; ++c) {
-        if (c->isNull() || c->unicode() >= 0xfffe || c->isLowSurrogate())
-            return false;
-        if (c->isHighSurrogate() && (++c == end || !c->isLowSurrogate()))
-            return false;
-    }
-    return true;
-}
 
 /// The date and time of @p value as they stand, in ISO 8601 with milliseconds.
 QString isoText(const QDateTime& value)
@@ -49,17 +36,6 @@ template <typename T>
 const T* held(const QVariant& value)
 {
     return value.userType() == qMetaTypeId<T>() ? static_cast<const T*>(value.constData()) : nullptr;
-}
-
-/// The form in which @p text is bound.
-QString stored(const QString& text)
-{
-    if (!isStorable(text))
-        throw ExecutionException("A text with NUL characters, lone surrogates or noncharacters cannot be stored");
-    // A leading byte order mark counts as no part of the text, for SQLite where it is bound and for PostgreSQL's driver
-    // where it is read; a second one does.
-    constexpr QChar byteOrderMark(QChar::ByteOrderMark);
-    return text.startsWith(byteOrderMark) ? byteOrderMark + text : text;
 }
 
 } // namespace
@@ -151,7 +127,7 @@ void ValueConverter::bindValue(const QString& placeholder, double value)
 
 void ValueConverter::bindValue(const QString& placeholder, const QString& value)
 {
-    bind(placeholder, stored(value));
+    bind(placeholder, storable(value));
 }
 
 void ValueConverter::bindValue(const QString& placeholder, const QUuid& value)
@@ -340,6 +316,11 @@ int ValueConverter::columnCount() const
     return m_columnCount;
 }
 
+QUuid ValueConverter::toUuid(int column) const
+{
+    return QUuid(toString(column));
+}
+
 QImage ValueConverter::toImage(int column) const
 {
     return QImage::fromData(QByteArray::fromBase64(read(column).toByteArray()));
@@ -362,7 +343,7 @@ void ValueConverter::append(QList<QVariant>& list, qint64 value) const
 
 void ValueConverter::append(QList<QVariant>& list, const QString& value) const
 {
-    list.append(stored(value));
+    list.append(storable(value));
 }
 
 void ValueConverter::append(QList<QVariant>& list, const QByteArray& value) const

@@ -66,12 +66,13 @@ public:
     QSqlQuery& query() override;
     QDateTime toUtcDateTime(int column) const override;
     int columnCount() const override;
+    QUuid toUuid(int column) const override;
 
 protected:
     /// The value of @p column in the current row.
-    QVariant read(int column) const;
-    /// Binds @p value as it is.
-    void bind(const QString& placeholder, const QVariant& value);
+    virtual QVariant read(int column) const;
+    /// Binds @p value as it is: a bool, int, qint64, double, QString, QByteArray or QDate, or a null one of these.
+    virtual void bind(const QString& placeholder, const QVariant& value);
     /// Binds the text that @p format makes of @p value.
     void bindTime(const QString& placeholder, const QDateTime& value, QString (*format)(const QDateTime&));
     /// Throws ExecutionException when @p date does not come back from a database as it was.

@@ -59,7 +59,7 @@ public:
     virtual QString idText(const QUuid& id) const { return id.toString(); }
 
     /// The id of the current row.
-    virtual QUuid readId(const Interfaces::IValueConverter& row) const { return QUuid(row.toString(0)); }
+    virtual QUuid readId(const Interfaces::IValueConverter& row) const { return row.toUuid(0); }
 
     /// Reads the time stamp and the state; after the properties, which change the state.
     virtual void readBookkeeping(const Interfaces::IValueConverter& row, const Bookkeeping& columns, T& entity) const
@@ -87,6 +87,8 @@ public:
     virtual void bindStored(Interfaces::IDatabase& /*db*/, Interfaces::IValueConverter& /*values*/,
                             const std::shared_ptr<T>& /*entity*/) const
     {}
+    /// Whether bindStored() or writeMore() runs statements: then no row may be under way meanwhile.
+    virtual bool usesConnection() const { return false; }
     /// Called after @p entity was written and got its new time stamp, before it gets its new state.
     virtual void written(const std::shared_ptr<T>& /*entity*/) const {}
 

@@ -51,18 +51,19 @@ std::vector<std::shared_ptr<T>> read(Interfaces::IDatabase& db, const Statements
     try {
         for (const QString& statement : statementsFor(db)) {
             executed = false;
-            QSqlQuery query = db.Exec(statement);
+            const auto reader = db.Read(statement);
             executed = true;
-            const auto row = db.Converter(query);
-            while (query.next()) {
+            const Interfaces::IValueConverter& row = reader->row();
+            while (reader->next()) {
                 auto entity = std::make_shared<T>();
-                entity->SetId(mapping.readId(*row));
-                mapping.read(*row, entity);
-                mapping.readBookkeeping(*row, columns, *entity);
+                entity->SetId(mapping.readId(row));
+                mapping.read(row, entity);
+                mapping.readBookkeeping(row, columns, *entity);
                 rows.push_back(std::move(entity));
             }
-            if (query.lastError().isValid()) {
-                qCWarning(lcDatabase) << function << query.lastError().text();
+            const QString error = reader->error();
+            if (!error.isEmpty()) {
+                qCWarning(lcDatabase) << function << error;
                 return {};
             }
         }
@@ -117,6 +118,17 @@ QHash<QUuid, std::shared_ptr<T>> byId(std::vector<std::shared_ptr<T>> rows, cons
     return entities;
 }
 
+/// What a write leaves in @p entity, once it is in the table: the time @p now, and the state of a stored one.
+template <typename T>
+void markWritten(const std::shared_ptr<T>& entity, const QDateTime& now, const EntityMapping<T>& mapping)
+{
+    using namespace QOR::Entities::Enumerations;
+    entity->SetTimestamp(now);
+    mapping.written(entity);
+    if (entity->EntityState() != Deleted && entity->EntityState() != Snapshot)
+        entity->SetEntityState(Normal);
+}
+
 /// Writes @p entities in one transaction. Stops at the first failure, logs it, and then nothing is kept.
 template <typename T>
 bool write(Interfaces::IDatabase& db, Write kind, const QString& table, const std::vector<std::shared_ptr<T>>& entities,
@@ -128,11 +140,19 @@ bool write(Interfaces::IDatabase& db, Write kind, const QString& table, const st
         Database::Transaction transaction = db.Transaction();
         if (!transaction.isOpen())
             return false;
-        const QString& statement = kind == Write::Insert ? statements.insert : statements.update;
-        // A copy of its own: the mapping may need the connection's query meanwhile.
-        QSqlQuery query = prepare(db, withTable(statement, table));
-        const auto values = db.Converter(query);
         std::optional<Database::BatchCache> cache;
+        auto next = entities.begin(); // the first that is not known to be written
+        const auto written = [&] {
+            if (!cache)
+                cache.emplace(db, entities.size());
+            while (!*next)
+                ++next;
+            mapping.writeMore(db, kind, **next);
+            markWritten(*next++, now, mapping);
+        };
+        const QString& statement = kind == Write::Insert ? statements.insert : statements.update;
+        const auto writer = db.Write(withTable(statement, table), written);
+        Interfaces::IValueConverter& values = writer->values();
         for (const std::shared_ptr<T>& entity : entities) {
             if (!entity)
                 continue;
@@ -140,20 +160,15 @@ bool write(Interfaces::IDatabase& db, Write kind, const QString& table, const st
                 qCWarning(lcDatabase) << function << "An entity without an id cannot be stored";
                 return false;
             }
-            mapping.bindBookkeeping(*values, *entity, now);
-            mapping.bind(*values, *entity);
+            mapping.bindBookkeeping(values, *entity, now);
+            mapping.bind(values, *entity);
             if (kind == Write::Update)
-                mapping.bindStored(db, *values, entity);
-            db.Exec(query);
-            if (!cache)
-                cache.emplace(db, entities.size());
-            mapping.writeMore(db, kind, *entity);
-            entity->SetTimestamp(now);
-            mapping.written(entity);
-            if (entity->EntityState() != QOR::Entities::Enumerations::Deleted &&
-                entity->EntityState() != QOR::Entities::Enumerations::Snapshot)
-                entity->SetEntityState(QOR::Entities::Enumerations::Normal);
+                mapping.bindStored(db, values, entity);
+            writer->run();
+            if (mapping.usesConnection())
+                writer->finish();
         }
+        writer->finish();
         return transaction.commit();
     } catch (const Exceptions::DbException& error) {
         qCWarning(lcDatabase) << function << error.what();

@@ -90,6 +90,7 @@ private Q_SLOTS:
                                     : QStringLiteral("PRAGMA cache_size");
         const QVariant before = database.value(setting);
         std::vector<std::shared_ptr<Owner>> batch;
+        batch.reserve(2000);
         for (int i = 0; i < 2000; ++i)
             batch.push_back(makeOwner(QString::number(i)));
         QVERIFY(owners.Insert(batch));

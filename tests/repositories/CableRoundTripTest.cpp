@@ -96,6 +96,7 @@ void fill(Route& route, int i)
 {
     route.SetCableId(Values::id(i));
     std::vector<QUuid> points;
+    points.reserve(5000);
     for (int k = 0; k < (i == 3 ? 5000 : i); ++k)
         points.push_back(Values::id(k));
     route.SetPointIds(points);

@@ -3,7 +3,6 @@
 #include "database/sqlite2/CopyWriter.h"
 #include "database/sqlite2/FileImage.h"
 #include "database/sqlite2/LegacyFileError.h"
-#include "database/sqlite2/LegacyText.h"
 
 #include <QBuffer>
 
@@ -17,11 +16,7 @@ qint64 readRows(LegacyFile& file, const LegacyFile::Table& table)
 {
     qint64 count = 0;
     try {
-        file.readRows(table, [&count](qint64, const QVector<QByteArray>& values) {
-            ++count;
-            for (const QByteArray& value : values)
-                LegacyText::toUtf8(value);
-        });
+        file.readRows(table, [&count](qint64, const QVector<QByteArray>&) { ++count; });
     } catch (const LegacyFileError&) {
         // The other tables are to be tried as well.
         return count;

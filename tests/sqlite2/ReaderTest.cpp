@@ -87,6 +87,7 @@ private Q_SLOTS:
     void damagedJournals();
     void everyTruncation();
     void largeValues();
+    void largeValueOfWindows();
 
 private:
     const QByteArray m_hot = fileBytes(fixturePath(QStringLiteral("hot.db")));
@@ -145,6 +146,18 @@ void ReaderTest::largeValues()
     QByteArray loop = file;
     loop.replace(899 * 1024, 4, file.mid(299 * 1024, 4));
     QVERIFY_EXCEPTION_THROWN(contentOf(loop, QByteArray()), LegacyFileError);
+}
+
+/// Characters that become one, two and three bytes lie at all places of a page.
+void ReaderTest::largeValueOfWindows()
+{
+    QByteArray name, expected;
+    while (name.size() < 3000000) {
+        const QByteArray number = QByteArray::number(name.size());
+        name += number + "\x80\xfc ";
+        expected += number + "\xe2\x82\xac\xc3\xbc ";
+    }
+    QCOMPARE(contentOf(withRow(name), QByteArray()), "t\n1 1|" + expected + '\n');
 }
 
 DATAACCESS_TEST(ReaderTest)

@@ -20,7 +20,10 @@ namespace {
 // Of its own rather than the library's, so that this folder can be linked without the rest.
 Q_LOGGING_CATEGORY(lcCopyWriter, "qor.database")
 
-constexpr quint32 smallestCache = 2000;
+// Rows are written in their order, which takes hardly any cache. Indexes are not: they want one in proportion to the
+// file, where more costs memory, less time.
+constexpr quint32 rowCache = 200;
+constexpr quint32 smallestIndexCache = 2000;
 
 QByteArray quotedName(const QByteArray& name)
 {
@@ -64,18 +67,18 @@ void CopyWriter::write(LegacyFile& file, const QByteArray& fingerprint)
     // A database that is not finished is thrown away: it needs no journal on disk, and is flushed once at its end.
     exec("PRAGMA journal_mode=MEMORY");
     exec("PRAGMA synchronous=OFF");
-    // Enough for the indexes that are written out of order, in proportion to the file: more costs memory, less time.
     static_assert(FileImage::pageSize == 1024);
-    const quint32 kibibytes = std::max(smallestCache, file.pageCount() / 8);
-    exec("PRAGMA cache_size=-" + QByteArray::number(kibibytes));
+    const quint32 indexCache = std::max(smallestIndexCache, file.pageCount() / 8);
     exec("BEGIN");
     const QByteArray origin = originTable.toUtf8();
     exec("CREATE TABLE " + origin + " (fingerprint TEXT)");
     exec("INSERT INTO " + origin + " VALUES (" + TableDefinition::quotedText(fingerprint) + ')');
     for (const LegacyFile::Table& table : file.tables()) {
         exec(table.definition.createStatement());
+        setCacheSize(hasIndex(table.definition.name) ? indexCache : rowCache);
         writeRows(file, table);
     }
+    setCacheSize(indexCache);
     // After the rows: triggers must not see them arrive.
     for (const LegacyFile::Object& object : file.objects())
         writeObject(object);
@@ -87,6 +90,17 @@ void CopyWriter::exec(const QByteArray& sql)
     QSqlQuery query(m_connection);
     if (!query.exec(QString::fromUtf8(sql)))
         throw LegacyFileError(QStringLiteral("SQLite 3 does not take it over: %1").arg(query.lastError().text()));
+}
+
+void CopyWriter::setCacheSize(quint32 kibibytes)
+{
+    exec("PRAGMA cache_size=-" + QByteArray::number(kibibytes));
+}
+
+bool CopyWriter::hasIndex(const QByteArray& table)
+{
+    QSqlQuery indexes(m_connection);
+    return indexes.exec(QString::fromUtf8("PRAGMA index_list(" + quotedName(table) + ')')) && indexes.next();
 }
 
 void CopyWriter::writeRows(LegacyFile& file, const LegacyFile::Table& table)
@@ -118,7 +132,7 @@ void CopyWriter::writeRows(LegacyFile& file, const LegacyFile::Table& table)
         if (!rowId.isEmpty())
             insert.bindValue(place++, id);
         for (const QByteArray& value : values)
-            insert.bindValue(place++, LegacyText::toUtf8(value));
+            insert.bindValue(place++, value);
         stored = insert.exec();
         if (!stored)
             throw failure();

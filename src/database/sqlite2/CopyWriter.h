@@ -25,6 +25,8 @@ public:
 
 private:
     void exec(const QByteArray& sql);
+    void setCacheSize(quint32 kibibytes);
+    bool hasIndex(const QByteArray& table);
     void writeRows(LegacyFile& file, const LegacyFile::Table& table);
     void writeObject(const LegacyFile::Object& object);
     /// Returns why SQLite 3 refuses it; empty when it does not.

@@ -34,7 +34,7 @@ public:
     void release(quint32 number);
 
 private:
-    static constexpr quint32 pagesPerBlock = 256;
+    static constexpr quint32 pagesPerBlock = 64;
     static constexpr qint64 blockSize = qint64(pagesPerBlock) * pageSize;
 
     /// Taken from the system, and given back to it, directly: the heap would keep what it gets back.

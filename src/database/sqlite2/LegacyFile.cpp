@@ -14,6 +14,7 @@ namespace {
 
 constexpr quint32 schemaRoot = 2;
 constexpr int schemaColumns = 5; // type, name, tbl_name, rootpage, sql
+constexpr int largeRecord = 0x10000;
 
 void require(bool sound, const char* damage)
 {
@@ -32,6 +33,15 @@ quint32 pageNumber(const QByteArray& digits)
     return number;
 }
 
+/// Makes them independent of the record that they are parts of.
+void takeOver(QVector<QByteArray>& values)
+{
+    for (QByteArray& value : values) {
+        if (!value.isNull())
+            value.detach();
+    }
+}
+
 } // namespace
 
 LegacyFile::LegacyFile(FileImage image)
@@ -44,10 +54,7 @@ LegacyFile::LegacyFile(FileImage image)
     m_reader.readTable(schemaRoot, [&](qint64, const QByteArray& record) {
         QVector<QByteArray>& values = decoder.decode(record);
         // They outlive the call as parts of the schema.
-        for (QByteArray& value : values) {
-            if (!value.isNull())
-                value.detach();
-        }
+        takeOver(values);
         addSchemaRow(values);
     });
 }
@@ -80,8 +87,15 @@ void LegacyFile::readRows(const Table& table, const RowHandler& handler)
 {
     const int rowIdColumn = table.definition.rowIdColumn;
     RecordDecoder decoder(static_cast<int>(table.definition.columns.size()));
-    m_reader.readTable(table.root, [&](qint64 rowId, const QByteArray& record) {
+    m_reader.readTable(table.root, [&](qint64 rowId, QByteArray record) {
         QVector<QByteArray>& values = decoder.decode(record);
+        for (QByteArray& value : values)
+            value = LegacyText::toUtf8(value);
+        // Whoever writes a large value elsewhere has it in memory twice: the record must not be there as well.
+        if (record.size() >= largeRecord) {
+            takeOver(values);
+            record.clear();
+        }
         if (rowIdColumn >= 0)
             values[rowIdColumn] = QByteArray::number(rowId);
         handler(rowId, values);

@@ -30,7 +30,7 @@ public:
         QByteArray sql;       ///< The statement that made it, UTF-8.
     };
 
-    /// Gets a row's id and the values of its columns as stored, null for NULL; they are valid during the call.
+    /// Gets a row's id and the values of its columns in UTF-8, null for NULL; they are valid during the call.
     using RowHandler = std::function<void(qint64 rowId, const QVector<QByteArray>& values)>;
 
     /// Reads the schema. Throws LegacyFileError.

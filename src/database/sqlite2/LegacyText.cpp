@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 namespace DataAccess::Database::Sqlite2 {
 
@@ -57,6 +58,11 @@ ushort fromWindows(uchar c)
     return c >= 0x80 && c < 0xa0 ? windowsCharacters[c - 0x80] : c;
 }
 
+int utf8Length(ushort character)
+{
+    return character < 0x80 ? 1 : character < 0x800 ? 2 : 3;
+}
+
 void appendUtf8(QByteArray& text, ushort character)
 {
     if (character < 0x80) {
@@ -84,9 +90,11 @@ QByteArray LegacyText::toUtf8(const QByteArray& bytes)
     if (isUtf8(bytes))
         return bytes;
     // Without the detour over UTF-16, which for a large text takes several times its size.
-    const auto others = std::count_if(bytes.begin(), bytes.end(), [](char c) { return static_cast<uchar>(c) >= 0x80; });
+    const int size = std::accumulate(bytes.begin(), bytes.end(), 0, [](int sum, char c) {
+        return sum + utf8Length(fromWindows(static_cast<uchar>(c)));
+    });
     QByteArray text;
-    text.reserve(bytes.size() + 2 * static_cast<int>(others));
+    text.reserve(size);
     for (const char c : bytes)
         appendUtf8(text, fromWindows(static_cast<uchar>(c)));
     return text;

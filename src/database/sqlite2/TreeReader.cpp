@@ -107,20 +107,21 @@ quint32 TreeReader::child(const Node& node, int index) const
     return m_image.u32(index < node.cellCount ? node.page + node.cells[static_cast<size_t>(index)] : node.page);
 }
 
-QByteArray TreeReader::payload(const Cell& cell)
+QByteArray TreeReader::record(const Cell& cell)
 {
+    constexpr int localData = localPayload - keySize;
     const auto bytes = [](const uchar* at) { return reinterpret_cast<const char*>(at); };
-    const char* const local = bytes(cell.at + cellHeader);
-    const auto size = static_cast<int>(cell.payloadSize());
-    if (size <= localPayload)
+    const char* const local = bytes(cell.at + cellHeader + keySize);
+    const auto size = static_cast<int>(cell.dataSize);
+    if (size <= localData)
         return QByteArray::fromRawData(local, size);
 
     // Before memory is asked for: the file must be able to hold so much.
-    const quint32 pages = static_cast<quint32>(size - localPayload + overflowPayload - 1) / overflowPayload;
+    const quint32 pages = static_cast<quint32>(size - localData + overflowPayload - 1) / overflowPayload;
     require(pages < m_image.pageCount(), "an entry is larger than the file");
-    m_assembled.resize(static_cast<size_t>(size));
-    char* to = std::copy_n(local, localPayload, m_assembled.data());
-    const char* const end = m_assembled.data() + size;
+    QByteArray assembled(size, Qt::Uninitialized);
+    char* to = std::copy_n(local, localData, assembled.data());
+    const char* const end = assembled.constData() + size;
     quint32 next = m_image.u32(cell.at + cellHeader + localPayload);
     while (to < end) {
         const uchar* const page = take(next);
@@ -129,7 +130,7 @@ QByteArray TreeReader::payload(const Cell& cell)
         m_image.release(taken);
     }
     require(next == 0, "an entry has more overflow pages than it needs");
-    return QByteArray::fromRawData(m_assembled.data(), size);
+    return assembled;
 }
 
 void TreeReader::readTable(quint32 root, const RowHandler& handler)
@@ -150,11 +151,10 @@ void TreeReader::readTable(quint32 root, const RowHandler& handler)
         } else {
             const Cell entry = cell(node.page + node.cells[static_cast<size_t>(step / 2)]);
             require(entry.keySize == keySize, "an entry's key is no row id");
-            const QByteArray bytes = payload(entry);
-            const qint64 key = qFromBigEndian<quint32>(bytes.constData());
+            const qint64 key = qFromBigEndian<quint32>(entry.at + cellHeader);
             require(key > lastKey, "row ids are out of order");
             lastKey = key;
-            handler(key - keyOfRowZero, QByteArray::fromRawData(bytes.constData() + keySize, bytes.size() - keySize));
+            handler(key - keyOfRowZero, record(entry));
         }
     }
 }

@@ -16,8 +16,9 @@ class FileImage;
 class TreeReader
 {
 public:
-    /// Gets a row's id and its record, which is valid during the call.
-    using RowHandler = std::function<void(qint64 rowId, const QByteArray& record)>;
+    /// Gets a row's id and its record, which is valid during the call. A large one is the handler's alone: its memory
+    /// is given back as soon as the handler drops it.
+    using RowHandler = std::function<void(qint64 rowId, QByteArray record)>;
 
     /// @p image must outlive the reader, which releases pages of it that hold parts of large values.
     explicit TreeReader(FileImage& image);
@@ -34,11 +35,10 @@ private:
     Node openNode(quint32 number, bool isRoot);
     quint32 child(const Node& node, int index) const;
     Cell cell(const uchar* at) const;
-    QByteArray payload(const Cell& cell);
+    QByteArray record(const Cell& cell);
 
     FileImage& m_image;
     std::vector<bool> m_used;
-    std::vector<char> m_assembled;
 };
 
 } // namespace DataAccess::Database::Sqlite2

@@ -51,14 +51,14 @@ public:
         entity->SetInstallationDate(row.toDate(3));
         entity->SetDiagnosticStatus(static_cast<Cables::Entities::Enumerations::DiagnosticStatus>(row.toInt32(4)));
         entity->SetCity(row.toString(5));
-        entity->SetStationAId(QUuid(row.toString(6)));
-        entity->SetStationBId(QUuid(row.toString(7)));
-        entity->SetTerminationAId(QUuid(row.toString(8)));
-        entity->SetTerminationBId(QUuid(row.toString(9)));
-        entity->SetSwitchgearAId(QUuid(row.toString(10)));
-        entity->SetSwitchgearBId(QUuid(row.toString(11)));
-        entity->SetRouteId(QUuid(row.toString(12)));
-        entity->SetOwnerId(QUuid(row.toString(13)));
+        entity->SetStationAId(row.toUuid(6));
+        entity->SetStationBId(row.toUuid(7));
+        entity->SetTerminationAId(row.toUuid(8));
+        entity->SetTerminationBId(row.toUuid(9));
+        entity->SetSwitchgearAId(row.toUuid(10));
+        entity->SetSwitchgearBId(row.toUuid(11));
+        entity->SetRouteId(row.toUuid(12));
+        entity->SetOwnerId(row.toUuid(13));
         entity->SetType(static_cast<Cables::Entities::Enumerations::CableType>(row.toInt32(14)));
         entity->SetCableStatus(row.toInt32(15));
         entity->SetComment(row.toString(16));
@@ -121,7 +121,7 @@ private:
         // What there is of a NULL depends on the backend, but for a NULL number it is NaN everywhere.
         const bool hasMeasure = !std::isnan(row.toDouble(MeasureId));
         const bool hasTask = row.columnCount() > TaskId;
-        const QUuid task = hasTask ? QUuid(row.toString(TaskId)) : QUuid();
+        const QUuid task = hasTask ? row.toUuid(TaskId) : QUuid();
         if (!hasMeasure && task.isNull())
             return;
         auto rating = std::make_shared<Rating>();

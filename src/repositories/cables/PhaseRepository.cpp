@@ -25,7 +25,7 @@ public:
     void read(const Interfaces::IValueConverter& row, const std::shared_ptr<Phase>& entity) const override
     {
         entity->SetIndex(row.toUint(1));
-        entity->SetCableId(QUuid(row.toString(2)));
+        entity->SetCableId(row.toUuid(2));
     }
 
     void bind(Interfaces::IValueConverter& values, const Phase& entity) const override

@@ -29,8 +29,8 @@ public:
     void read(const Interfaces::IValueConverter& row, const std::shared_ptr<Rating>& entity) const override
     {
         entity->SetMeasureID(row.toInt32(1));
-        entity->SetTaskID(QUuid(row.toString(2)));
-        entity->SetCableID(QUuid(row.toString(3)));
+        entity->SetTaskID(row.toUuid(2));
+        entity->SetCableID(row.toUuid(3));
         entity->SetComment(row.toString(4));
         entity->SetRating(row.toString(5));
         entity->SetAutomatic(static_cast<Rating::Tristate>(row.toInt32(6)));

@@ -48,7 +48,7 @@ public:
 
     void read(const Interfaces::IValueConverter& row, const std::shared_ptr<Route>& entity) const override
     {
-        entity->SetCableId(QUuid(row.toString(1)));
+        entity->SetCableId(row.toUuid(1));
         entity->SetPointIds(toIds(row.toString(2)));
     }
 

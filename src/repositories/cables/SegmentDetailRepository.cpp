@@ -27,8 +27,8 @@ public:
     {
         entity->SetName(row.toString(1));
         entity->SetVelocity(row.toDouble(2));
-        entity->SetInsulationId(QUuid(row.toString(3)));
-        entity->SetTypeId(QUuid(row.toString(4)));
+        entity->SetInsulationId(row.toUuid(3));
+        entity->SetTypeId(row.toUuid(4));
         entity->SetIsFavorite(row.toBool(5));
     }
 

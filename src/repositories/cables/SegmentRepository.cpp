@@ -29,8 +29,8 @@ public:
         entity->SetName(row.toString(1));
         entity->SetIndex(row.toUint(2));
         entity->SetLength(row.toDouble(3));
-        entity->SetPhaseId(QUuid(row.toString(4)));
-        entity->SetDetailId(QUuid(row.toString(5)));
+        entity->SetPhaseId(row.toUuid(4));
+        entity->SetDetailId(row.toUuid(5));
         entity->SetInstallationDate(row.toDate(9));
     }
 

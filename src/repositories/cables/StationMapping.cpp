@@ -32,7 +32,7 @@ void StationMapping::read(const IValueConverter& row, const std::shared_ptr<Stat
 {
     entity->SetName(row.toString(1));
     entity->SetCity(row.toString(2));
-    entity->SetPointId(QUuid(row.toString(3)));
+    entity->SetPointId(row.toUuid(3));
     entity->SetDescrition(row.toString(4));
     if (!m_withImages)
         return;

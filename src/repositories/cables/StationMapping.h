@@ -20,6 +20,7 @@ public:
     void bind(Interfaces::IValueConverter& values, const Station& entity) const override;
     void bindStored(Interfaces::IDatabase& db, Interfaces::IValueConverter& values,
                     const std::shared_ptr<Station>& entity) const override;
+    bool usesConnection() const override { return true; }
     void written(const std::shared_ptr<Station>& entity) const override;
 
     /// Reads the image of @p station from the database into the object.

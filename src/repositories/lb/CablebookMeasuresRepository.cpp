@@ -50,10 +50,10 @@ public:
         // The column is wider than the property. The key of a larger number is the id's.
         if (number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max())
             entity->SetMeasureId(static_cast<int>(number));
-        entity->SetCableId(QUuid(row.toString(1)));
+        entity->SetCableId(row.toUuid(1));
         entity->SetImportDate(row.toDateTime(2));
         entity->SetLastEditDate(row.toUtcDateTime(5));
-        entity->SetStationId(QUuid(row.toString(6)));
+        entity->SetStationId(row.toUuid(6));
     }
 
     void readBookkeeping(const IValueConverter& row, const Bookkeeping& columns,

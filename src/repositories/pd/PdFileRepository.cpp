@@ -71,7 +71,7 @@ public:
         entity->SetName(row.toString(1));
         entity->SetFile(content);
         entity->SetHash(hash);
-        entity->SetReportId(QUuid(row.toString(4)));
+        entity->SetReportId(row.toUuid(4));
         // A hash without content is that of a file that was empty when it was stored.
         if (!content.isEmpty() || !hash.isEmpty())
             m_loaded.add(entity);
@@ -97,6 +97,8 @@ public:
         if (entity->Hash().isEmpty())
             LoadedContent<PdFile>::bindStored(db, values, QStringLiteral(":hash"), query, 1);
     }
+
+    bool usesConnection() const override { return true; }
 
     void written(const std::shared_ptr<PdFile>& entity) const override
     {

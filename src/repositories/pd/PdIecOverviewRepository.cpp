@@ -26,7 +26,7 @@ public:
 
     void read(const Interfaces::IValueConverter& row, const std::shared_ptr<PdIecOverview>& entity) const override
     {
-        entity->setReportId(QUuid(row.toString(1)));
+        entity->setReportId(row.toUuid(1));
         entity->setPhaseIndex(row.toInt32(2));
         entity->setGroundNoise(row.toDouble(3));
         entity->setSensitivityLevel(row.toDouble(4));

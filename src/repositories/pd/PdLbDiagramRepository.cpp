@@ -26,7 +26,7 @@ public:
 
     void read(const Interfaces::IValueConverter& row, const std::shared_ptr<PdLbDiagram>& entity) const override
     {
-        entity->setReportId(QUuid(row.toString(1)));
+        entity->setReportId(row.toUuid(1));
         entity->setPhase1Visible(row.toBool(2));
         entity->setPhase2Visible(row.toBool(3));
         entity->setPhase3Visible(row.toBool(4));

@@ -26,7 +26,7 @@ public:
 
     void read(const Interfaces::IValueConverter& row, const std::shared_ptr<PdMappingEvent>& entity) const override
     {
-        entity->setReportId(QUuid(row.toString(1)));
+        entity->setReportId(row.toUuid(1));
         entity->setLoad(row.toDouble(2));
         entity->setPhaseIndex(row.toInt32(3));
         entity->setClassification(row.toInt32(4));

@@ -46,9 +46,8 @@ QHash<QUuid, Filter> allFilters(IDatabase& db)
 {
     QSqlQuery query = db.Exec(QStringLiteral("SELECT reportid, key, value FROM pd_filter"));
     QHash<QUuid, Filter> filters;
-    forEachRow(db, query, [&](const IValueConverter& row) {
-        filters[QUuid(row.toString(0))].insert(row.toString(1), row.toString(2));
-    });
+    forEachRow(db, query,
+               [&](const IValueConverter& row) { filters[row.toUuid(0)].insert(row.toString(1), row.toString(2)); });
     return filters;
 }
 
@@ -93,7 +92,7 @@ public:
 
     void read(const IValueConverter& row, const std::shared_ptr<PdReport>& entity) const override
     {
-        entity->SetTaskId(QUuid(row.toString(1)));
+        entity->SetTaskId(row.toUuid(1));
         entity->SetCreationTimestamp(row.toDateTime(2));
         entity->SetFlags(row.toInt32(3));
         entity->SetRecommentation(row.toString(4));
@@ -118,6 +117,8 @@ public:
                 setFilter(*report, filters.value(report->Id()));
         }
     }
+
+    bool usesConnection() const override { return true; }
 
     void writeMore(IDatabase& db, Write kind, const PdReport& entity) const override
     {

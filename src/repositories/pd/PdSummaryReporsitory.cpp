@@ -26,7 +26,7 @@ public:
 
     void read(const Interfaces::IValueConverter& row, const std::shared_ptr<PdSummary>& entity) const override
     {
-        entity->setReportId(QUuid(row.toString(1)));
+        entity->setReportId(row.toUuid(1));
         entity->setPdivState(row.toBool(2));
         entity->setPdevState(row.toBool(3));
         entity->setNoiseState(row.toBool(4));

@@ -20,7 +20,7 @@ public:
 
     void read(const IValueConverter& row, const std::shared_ptr<PdTaskInfo>& entity) const override
     {
-        entity->setReportId(QUuid(row.toString(1)));
+        entity->setReportId(row.toUuid(1));
         entity->setSoftwareVersion(row.toString(2));
         entity->setSystemType(row.toString(3));
         entity->setSerialNumber(row.toString(4));

@@ -26,9 +26,9 @@ public:
 
     void read(const Interfaces::IValueConverter& row, const std::shared_ptr<PdTask>& entity) const override
     {
-        entity->SetCableId(QUuid(row.toString(1)));
+        entity->SetCableId(row.toUuid(1));
         entity->SetCreationDate(row.toDateTime(2));
-        entity->SetStationId(QUuid(row.toString(3)));
+        entity->SetStationId(row.toUuid(3));
         entity->SetTester(row.toString(4));
         entity->SetPath(row.toString(5));
         entity->SetComment(row.toString(6));

@@ -1,0 +1,47 @@
+#include "database/IDatabase.h"
+
+#include "database/ExecutionException.h"
+#include "database/QtRowReader.h"
+#include "database/QtRowWriter.h"
+
+#include <QSqlError>
+
+#include <utility>
+
+namespace DataAccess::Interfaces {
+
+IDatabase::~IDatabase() = default;
+
+void IDatabase::BeginJob()
+{}
+
+void IDatabase::EndJob()
+{}
+
+QString IDatabase::OpenError() const
+{
+    return {};
+}
+
+QSqlQuery& IDatabase::PreparedQuery(const QString& statement)
+{
+    QSqlQuery& query = Query();
+    query.prepare(statement);
+    return query;
+}
+
+std::unique_ptr<IRowReader> IDatabase::Read(const QString& sql)
+{
+    return std::make_unique<Database::QtRowReader>(*this, Exec(sql));
+}
+
+std::unique_ptr<IRowWriter> IDatabase::Write(const QString& statement, std::function<void()> written)
+{
+    QSqlQuery& query = Query();
+    if (!query.prepare(statement))
+        throw Exceptions::ExecutionException(query.lastError().text().toLocal8Bit().constData());
+    // A copy of its own: the connection's query is free for others.
+    return std::make_unique<Database::QtRowWriter>(*this, query, std::move(written));
+}
+
+} // namespace DataAccess::Interfaces

@@ -1,0 +1,34 @@
+#include "database/QtRowReader.h"
+
+#include "database/IDatabase.h"
+
+#include <QSqlError>
+
+namespace DataAccess {
+
+Interfaces::IRowReader::~IRowReader() = default;
+
+namespace Database {
+
+QtRowReader::QtRowReader(Interfaces::IDatabase& db, const QSqlQuery& query)
+    : m_query(query)
+    , m_row(db.Converter(m_query))
+{}
+
+bool QtRowReader::next()
+{
+    return m_query.next();
+}
+
+const Interfaces::IValueConverter& QtRowReader::row() const
+{
+    return *m_row;
+}
+
+QString QtRowReader::error() const
+{
+    return m_query.lastError().isValid() ? m_query.lastError().text() : QString();
+}
+
+} // namespace Database
+} // namespace DataAccess

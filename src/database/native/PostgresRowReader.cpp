@@ -1,0 +1,201 @@
+#include "database/native/PostgresRowReader.h"
+
+#include "database/SQLiteDateTime.h"
+#include "database/ValueConverter.h"
+#include "database/native/Handle.h"
+
+#include <QSqlResult>
+#include <QVariant>
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <libpq-fe.h>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+namespace DataAccess::Database::Native {
+
+namespace {
+
+/// The types that are read here, by the numbers that PostgreSQL's catalogue pg_type gives them.
+enum Type : Oid {
+    Boolean = 16,
+    BigInt = 20,
+    SmallInt = 21,
+    Integer = 23,
+    Text = 25,
+    Float4 = 700,
+    Float8 = 701,
+    BpChar = 1042,
+    VarChar = 1043,
+    Date = 1082,
+    Timestamp = 1114,
+    Numeric = 1700
+};
+
+/// The number in @p text, all of it; false when it is none.
+template <typename Number>
+bool parse(std::string_view text, Number& number)
+{
+    const char* const end = text.data() + text.size();
+    const auto [rest, status] = std::from_chars(text.data(), end, number);
+    return status == std::errc() && rest == end;
+}
+
+QLatin1String latin1(std::string_view text)
+{
+    return QLatin1String(text.data(), static_cast<int>(text.size()));
+}
+
+/// The columns of one row of a result. A value of the usual type and form is taken from its text; any other one takes
+/// the way through the variant that Qt's driver makes of it.
+class ColumnValues final : public Converter::ValueConverter
+{
+public:
+    ColumnValues(QSqlQuery& query, const PGresult* result)
+        : ValueConverter(query)
+        , m_query(query)
+        , m_result(result)
+    {
+        const int columns = PQnfields(result);
+        m_types.reserve(static_cast<std::size_t>(columns));
+        for (int column = 0; column < columns; ++column)
+            m_types.push_back(PQftype(result, column));
+    }
+
+    /// Moves to the next row; false after the last one.
+    bool next() { return ++m_row < PQntuples(m_result); }
+
+    bool toBool(int column) const override
+    {
+        return is<Boolean>(column) ? *PQgetvalue(m_result, m_row, column) == 't' : ValueConverter::toBool(column);
+    }
+
+    qint32 toInt32(int column) const override
+    {
+        qint32 number = 0;
+        return is<SmallInt, Integer>(column) && parse(text(column), number) ? number : ValueConverter::toInt32(column);
+    }
+
+    qint64 toInt64(int column) const override
+    {
+        qint64 number = 0;
+        return is<SmallInt, Integer, BigInt>(column) && parse(text(column), number) ? number
+                                                                                    : ValueConverter::toInt64(column);
+    }
+
+    unsigned int toUint(int column) const override
+    {
+        unsigned int number = 0;
+        return is<SmallInt, Integer>(column) && parse(text(column), number) ? number : ValueConverter::toUint(column);
+    }
+
+    double toDouble(int column) const override
+    {
+        if (PQgetisnull(m_result, m_row, column) != 0)
+            return std::numeric_limits<double>::quiet_NaN();
+        double number = 0;
+        return is<Numeric, Float8, Float4>(column) && parse(text(column), number) ? number
+                                                                                  : ValueConverter::toDouble(column);
+    }
+
+    QString toString(int column) const override
+    {
+        if (!is<Text, VarChar, BpChar>(column))
+            return ValueConverter::toString(column);
+        const std::string_view value = text(column);
+        return QString::fromUtf8(value.data(), static_cast<int>(value.size()));
+    }
+
+    QUuid toUuid(int column) const override
+    {
+        return is<Text, VarChar, BpChar>(column) ? QUuid(latin1(text(column))) : ValueConverter::toUuid(column);
+    }
+
+    QDate toDate(int column) const override
+    {
+        const QDate date = is<Date>(column) ? SQLiteDateTime::parseDate(latin1(text(column))) : QDate();
+        return date.isValid() ? date : ValueConverter::toDate(column);
+    }
+
+    QDateTime toDateTime(int column) const override
+    {
+        const QDateTime time = parsedTime(column, Qt::LocalTime);
+        return time.date().isValid() ? time : ValueConverter::toDateTime(column);
+    }
+
+    QDateTime toUtcDateTime(int column) const override
+    {
+        const QDateTime time = parsedTime(column, Qt::UTC);
+        return time.isValid() ? time : ValueConverter::toUtcDateTime(column);
+    }
+
+protected:
+    QVariant read(int column) const override
+    {
+        m_query.seek(m_row);
+        return ValueConverter::read(column);
+    }
+
+private:
+    /// Whether @p column has one of @p types and is not NULL.
+    template <Type... types>
+    bool is(int column) const
+    {
+        const Oid type = m_types[static_cast<std::size_t>(column)];
+        return ((type == types) || ...) && PQgetisnull(m_result, m_row, column) == 0;
+    }
+
+    std::string_view text(int column) const
+    {
+        return {PQgetvalue(m_result, m_row, column), static_cast<std::size_t>(PQgetlength(m_result, m_row, column))};
+    }
+
+    /// The usual form of a time stamp, "yyyy-MM-dd HH:mm:ss.zzz", of which PostgreSQL leaves out zeros at the end.
+    QDateTime parsedTime(int column, Qt::TimeSpec timeSpec) const
+    {
+        constexpr std::size_t whole = 19;
+        char padded[] = "0000-00-00 00:00:00.000";
+        const std::string_view value = is<Timestamp>(column) ? text(column) : std::string_view();
+        if (value.size() < whole || value.size() >= sizeof padded || value.size() == whole + 1)
+            return {};
+        std::copy(value.begin(), value.end(), padded);
+        return SQLiteDateTime::parse(QLatin1String(padded, sizeof padded - 1), timeSpec);
+    }
+
+    QSqlQuery& m_query;
+    const PGresult* m_result;
+    std::vector<Oid> m_types;
+    int m_row = -1;
+};
+
+class PostgresRowReader final : public Interfaces::IRowReader
+{
+public:
+    PostgresRowReader(const QSqlQuery& query, const PGresult* result)
+        : m_query(query)
+        , m_values(m_query, result)
+    {}
+
+    bool next() override { return m_values.next(); }
+    const Interfaces::IValueConverter& row() const override { return m_values; }
+    QString error() const override { return {}; }
+
+private:
+    QSqlQuery m_query; // owns the result, which has all rows
+    ColumnValues m_values;
+};
+
+} // namespace
+
+std::unique_ptr<Interfaces::IRowReader> postgresRowReader(const QSqlQuery& query)
+{
+    if (!query.isSelect() || query.isForwardOnly() || query.result() == nullptr)
+        return nullptr;
+    const auto* const result = handleAs<PGresult>(query.result()->handle(), "PGresult*");
+    return result != nullptr ? std::make_unique<PostgresRowReader>(query, result) : nullptr;
+}
+
+} // namespace DataAccess::Database::Native

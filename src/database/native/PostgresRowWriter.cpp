@@ -1,0 +1,160 @@
+#include "database/native/PostgresRowWriter.h"
+
+#include "database/DbException.h"
+#include "database/LoggingCategories.h"
+#include "database/StatementError.h"
+#include "database/native/Handle.h"
+#include "database/native/NumberedStatement.h"
+#include "database/native/PostgresParameters.h"
+
+#include <QSqlDriver>
+#include <QSqlError>
+
+#include <libpq-fe.h>
+#include <utility>
+#include <vector>
+
+namespace DataAccess::Database::Native {
+
+namespace {
+
+constexpr int s_rowsAhead = 256;
+constexpr std::size_t s_bytesAhead = 1 << 20;
+
+using Result = std::unique_ptr<PGresult, void (*)(PGresult*)>;
+
+class PostgresRowWriter final : public Interfaces::IRowWriter
+{
+public:
+    PostgresRowWriter(QSqlQuery query, PGconn* connection, NumberedStatement statement, std::function<void()> written)
+        : m_query(std::move(query))
+        , m_connection(connection)
+        , m_statement(statement.text.toUtf8())
+        , m_values(m_query, std::move(statement.names))
+        , m_written(std::move(written))
+    {}
+    PostgresRowWriter(const PostgresRowWriter&) = delete;
+    PostgresRowWriter& operator=(const PostgresRowWriter&) = delete;
+
+    ~PostgresRowWriter() override
+    {
+        try {
+            finish();
+        } catch (const Exceptions::DbException& error) {
+            qCWarning(lcDatabase) << Q_FUNC_INFO << error.what();
+        }
+    }
+
+    Interfaces::IValueConverter& values() override { return m_values; }
+
+    void run() override
+    {
+        // Values of other types need the statement prepared anew.
+        if (m_rows > 0 && m_values.types() != m_types)
+            finish();
+        if (m_rows == 0)
+            begin();
+        const std::vector<const char*> texts = m_values.texts();
+        require(PQsendQueryPrepared(m_connection, "", static_cast<int>(texts.size()), texts.data(), nullptr, nullptr,
+                                    0) == 1);
+        m_bytes += m_values.size();
+        if (++m_rows == s_rowsAhead || m_bytes > s_bytesAhead)
+            finish();
+    }
+
+    void finish() override
+    {
+        if (PQpipelineStatus(m_connection) == PQ_PIPELINE_OFF)
+            return;
+        const int sent = std::exchange(m_rows, 0);
+        QString failure = PQpipelineSync(m_connection) == 1 ? takeResult("Unable to prepare statement")
+                                                            : errorText(nullptr, "Unable to create query");
+        int done = 0;
+        while (failure.isEmpty() && done < sent) {
+            failure = takeResult("Unable to create query");
+            done += failure.isEmpty() ? 1 : 0;
+        }
+        leavePipeline();
+        for (int row = 0; row < done; ++row)
+            m_written();
+        if (!failure.isEmpty())
+            throwStatementError(failure);
+    }
+
+private:
+    /// Prepares the statement for the rows to be sent. It has no name, so that there is nothing to be freed.
+    void begin()
+    {
+        // What a query has not read, nobody will.
+        while (Result(PQgetResult(m_connection), &PQclear)) {
+        }
+        m_types = m_values.types();
+        m_bytes = 0;
+        require(PQenterPipelineMode(m_connection) == 1 &&
+                PQsendPrepare(m_connection, "", m_statement.constData(), static_cast<int>(m_types.size()),
+                              m_types.data()) == 1);
+    }
+
+    /// Takes the result of the first statement that has none yet. Gives the text of its failure; empty for a success.
+    QString takeResult(const char* failure)
+    {
+        const Result result(PQgetResult(m_connection), &PQclear);
+        const ExecStatusType status = PQresultStatus(result.get());
+        if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
+            return errorText(result.get(), failure);
+        PQclear(PQgetResult(m_connection)); // null, which ends the results of one statement
+        return {};
+    }
+
+    /// Takes what is left of the results. After a lost connection, that is nothing.
+    void leavePipeline()
+    {
+        ExecStatusType status = PGRES_COMMAND_OK;
+        for (int nulls = 0; nulls < 2 && status != PGRES_PIPELINE_SYNC;) {
+            const Result result(PQgetResult(m_connection), &PQclear);
+            nulls = result ? 0 : nulls + 1;
+            status = PQresultStatus(result.get());
+        }
+        PQexitPipelineMode(m_connection);
+    }
+
+    void require(bool sent)
+    {
+        if (!sent)
+            throwStatementError(errorText(nullptr, "Unable to create query"));
+    }
+
+    /// The server's words on a failure, put together as Qt's driver does.
+    QString errorText(const PGresult* result, const char* what) const
+    {
+        QString message =
+            QString::fromUtf8(result != nullptr ? PQresultErrorMessage(result) : PQerrorMessage(m_connection));
+        const char* const state = result != nullptr ? PQresultErrorField(result, PG_DIAG_SQLSTATE) : nullptr;
+        if (state != nullptr)
+            message += QStringLiteral("(%1)").arg(QLatin1String(state));
+        return QSqlError(QLatin1String("QPSQL: ") + QLatin1String(what), message).text();
+    }
+
+    QSqlQuery m_query;
+    PGconn* m_connection;
+    QByteArray m_statement;
+    PostgresParameters m_values;
+    std::function<void()> m_written;
+    std::vector<Oid> m_types; // what the rows sent are prepared for
+    int m_rows = 0;           // sent, and not yet answered
+    std::size_t m_bytes = 0;
+};
+
+} // namespace
+
+std::unique_ptr<Interfaces::IRowWriter> postgresRowWriter(const QSqlQuery& query, const QString& statement,
+                                                          std::function<void()> written)
+{
+    auto* const connection =
+        query.driver() == nullptr ? nullptr : handleAs<PGconn>(query.driver()->handle(), "PGconn*");
+    if (connection == nullptr || PQclientEncoding(connection) != pg_char_to_encoding("UTF8"))
+        return nullptr;
+    return std::make_unique<PostgresRowWriter>(query, connection, NumberedStatement(statement), std::move(written));
+}
+
+} // namespace DataAccess::Database::Native

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "database/IRowWriter.h"
+
+#include <QSqlQuery>
+
+#include <functional>
+#include <memory>
+
+namespace DataAccess::Database::Native {
+
+/**
+ * Runs @p query, which is prepared and has named parameters, through SQLite itself, and calls @p written after each
+ * row; null when that cannot be done.
+ */
+std::unique_ptr<Interfaces::IRowWriter> sqliteRowWriter(const QSqlQuery& query, std::function<void()> written);
+
+} // namespace DataAccess::Database::Native
