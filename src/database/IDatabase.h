@@ -77,8 +77,8 @@ public:
     /// Runs @p sql, a select, to be read row by row, in the fastest way there is. Throws ExecutionException.
     virtual std::unique_ptr<IRowReader> Read(const QString& sql);
     /// Prepares @p statement, with named placeholders, to be run for many rows, in the fastest way there is. Calls
-    /// @p written once for each row written, in order, when no row is under way. Throws ExecutionException, without a
-    /// log line, when the statement cannot be prepared.
+    /// @p written once for each row written, in order, when no row is under way. Throws ExecutionException when the
+    /// statement cannot be prepared; PostgreSQL is asked only with the first rows, which then fail.
     virtual std::unique_ptr<IRowWriter> Write(const QString& statement, std::function<void()> written);
 };
 

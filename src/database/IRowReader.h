@@ -8,8 +8,8 @@
 namespace DataAccess::Interfaces {
 
 /**
- * The rows of one select, read forwards. Used inside the job that made it; while there are rows to come the connection
- * serves no other statement.
+ * The rows of one select, read forwards. Used inside the job that made it, and ended before the connection is closed;
+ * while there are rows to come the connection serves no other statement.
  */
 class DATAACCESS_EXPORT IRowReader
 {

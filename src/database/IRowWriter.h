@@ -6,11 +6,11 @@
 namespace DataAccess::Interfaces {
 
 /**
- * One statement that is run for many rows, prepared once. Used inside the job that made it, in a transaction.
- *
- * Rows may be sent ahead: a row is written when the writer has told so, and at the latest after finish(). A row that
- * fails throws ExecutionException with the driver's text, and no row after it is written. A writer that ends before
- * finish() still waits for the rows it has sent.
+ * One statement that is run for many rows, prepared once. Used inside one job, in a transaction, and ended before the
+ * connection is closed.
+ * Rows may be sent ahead, by one writer at a time: a row is written when the writer has said so, at the latest after
+ * finish(). A row that fails throws ExecutionException with the driver's text; no row after it is written. A writer
+ * that ends before finish() still waits for the rows it has sent.
  */
 class DATAACCESS_EXPORT IRowWriter
 {

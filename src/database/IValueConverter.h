@@ -89,7 +89,7 @@ public:
     /// SQL text of a column of @p kind. Throws ExecutionException for a size that the backend's kind cannot have.
     virtual QString type(const Enumerations::DataType& kind, unsigned int size) const = 0;
 
-    /// The query that is bound to and read from.
+    /// The query that is bound to and read from. Row readers and writers have none that can be used.
     virtual QSqlQuery& query() = 0;
 
     /// The stored date and time as UTC: the form of the bookkeeping column `timestamp`.

@@ -157,6 +157,7 @@ bool write(Interfaces::IDatabase& db, Write kind, const QString& table, const st
             if (!entity)
                 continue;
             if (entity->Id().isNull()) {
+                writer->finish();
                 qCWarning(lcDatabase) << function << "An entity without an id cannot be stored";
                 return false;
             }

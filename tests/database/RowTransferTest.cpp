@@ -13,7 +13,6 @@
 
 using namespace DataAccess;
 using Exceptions::ExecutionException;
-using Interfaces::IDatabase;
 using Interfaces::IRowReader;
 using Interfaces::IRowWriter;
 using Interfaces::IValueConverter;
@@ -306,6 +305,7 @@ private Q_SLOTS:
                 m_db->Write(QStringLiteral("INSERT INTO v (a, b, c) VALUES (:a, :b, ':b' || :c)"), [&] { ++written; });
             IValueConverter& values = rows->values();
             values.bindValue(QStringLiteral(":c"), QStringLiteral("kept"));
+            QVERIFY_EXCEPTION_THROWN(rows->run(), ExecutionException); // where others are not bound
             for (int row = 0; row < 4; ++row) {
                 // Values of another type, and NULL, among the rows.
                 if (row % 2 == 0)
@@ -365,6 +365,7 @@ private Q_SLOTS:
                 rows->finish();
             };
             QVERIFY_EXCEPTION_THROWN(writeMore(), ExecutionException);
+            QCOMPARE(log.messages(QtCriticalMsg, QStringLiteral("qor.database")).size(), 1);
         }
         QCOMPARE(written, 1);
         QVERIFY(transaction.wasLost());

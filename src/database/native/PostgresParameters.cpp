@@ -65,7 +65,9 @@ PostgresParameters::~PostgresParameters() = default;
 
 void PostgresParameters::bindValue(const QString& placeholder, const QUuid& value)
 {
-    m_texts[m_names.placeOf(placeholder)] = value.toByteArray();
+    const std::size_t place = m_names.placeOf(placeholder);
+    m_types[place] = Unknown;
+    m_texts[place] = value.toByteArray();
 }
 
 void PostgresParameters::bind(const QString& placeholder, const QVariant& value)

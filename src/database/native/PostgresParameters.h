@@ -24,6 +24,9 @@ public:
 
     void bindValue(const QString& placeholder, const QUuid& value) override;
 
+    /// Throws ExecutionException when a parameter was never bound.
+    void requireAll() const { m_names.requireAll(); }
+
     /// What the server is to take the values for: the types of the literals that Qt's driver writes, which the server
     /// converts to those of the columns, or 0 where it is to find the type itself.
     const std::vector<Oid>& types() const { return m_types; }

@@ -13,7 +13,6 @@
 #include <libpq-fe.h>
 #include <limits>
 #include <string_view>
-#include <vector>
 
 namespace DataAccess::Database::Native {
 
@@ -58,12 +57,7 @@ public:
         : ValueConverter(query)
         , m_query(query)
         , m_result(result)
-    {
-        const int columns = PQnfields(result);
-        m_types.reserve(static_cast<std::size_t>(columns));
-        for (int column = 0; column < columns; ++column)
-            m_types.push_back(PQftype(result, column));
-    }
+    {}
 
     /// Moves to the next row; false after the last one.
     bool next() { return ++m_row < PQntuples(m_result); }
@@ -144,7 +138,7 @@ private:
     template <Type... types>
     bool is(int column) const
     {
-        const Oid type = m_types[static_cast<std::size_t>(column)];
+        const Oid type = PQftype(m_result, column);
         return ((type == types) || ...) && PQgetisnull(m_result, m_row, column) == 0;
     }
 
@@ -167,7 +161,6 @@ private:
 
     QSqlQuery& m_query;
     const PGresult* m_result;
-    std::vector<Oid> m_types;
     int m_row = -1;
 };
 

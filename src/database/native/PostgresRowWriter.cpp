@@ -10,6 +10,7 @@
 #include <QSqlDriver>
 #include <QSqlError>
 
+#include <algorithm>
 #include <libpq-fe.h>
 #include <utility>
 #include <vector>
@@ -20,14 +21,16 @@ namespace {
 
 constexpr int s_rowsAhead = 256;
 constexpr std::size_t s_bytesAhead = 1 << 20;
+constexpr const char* s_notRun = "Unable to create query";
 
 using Result = std::unique_ptr<PGresult, void (*)(PGresult*)>;
 
 class PostgresRowWriter final : public Interfaces::IRowWriter
 {
 public:
-    PostgresRowWriter(QSqlQuery query, PGconn* connection, NumberedStatement statement, std::function<void()> written)
-        : m_query(std::move(query))
+    PostgresRowWriter(const QSqlQuery& query, PGconn* connection, NumberedStatement statement,
+                      std::function<void()> written)
+        : m_query(query)
         , m_connection(connection)
         , m_statement(statement.text.toUtf8())
         , m_values(m_query, std::move(statement.names))
@@ -39,7 +42,9 @@ public:
     ~PostgresRowWriter() override
     {
         try {
-            finish();
+            const QString failure = settle();
+            if (!failure.isEmpty() && !m_failed)
+                qCWarning(lcDatabase) << Q_FUNC_INFO << failure;
         } catch (const Exceptions::DbException& error) {
             qCWarning(lcDatabase) << Q_FUNC_INFO << error.what();
         }
@@ -49,10 +54,11 @@ public:
 
     void run() override
     {
+        m_values.requireAll();
         // Values of other types need the statement prepared anew.
-        if (m_rows > 0 && m_values.types() != m_types)
+        if (m_open && m_values.types() != m_types)
             finish();
-        if (m_rows == 0)
+        if (!m_open)
             begin();
         const std::vector<const char*> texts = m_values.texts();
         require(PQsendQueryPrepared(m_connection, "", static_cast<int>(texts.size()), texts.data(), nullptr, nullptr,
@@ -64,35 +70,47 @@ public:
 
     void finish() override
     {
-        if (PQpipelineStatus(m_connection) == PQ_PIPELINE_OFF)
-            return;
-        const int sent = std::exchange(m_rows, 0);
-        QString failure = PQpipelineSync(m_connection) == 1 ? takeResult("Unable to prepare statement")
-                                                            : errorText(nullptr, "Unable to create query");
-        int done = 0;
-        while (failure.isEmpty() && done < sent) {
-            failure = takeResult("Unable to create query");
-            done += failure.isEmpty() ? 1 : 0;
-        }
-        leavePipeline();
-        for (int row = 0; row < done; ++row)
-            m_written();
+        const QString failure = settle();
         if (!failure.isEmpty())
-            throwStatementError(failure);
+            fail(failure);
     }
 
 private:
     /// Prepares the statement for the rows to be sent. It has no name, so that there is nothing to be freed.
     void begin()
     {
+        require(PQpipelineStatus(m_connection) == PQ_PIPELINE_OFF);
         // What a query has not read, nobody will.
         while (Result(PQgetResult(m_connection), &PQclear)) {
         }
+        require(PQenterPipelineMode(m_connection) == 1);
+        m_open = true;
         m_types = m_values.types();
         m_bytes = 0;
-        require(PQenterPipelineMode(m_connection) == 1 &&
-                PQsendPrepare(m_connection, "", m_statement.constData(), static_cast<int>(m_types.size()),
+        require(PQsendPrepare(m_connection, "", m_statement.constData(), static_cast<int>(m_types.size()),
                               m_types.data()) == 1);
+    }
+
+    /// Waits for the rows under way. Gives the text of what failed; empty when nothing did.
+    QString settle()
+    {
+        if (!std::exchange(m_open, false))
+            return {};
+        const int sent = std::exchange(m_rows, 0);
+        QString failure = PQpipelineSync(m_connection) == 1 ? takeResult("Unable to prepare statement")
+                                                            : errorText(nullptr, s_notRun);
+        int done = 0;
+        while (failure.isEmpty() && done < sent) {
+            failure = takeResult(s_notRun);
+            done += failure.isEmpty() ? 1 : 0;
+        }
+        if (!leavePipeline() && failure.isEmpty()) {
+            failure = errorText(nullptr, s_notRun);
+            done = std::max(0, sent - 1);
+        }
+        for (int row = 0; row < done; ++row)
+            m_written();
+        return failure;
     }
 
     /// Takes the result of the first statement that has none yet. Gives the text of its failure; empty for a success.
@@ -106,8 +124,8 @@ private:
         return {};
     }
 
-    /// Takes what is left of the results. After a lost connection, that is nothing.
-    void leavePipeline()
+    /// Takes what is left of the results. False when the last one is missing: the connection is lost.
+    bool leavePipeline()
     {
         ExecStatusType status = PGRES_COMMAND_OK;
         for (int nulls = 0; nulls < 2 && status != PGRES_PIPELINE_SYNC;) {
@@ -115,13 +133,19 @@ private:
             nulls = result ? 0 : nulls + 1;
             status = PQresultStatus(result.get());
         }
-        PQexitPipelineMode(m_connection);
+        return PQexitPipelineMode(m_connection) == 1 && status == PGRES_PIPELINE_SYNC;
     }
 
     void require(bool sent)
     {
         if (!sent)
-            throwStatementError(errorText(nullptr, "Unable to create query"));
+            fail(errorText(nullptr, s_notRun));
+    }
+
+    [[noreturn]] void fail(const QString& failure)
+    {
+        m_failed = true;
+        throwStatementError(failure);
     }
 
     /// The server's words on a failure, put together as Qt's driver does.
@@ -142,6 +166,8 @@ private:
     std::function<void()> m_written;
     std::vector<Oid> m_types; // what the rows sent are prepared for
     int m_rows = 0;           // sent, and not yet answered
+    bool m_open = false;      // between begin() and settle()
+    bool m_failed = false;    // which was told then
     std::size_t m_bytes = 0;
 };
 

@@ -1,6 +1,5 @@
 #include "database/native/SqliteRowWriter.h"
 
-#include "database/ExecutionException.h"
 #include "database/SQLite3ValueConverter.h"
 #include "database/StatementError.h"
 #include "database/native/ParameterNames.h"
@@ -47,6 +46,9 @@ public:
         check(bindText(place));
     }
 
+    /// Throws ExecutionException when a parameter was never bound.
+    void requireAll() const { m_names.requireAll(); }
+
 protected:
     void bind(const QString& placeholder, const QVariant& value) override
     {
@@ -89,7 +91,7 @@ private:
     void check(int status) const
     {
         if (status != SQLITE_OK)
-            throw Exceptions::ExecutionException(sqlite3_errmsg(sqlite3_db_handle(m_statement)));
+            throwStatementError(failureText(sqlite3_db_handle(m_statement), "Unable to bind parameters"));
     }
 
     sqlite3_stmt* m_statement;
@@ -111,6 +113,7 @@ public:
 
     void run() override
     {
+        m_values.requireAll();
         const int status = sqlite3_step(m_statement);
         if (status != SQLITE_DONE && status != SQLITE_ROW)
             throwStatementError(failureOfStep(m_statement));
