@@ -71,6 +71,7 @@ Report::Report(QTextStream& out)
 void Report::beginPass(const QString& name)
 {
     m_pass = name;
+    m_sizes.clear();
     m_out
         << "\n## " << name << "\n\n"
         << "| database | data | operation | unit | library | bare | by hand | library / bare | aim | by hand / library |\n"
@@ -102,12 +103,14 @@ void Report::add(Measurement measurement)
 
 void Report::add(const Growth& growth)
 {
-    if (m_growths.empty()) {
-        m_out << "\n## Microseconds a row, by the number of rows in the table\n\n| database | operation |";
-        for (const auto& size : growth.microseconds)
-            m_out << ' ' << size.first << " |";
-        m_out << " largest / smallest |\n|---|---|"
+    QString sizes;
+    for (const auto& size : growth.microseconds)
+        sizes += QStringLiteral(" %1 |").arg(size.first);
+    if (sizes != m_sizes) {
+        m_out << "\n## Microseconds a row, by the number of rows in the table\n\n| database | operation |" << sizes
+              << " largest / smallest |\n|---|---|"
               << QStringLiteral("---|").repeated(static_cast<int>(growth.microseconds.size()) + 1) << '\n';
+        m_sizes = sizes;
     }
     m_out << "| " << growth.backend << " | " << growth.operation << " |";
     for (const auto& size : growth.microseconds)

@@ -47,6 +47,7 @@ public:
 private:
     QTextStream& m_out;
     QString m_pass;
+    QString m_sizes; // of the growth table last begun
     std::vector<Measurement> m_measurements;
     std::vector<Growth> m_growths;
 };
