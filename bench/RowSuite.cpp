@@ -2,6 +2,7 @@
 #include "bench/Stopwatch.h"
 #include "bench/Suites.h"
 
+#include <algorithm>
 #include <array>
 #include <map>
 
@@ -55,8 +56,7 @@ public:
     {
         for (std::size_t way = 0; way < s_ways.size(); ++way) {
             Contender<Kind>& contender = *m_contenders[way];
-            m_way = way;
-            m_step = 0;
+            const auto time = [&](const char* operation, const auto& work) { add(operation, way, seconds(work)); };
             {
                 typename Contender<Kind>::Entities entities;
                 time("load all", [&] { entities = contender.load(); });
@@ -68,12 +68,12 @@ public:
                 contender.remove(batch);
                 continue;
             }
-            EntityList<Kind> entities;
-            time("get by id", [&] { entities = contender.get(m_ids); });
             time("soft delete", [&] { contender.softDelete(batch); });
             time("remove", [&] { contender.remove(batch); });
             time("count", [&] { contender.count(); });
         }
+        if (withSingles)
+            getById();
     }
 
     void report(Report& report) const
@@ -94,12 +94,26 @@ public:
     }
 
 private:
-    template <typename Work>
-    void time(const char* operation, const Work& work)
+    /// The ways take turns, and each of them comes first once: what a statement takes to a server and back depends on
+    /// where the machine just ran its threads, and so varies more than anything else.
+    void getById()
     {
-        if (m_step == m_times.size())
-            m_times.push_back({QString::fromLatin1(operation), {}});
-        m_times[m_step++].seconds[m_way].push_back(seconds(work));
+        for (std::size_t turn = 0; turn < s_ways.size(); ++turn) {
+            for (std::size_t i = 0; i < s_ways.size(); ++i) {
+                const std::size_t way = (turn + i) % s_ways.size();
+                EntityList<Kind> entities;
+                add("get by id", way, seconds([&] { entities = m_contenders[way]->get(m_ids); }));
+            }
+        }
+    }
+
+    void add(const char* operation, std::size_t way, double seconds)
+    {
+        const QString name = QString::fromLatin1(operation);
+        auto times = std::find_if(m_times.begin(), m_times.end(), [&](const Times& t) { return t.operation == name; });
+        if (times == m_times.end())
+            times = m_times.insert(times, {name, {}});
+        times->seconds[way].push_back(seconds);
     }
 
     DatabaseType m_type;
@@ -108,8 +122,6 @@ private:
     int m_batch;
     std::array<std::unique_ptr<Contender<Kind>>, s_ways.size()> m_contenders;
     std::vector<Times> m_times;
-    std::size_t m_way = 0;
-    std::size_t m_step = 0;
 };
 
 template <typename Kind>

@@ -192,19 +192,17 @@ QSqlQuery Database::Exec(const QString& sql)
 std::unique_ptr<Interfaces::IRowReader> Database::Read(const QString& sql)
 {
     const auto lock = lockConnection();
+    requireOpen();
+    m_prepared.clear();
+    const QSqlDriver& driver = *m_connection->handle().driver();
+    const bool postgres = m_config->Type() == Enumerations::Postgres;
+    std::unique_ptr<Interfaces::IRowReader> reader;
+    if (postgres)
+        reader = Native::postgresRowReader(driver, sql);
+    else if (m_config->Type() == Enumerations::SQLite3)
+        reader = Native::sqliteRowReader(driver, sql);
     // Forwards only, PostgreSQL's driver would ask for one row at a time, which takes much longer than a whole result.
-    const Enumerations::DatabaseType type = m_config ? m_config->Type() : Enumerations::None;
-    if (type == Enumerations::SQLite3) {
-        requireOpen();
-        if (auto reader = Native::sqliteRowReader(*m_connection->handle().driver(), sql))
-            return reader;
-    }
-    const QSqlQuery query = run(sql, type != Enumerations::Postgres);
-    if (type == Enumerations::Postgres) {
-        if (auto reader = Native::postgresRowReader(query))
-            return reader;
-    }
-    return std::make_unique<QtRowReader>(*this, query);
+    return reader ? std::move(reader) : std::make_unique<QtRowReader>(*this, run(sql, !postgres));
 }
 
 std::unique_ptr<Interfaces::IRowWriter> Database::Write(const QString& statement, std::function<void()> written)

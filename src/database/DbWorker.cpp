@@ -57,6 +57,8 @@ struct DbWorker::Data
     std::atomic<bool> running{false};
     /// A request came while a job was running the event loop, and could not be served.
     std::atomic<bool> postponed{false};
+    /// The requests that are under way.
+    std::atomic<int> requests{0};
 };
 
 std::unique_ptr<DbWorker> DbWorker::make_worker(QThread* thread, std::shared_ptr<Interfaces::IConfig> config)
@@ -101,7 +103,17 @@ void DbWorker::insert(Job job)
 
 void DbWorker::scheduleProcessQueue()
 {
-    QMetaObject::invokeMethod(this, &DbWorker::processQueue, Qt::QueuedConnection);
+    ++m_data->requests;
+    const auto request = [this] {
+        --m_data->requests;
+        processQueue();
+    };
+    QMetaObject::invokeMethod(this, request, Qt::QueuedConnection);
+}
+
+bool DbWorker::isScheduled() const
+{
+    return m_data->requests > 0;
 }
 
 std::shared_ptr<JobQueue> DbWorker::queue() const

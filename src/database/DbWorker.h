@@ -42,6 +42,8 @@ public:
     void insert(Job job);
     /// Asks for processQueue() to run on the worker's thread. Any thread.
     void scheduleProcessQueue();
+    /// Whether such a request is under way. Any thread.
+    bool isScheduled() const;
     /// The queue that insert() appends to, for those who may outlive the worker.
     std::shared_ptr<JobQueue> queue() const;
 

@@ -29,7 +29,8 @@ bool JobQueue::pop(Job& job)
         return false;
     job = std::move(m_jobs.front());
     m_jobs.pop_front();
-    if (!m_jobs.empty())
+    // Where jobs wait, so do the requests that came with them, except those that came while a job ran the event loop.
+    if (!m_jobs.empty() && !m_worker->isScheduled())
         m_worker->scheduleProcessQueue();
     return true;
 }

@@ -30,7 +30,8 @@ public:
 
     /// Appends @p job and asks the worker to run it. Destroys @p job unrun when the worker is gone.
     void push(Job job);
-    /// Takes the oldest job into @p job, and asks the worker to come again when more wait. False when there is none.
+    /// Takes the oldest job into @p job. When more wait, and no request of theirs is under way, it asks the worker to
+    /// come again. False when there is none.
     bool pop(Job& job);
     /// Parts from the worker and destroys the waiting jobs unrun.
     void close();

@@ -1,38 +1,24 @@
 #include "database/native/PostgresRowReader.h"
 
 #include "database/SQLiteDateTime.h"
+#include "database/StatementError.h"
 #include "database/ValueConverter.h"
-#include "database/native/Handle.h"
+#include "database/native/PostgresConnection.h"
+#include "database/native/PostgresValue.h"
 
+#include <QSqlQuery>
 #include <QSqlResult>
-#include <QVariant>
 
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
-#include <libpq-fe.h>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 namespace DataAccess::Database::Native {
 
 namespace {
-
-/// The types that are read here, by the numbers that PostgreSQL's catalogue pg_type gives them.
-enum Type : Oid {
-    Boolean = 16,
-    BigInt = 20,
-    SmallInt = 21,
-    Integer = 23,
-    Text = 25,
-    Float4 = 700,
-    Float8 = 701,
-    BpChar = 1042,
-    VarChar = 1043,
-    Date = 1082,
-    Timestamp = 1114,
-    Numeric = 1700
-};
 
 /// The number in @p text, all of it; false when it is none.
 template <typename Number>
@@ -55,7 +41,6 @@ class ColumnValues final : public Converter::ValueConverter
 public:
     ColumnValues(QSqlQuery& query, const PGresult* result)
         : ValueConverter(query)
-        , m_query(query)
         , m_result(result)
     {}
 
@@ -105,7 +90,8 @@ public:
 
     QUuid toUuid(int column) const override
     {
-        return is<Text, VarChar, BpChar>(column) ? QUuid(latin1(text(column))) : ValueConverter::toUuid(column);
+        return is<Text, VarChar, BpChar>(column) ? QUuid::fromString(latin1(text(column)))
+                                                 : ValueConverter::toUuid(column);
     }
 
     QDate toDate(int column) const override
@@ -126,16 +112,14 @@ public:
         return time.isValid() ? time : ValueConverter::toUtcDateTime(column);
     }
 
+    int columnCount() const override { return PQnfields(m_result); }
+
 protected:
-    QVariant read(int column) const override
-    {
-        m_query.seek(m_row);
-        return ValueConverter::read(column);
-    }
+    QVariant read(int column) const override { return postgresValue(m_result, m_row, column); }
 
 private:
     /// Whether @p column has one of @p types and is not NULL.
-    template <Type... types>
+    template <PostgresType... types>
     bool is(int column) const
     {
         const Oid type = PQftype(m_result, column);
@@ -159,7 +143,6 @@ private:
         return SQLiteDateTime::parse(QLatin1String(padded, sizeof padded - 1), timeSpec);
     }
 
-    QSqlQuery& m_query;
     const PGresult* m_result;
     int m_row = -1;
 };
@@ -167,9 +150,10 @@ private:
 class PostgresRowReader final : public Interfaces::IRowReader
 {
 public:
-    PostgresRowReader(const QSqlQuery& query, const PGresult* result)
-        : m_query(query)
-        , m_values(m_query, result)
+    explicit PostgresRowReader(PostgresResult result)
+        : m_result(std::move(result))
+        , m_noQuery(static_cast<QSqlResult*>(nullptr))
+        , m_values(m_noQuery, m_result.get())
     {}
 
     bool next() override { return m_values.next(); }
@@ -177,18 +161,23 @@ public:
     QString error() const override { return {}; }
 
 private:
-    QSqlQuery m_query; // owns the result, which has all rows
+    PostgresResult m_result;
+    QSqlQuery m_noQuery; // The values are not those of a query of Qt.
     ColumnValues m_values;
 };
 
 } // namespace
 
-std::unique_ptr<Interfaces::IRowReader> postgresRowReader(const QSqlQuery& query)
+std::unique_ptr<Interfaces::IRowReader> postgresRowReader(const QSqlDriver& driver, const QString& select)
 {
-    if (!query.isSelect() || query.isForwardOnly() || query.result() == nullptr)
+    PGconn* const connection = postgresConnection(&driver);
+    if (connection == nullptr)
         return nullptr;
-    const auto* const result = handleAs<PGresult>(query.result()->handle(), "PGresult*");
-    return result != nullptr ? std::make_unique<PostgresRowReader>(query, result) : nullptr;
+    PostgresResult result(PQexec(connection, select.toUtf8().constData()), &PQclear);
+    const ExecStatusType status = PQresultStatus(result.get());
+    if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK)
+        throwStatementError(postgresErrorText(connection, result.get(), "Unable to create query"));
+    return std::make_unique<PostgresRowReader>(std::move(result));
 }
 
 } // namespace DataAccess::Database::Native

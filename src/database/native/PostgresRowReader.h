@@ -2,16 +2,16 @@
 
 #include "database/IRowReader.h"
 
-#include <QSqlQuery>
+#include <QString>
 
 #include <memory>
 
+class QSqlDriver;
+
 namespace DataAccess::Database::Native {
 
-/**
- * The rows of @p query, a select that was just run and whose result is not read forwards only, read from PostgreSQL's
- * own result; null when that cannot be done.
- */
-std::unique_ptr<Interfaces::IRowReader> postgresRowReader(const QSqlQuery& query);
+/// Runs @p select on the database of @p driver, which is open, and reads its rows from PostgreSQL's own result; null
+/// when that cannot be done. Throws ExecutionException.
+std::unique_ptr<Interfaces::IRowReader> postgresRowReader(const QSqlDriver& driver, const QString& select);
 
 } // namespace DataAccess::Database::Native

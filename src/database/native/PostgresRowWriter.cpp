@@ -3,15 +3,11 @@
 #include "database/DbException.h"
 #include "database/LoggingCategories.h"
 #include "database/StatementError.h"
-#include "database/native/Handle.h"
 #include "database/native/NumberedStatement.h"
+#include "database/native/PostgresConnection.h"
 #include "database/native/PostgresParameters.h"
 
-#include <QSqlDriver>
-#include <QSqlError>
-
 #include <algorithm>
-#include <libpq-fe.h>
 #include <utility>
 #include <vector>
 
@@ -22,8 +18,6 @@ namespace {
 constexpr int s_rowsAhead = 256;
 constexpr std::size_t s_bytesAhead = 1 << 20;
 constexpr const char* s_notRun = "Unable to create query";
-
-using Result = std::unique_ptr<PGresult, void (*)(PGresult*)>;
 
 class PostgresRowWriter final : public Interfaces::IRowWriter
 {
@@ -81,7 +75,7 @@ private:
     {
         require(PQpipelineStatus(m_connection) == PQ_PIPELINE_OFF);
         // What a query has not read, nobody will.
-        while (Result(PQgetResult(m_connection), &PQclear)) {
+        while (PostgresResult(PQgetResult(m_connection), &PQclear)) {
         }
         require(PQenterPipelineMode(m_connection) == 1);
         m_open = true;
@@ -98,14 +92,14 @@ private:
             return {};
         const int sent = std::exchange(m_rows, 0);
         QString failure = PQpipelineSync(m_connection) == 1 ? takeResult("Unable to prepare statement")
-                                                            : errorText(nullptr, s_notRun);
+                                                            : postgresErrorText(m_connection, nullptr, s_notRun);
         int done = 0;
         while (failure.isEmpty() && done < sent) {
             failure = takeResult(s_notRun);
             done += failure.isEmpty() ? 1 : 0;
         }
         if (!leavePipeline() && failure.isEmpty()) {
-            failure = errorText(nullptr, s_notRun);
+            failure = postgresErrorText(m_connection, nullptr, s_notRun);
             done = std::max(0, sent - 1);
         }
         for (int row = 0; row < done; ++row)
@@ -116,10 +110,10 @@ private:
     /// Takes the result of the first statement that has none yet. Gives the text of its failure; empty for a success.
     QString takeResult(const char* failure)
     {
-        const Result result(PQgetResult(m_connection), &PQclear);
+        const PostgresResult result(PQgetResult(m_connection), &PQclear);
         const ExecStatusType status = PQresultStatus(result.get());
         if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
-            return errorText(result.get(), failure);
+            return postgresErrorText(m_connection, result.get(), failure);
         PQclear(PQgetResult(m_connection)); // null, which ends the results of one statement
         return {};
     }
@@ -129,7 +123,7 @@ private:
     {
         ExecStatusType status = PGRES_COMMAND_OK;
         for (int nulls = 0; nulls < 2 && status != PGRES_PIPELINE_SYNC;) {
-            const Result result(PQgetResult(m_connection), &PQclear);
+            const PostgresResult result(PQgetResult(m_connection), &PQclear);
             nulls = result ? 0 : nulls + 1;
             status = PQresultStatus(result.get());
         }
@@ -139,24 +133,13 @@ private:
     void require(bool sent)
     {
         if (!sent)
-            fail(errorText(nullptr, s_notRun));
+            fail(postgresErrorText(m_connection, nullptr, s_notRun));
     }
 
     [[noreturn]] void fail(const QString& failure)
     {
         m_failed = true;
         throwStatementError(failure);
-    }
-
-    /// The server's words on a failure, put together as Qt's driver does.
-    QString errorText(const PGresult* result, const char* what) const
-    {
-        QString message =
-            QString::fromUtf8(result != nullptr ? PQresultErrorMessage(result) : PQerrorMessage(m_connection));
-        const char* const state = result != nullptr ? PQresultErrorField(result, PG_DIAG_SQLSTATE) : nullptr;
-        if (state != nullptr)
-            message += QStringLiteral("(%1)").arg(QLatin1String(state));
-        return QSqlError(QLatin1String("QPSQL: ") + QLatin1String(what), message).text();
     }
 
     QSqlQuery m_query;
@@ -176,9 +159,8 @@ private:
 std::unique_ptr<Interfaces::IRowWriter> postgresRowWriter(const QSqlQuery& query, const QString& statement,
                                                           std::function<void()> written)
 {
-    auto* const connection =
-        query.driver() == nullptr ? nullptr : handleAs<PGconn>(query.driver()->handle(), "PGconn*");
-    if (connection == nullptr || PQclientEncoding(connection) != pg_char_to_encoding("UTF8"))
+    PGconn* const connection = postgresConnection(query.driver());
+    if (connection == nullptr)
         return nullptr;
     return std::make_unique<PostgresRowWriter>(query, connection, NumberedStatement(statement), std::move(written));
 }

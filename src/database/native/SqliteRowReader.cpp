@@ -68,7 +68,7 @@ public:
     QUuid toUuid(int column) const override
     {
         const QLatin1String text = asciiText(column);
-        return text.data() != nullptr ? QUuid(text) : SQLite3ValueConverter::toUuid(column);
+        return text.data() != nullptr ? QUuid::fromString(text) : SQLite3ValueConverter::toUuid(column);
     }
 
     QDate toDate(int column) const override
@@ -197,6 +197,8 @@ std::unique_ptr<Interfaces::IRowReader> sqliteRowReader(const QSqlDriver& driver
     const char* rest = nullptr;
     if (sqlite3_prepare_v2(database, text.constData(), text.size() + 1, &statement, &rest) != SQLITE_OK)
         throwStatementError(failureText(database, "Unable to execute statement"));
+    if (statement == nullptr)
+        return nullptr; // nothing but blanks and comments
     Statement prepared(statement, &sqlite3_finalize);
     if (!QByteArray::fromRawData(rest, static_cast<int>(text.constEnd() - rest)).trimmed().isEmpty())
         throwStatementError(QStringLiteral("Unable to execute multiple statements at a time"));
