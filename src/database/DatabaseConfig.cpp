@@ -12,6 +12,11 @@ namespace DataAccess {
 
 Interfaces::IConfig::~IConfig() = default;
 
+bool Interfaces::IConfig::BackupBeforeMigration() const
+{
+    return true;
+}
+
 namespace Database {
 
 using Enumerations::DatabaseType;
@@ -60,6 +65,7 @@ struct DatabaseConfig::Data
     quint32 port = 0;
     DatabaseType type = Enumerations::None;
     Enumerations::LoadingStrategies loadingStrategy = Enumerations::Complete;
+    bool backupBeforeMigration = true;
     bool valid = false;
 };
 
@@ -109,6 +115,11 @@ bool DatabaseConfig::IsValid() const
     return m_data->valid;
 }
 
+bool DatabaseConfig::BackupBeforeMigration() const
+{
+    return m_data->backupBeforeMigration;
+}
+
 Enumerations::LoadingStrategies DatabaseConfig::LoadingStrategy()
 {
     return m_data->loadingStrategy;
@@ -156,6 +167,11 @@ void DatabaseConfig::SetPort(unsigned int port)
 void DatabaseConfig::SetType(DatabaseType type)
 {
     set(m_data->type, type);
+}
+
+void DatabaseConfig::SetBackupBeforeMigration(bool isWanted)
+{
+    m_data->backupBeforeMigration = isWanted;
 }
 
 void DatabaseConfig::SetLoadingStrategy(Enumerations::LoadingStrategies strategy)

@@ -33,8 +33,9 @@ public:
     unsigned int Port() const override;
     bool IsValid() const override;
     Enumerations::LoadingStrategies LoadingStrategy() override;
+    bool BackupBeforeMigration() const override;
 
-    /// Each setter that changes a value evaluates validity anew, SetLoadingStrategy() excepted.
+    /// Each setter that changes a value evaluates validity anew, except the last two.
     void SetConnectionName(const QString& connectionName);
     void SetDatabaseName(const QString& databaseName);
     void SetHostName(const QString& hostName);
@@ -43,6 +44,8 @@ public:
     void SetPort(unsigned int port);
     void SetType(Enumerations::DatabaseType type);
     void SetLoadingStrategy(Enumerations::LoadingStrategies strategy);
+    /// Kept in this object only, not in the settings file.
+    void SetBackupBeforeMigration(bool isWanted);
 
     /// Writes @p config into the settings file under its connection name. Empty credentials leave stored ones alone.
     static void AddConfig(const std::shared_ptr<Interfaces::IConfig>& config);

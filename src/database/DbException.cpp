@@ -6,6 +6,11 @@ DbException::DbException(const char* message)
     : std::runtime_error(message)
 {}
 
+DbException::DbException(const char* message, bool isUnavailable)
+    : std::runtime_error(message)
+    , m_isUnavailable(isUnavailable)
+{}
+
 DbException::~DbException() = default;
 
 const char* DbException::what() const noexcept

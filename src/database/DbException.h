@@ -13,12 +13,21 @@ class DATAACCESS_EXPORT DbException : public std::runtime_error
 public:
     /// Copies @p message.
     explicit DbException(const char* message);
+    /// @p isUnavailable says that the database is locked or out of reach.
+    DbException(const char* message, bool isUnavailable);
     DbException(const DbException&) = default;
     DbException& operator=(const DbException&) = default;
     ~DbException() override;
 
     const char* what() const noexcept override;
     virtual Enumerations::ExceptionType type() const = 0;
+
+    /// Whether the database is locked or out of reach, so that other statements would fail too, each after its
+    /// time-out.
+    bool isUnavailable() const { return m_isUnavailable; }
+
+private:
+    bool m_isUnavailable = false;
 };
 
 } // namespace DataAccess::Exceptions

@@ -32,6 +32,9 @@ public:
     /// True when the configuration names a database completely.
     virtual bool IsValid() const = 0;
     virtual Enumerations::LoadingStrategies LoadingStrategy() = 0;
+
+    /// Whether a copy of the stored data is made before the first step of a migration changes it; true by default.
+    virtual bool BackupBeforeMigration() const;
 };
 
 } // namespace DataAccess::Interfaces

@@ -44,4 +44,9 @@ std::unique_ptr<IRowWriter> IDatabase::Write(const QString& statement, std::func
     return std::make_unique<Database::QtRowWriter>(*this, query, std::move(written));
 }
 
+Database::Transaction IDatabase::WriteTransaction()
+{
+    return Transaction();
+}
+
 } // namespace DataAccess::Interfaces

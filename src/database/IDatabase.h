@@ -80,6 +80,10 @@ public:
     /// @p written once for each row written, in order, when no row is under way. Throws ExecutionException when the
     /// statement cannot be prepared; PostgreSQL is asked only with the first rows, which then fail.
     virtual std::unique_ptr<IRowWriter> Write(const QString& statement, std::function<void()> written);
+
+    /// Starts a transaction that will write. On SQLite it has the write lock from the start, so that a write that
+    /// follows a read waits for other programs like any other; the default is Transaction().
+    virtual ::DataAccess::Database::Transaction WriteTransaction();
 };
 
 } // namespace DataAccess::Interfaces

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "database/Failure.h"
 #include "database/IDatabase.h"
 #include "database/JobQueue.h"
 #include "database/NotOpenException.h"
 
+#include <atomic>
 #include <chrono>
 #include <exception>
 #include <functional>
@@ -40,15 +42,28 @@ public:
 
     /**
      * Waits for the result and takes it; a second call throws std::future_error. Throws what the job threw, and
-     * NotOpenException when the worker ended before the job ran. Must not be called on the worker's thread.
+     * NotOpenException when the worker ended, or the task was cancelled, before the job ran. Reports the failures that
+     * the job has reported. Must not be called on the worker's thread.
      */
-    T Result() { return m_result.get(); }
+    T Result()
+    {
+        T result = m_result.get();
+        for (const Failure& failure : m_state->failures)
+            FailureWatch::report(failure);
+        return result;
+    }
 
     /// Waits until the job has ended, without taking the result.
     void Wait() const { m_completion.wait(); }
 
     /// Whether the job has ended; does not wait.
     bool IsCompleted() const { return m_completion.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }
+
+    /// What the job reported; to be asked when it has ended.
+    const QVector<Failure>& Failures() const { return m_state->failures; }
+
+    /// Keeps a job that has not begun from running; whether that was in time. May be called on any thread.
+    bool Cancel() { return state()->end("The job was cancelled before it ran"); }
 
     /// Becomes ready when the job has ended: true when a result is stored, false when an exception is.
     const std::shared_future<bool>& Completion() const { return m_completion; }
@@ -72,11 +87,16 @@ private:
 
         void run(Interfaces::IDatabase& database)
         {
-            if (ended)
+            const Stage before = leaveWaiting(Stage::Ended);
+            if (before == Stage::Cancelled)
+                return;
+            if (before == Stage::Ended)
                 throw std::future_error(std::future_errc::promise_already_satisfied);
-            ended = true;
             try {
-                result.set_value(job(database));
+                const FailureWatch watch;
+                T value = job(database);
+                failures = watch.failures();
+                result.set_value(std::move(value));
             } catch (...) {
                 const std::exception_ptr reason = std::current_exception();
                 fail(reason ? reason
@@ -90,6 +110,15 @@ private:
             completion.set_value(true);
         }
 
+        /// Ends a task whose job has not begun; whether that was in time.
+        bool end(const char* reason)
+        {
+            if (leaveWaiting(Stage::Cancelled) != Stage::Waiting)
+                return false;
+            fail(std::make_exception_ptr(Exceptions::NotOpenException(reason)));
+            return true;
+        }
+
         void fail(std::exception_ptr reason)
         {
             job = nullptr;
@@ -100,7 +129,20 @@ private:
         std::function<T(Interfaces::IDatabase&)> job;
         std::promise<T> result;
         std::promise<bool> completion;
-        bool ended = false;
+        QVector<Failure> failures;
+
+    private:
+        enum class Stage { Waiting, Ended, Cancelled };
+
+        /// Goes from Waiting to @p next, and gives the stage before.
+        Stage leaveWaiting(Stage next)
+        {
+            Stage before = Stage::Waiting;
+            m_stage.compare_exchange_strong(before, next);
+            return before;
+        }
+
+        std::atomic<Stage> m_stage{Stage::Waiting};
     };
 
     /// The place of a task in a queue.
@@ -109,14 +151,7 @@ private:
         explicit Turn(std::shared_ptr<State> waiting)
             : state(std::move(waiting))
         {}
-        ~Turn()
-        {
-            if (!state->ended) {
-                state->ended = true;
-                state->fail(std::make_exception_ptr(
-                    Exceptions::NotOpenException("The worker of the database ended before the job ran")));
-            }
-        }
+        ~Turn() { state->end("The worker of the database ended before the job ran"); }
         Turn(const Turn&) = delete;
         Turn& operator=(const Turn&) = delete;
 
