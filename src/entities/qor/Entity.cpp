@@ -90,4 +90,10 @@ void Entity::notify()
     }
 }
 
+bool isListed(Enumerations::EntityState child, Enumerations::EntityState parent)
+{
+    using namespace Enumerations;
+    return child != Deleted && (child != Snapshot || parent == Snapshot);
+}
+
 } // namespace QOR::Entities
