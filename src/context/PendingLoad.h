@@ -1,5 +1,6 @@
 #pragma once
 
+#include "context/Guarded.h"
 #include "repositories/IRepository.h"
 
 #include <QHash>
@@ -23,6 +24,26 @@ public:
             m_task.reset(repository->GetAllAsync());
     }
     bool isFilled() const { return m_task != nullptr; }
+
+    /// Waits for the load. Why it failed; empty when it did not, or none is under way.
+    QString failure()
+    {
+        if (!m_task)
+            return {};
+        const bool isComplete = m_task->Completion().get() && m_task->Failures().isEmpty();
+        if (isComplete)
+            return {};
+        const Database::FailureWatch watch;
+        guarded(Q_FUNC_INFO, [this] { return take(); });
+        return failureText<T>(watch);
+    }
+
+    /// Lets go of the load, which does not run any more if it has not begun.
+    void cancel()
+    {
+        if (const auto task = std::exchange(m_task, nullptr))
+            task->Cancel();
+    }
 
     /// Waits for the load and takes what it gave; nothing when none is under way.
     Entities take()
