@@ -88,15 +88,11 @@ void linkTasks(const EntitiesById<PdTask>& tasks, const EntitiesById<Cable>& cab
                const EntitiesById<Station>& stations)
 {
     for (const auto& task : tasks) {
-        const auto state = task->EntityState();
-        const QUuid cableId = task->CableId();
-        const QUuid stationId = task->StationId();
-        // The object that the context does not have is let go of, though not its id.
-        task->SetCable(cables.value(cableId));
-        task->SetCableId(cableId);
-        task->SetStation(stations.value(stationId));
-        task->SetStationId(stationId);
-        task->SetEntityState(state);
+        // An object that has no id yet cannot be found.
+        if (!task->CableId().isNull())
+            task->LinkCable(cables.value(task->CableId()));
+        if (!task->StationId().isNull())
+            task->LinkStation(stations.value(task->StationId()));
     }
 }
 
