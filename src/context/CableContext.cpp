@@ -128,30 +128,26 @@ QString CableContext::load()
 {
     if (!m_data->manager)
         return {};
+    NetworkLoad loads;
+    loads.start<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable, Rating,
+                Route, Station, Phase>(*m_data->manager);
+    const int total = loads.countPending();
+    int done = 0;
+    const QString failure =
+        loads.await<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
+                    Rating, Route, Station, Phase>([&] { Q_EMIT loadingProgress(++done, total); });
+    if (!failure.isEmpty())
+        return failure;
     CableLedger& ledger = *m_data->ledger;
-    const Database::FailureWatch watch;
-    const QString failure = guarded(Q_FUNC_INFO, [&] {
-        NetworkLoad loads;
-        loads.start<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
-                    Rating, Route, Station, Phase>(*m_data->manager);
-        const int total = loads.countPending();
-        int done = 0;
-        const QString reason =
-            loads.await<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
-                        Rating, Route, Station, Phase>([&] { Q_EMIT loadingProgress(++done, total); });
-        if (!reason.isEmpty())
-            return reason;
-        if (loads.arePending<SegmentDetail, SegmentType, Insulation>())
-            loads.take<SegmentDetail, Insulation, SegmentType>(ledger);
-        if (loads.arePending<Segment, Phase>())
-            loads.take<Segment, Phase>(ledger);
-        if (loads.arePending<Route, Point>())
-            loads.take<Route, Point>(ledger);
-        if (loads.arePending<Cable, Owner, Station, Switchgear, Termination>())
-            loads.take<Cable, Owner, Station, Switchgear, Termination, Rating>(ledger);
-        return QString();
-    });
-    return failure.isEmpty() ? watch.reason() : failure;
+    if (loads.arePending<SegmentDetail, SegmentType, Insulation>())
+        loads.take<SegmentDetail, Insulation, SegmentType>(ledger);
+    if (loads.arePending<Segment, Phase>())
+        loads.take<Segment, Phase>(ledger);
+    if (loads.arePending<Route, Point>())
+        loads.take<Route, Point>(ledger);
+    if (loads.arePending<Cable, Owner, Station, Switchgear, Termination>())
+        loads.take<Cable, Owner, Station, Switchgear, Termination, Rating>(ledger);
+    return {};
 }
 
 void CableContext::cleanup()
