@@ -202,19 +202,18 @@ void CableContext::import(const std::vector<std::shared_ptr<Cable>>& cables, con
 
 bool CableContext::isReadyForImport()
 {
-    if (isLoaded())
-        return true;
-    if (!hasLoadFailed()) {
+    QString failure;
+    if (!isLoaded() && !hasLoadFailed()) {
         // Without a reload(), which would let go of what the application has attached.
-        const QString failure = load();
-        if (failure.isEmpty()) {
+        failure = load();
+        if (failure.isEmpty())
             finishLoading({});
-            return true;
-        }
-        Q_EMIT loadingFailed(failure);
+        else
+            Q_EMIT loadingFailed(failure);
     }
-    qCWarning(lcContext) << "Nothing is imported: the network could not be loaded";
-    return false;
+    if (!isLoaded())
+        qCWarning(lcContext).noquote() << "Nothing is imported: the network could not be loaded." << failure;
+    return isLoaded();
 }
 
 void CableContext::importWith(const std::vector<std::shared_ptr<Cable>>& cables, const RatingsByCable& ratings)
