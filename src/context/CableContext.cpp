@@ -133,7 +133,7 @@ QString CableContext::load()
                 Route, Station, Phase>(*m_data->manager);
     const int total = loads.countPending();
     int done = 0;
-    const QString failure =
+    QString failure =
         loads.await<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
                     Rating, Route, Station, Phase>([&] { Q_EMIT loadingProgress(++done, total); });
     if (!failure.isEmpty())
