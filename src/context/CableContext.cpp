@@ -128,30 +128,26 @@ QString CableContext::load()
 {
     if (!m_data->manager)
         return {};
+    NetworkLoad loads;
+    loads.start<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable, Rating,
+                Route, Station, Phase>(*m_data->manager);
+    const int total = loads.countPending();
+    int done = 0;
+    QString failure =
+        loads.await<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
+                    Rating, Route, Station, Phase>([&] { Q_EMIT loadingProgress(++done, total); });
+    if (!failure.isEmpty())
+        return failure;
     CableLedger& ledger = *m_data->ledger;
-    const Database::FailureWatch watch;
-    const QString failure = guarded(Q_FUNC_INFO, [&] {
-        NetworkLoad loads;
-        loads.start<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
-                    Rating, Route, Station, Phase>(*m_data->manager);
-        const int total = loads.countPending();
-        int done = 0;
-        const QString reason =
-            loads.await<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
-                        Rating, Route, Station, Phase>([&] { Q_EMIT loadingProgress(++done, total); });
-        if (!reason.isEmpty())
-            return reason;
-        if (loads.arePending<SegmentDetail, SegmentType, Insulation>())
-            loads.take<SegmentDetail, Insulation, SegmentType>(ledger);
-        if (loads.arePending<Segment, Phase>())
-            loads.take<Segment, Phase>(ledger);
-        if (loads.arePending<Route, Point>())
-            loads.take<Route, Point>(ledger);
-        if (loads.arePending<Cable, Owner, Station, Switchgear, Termination>())
-            loads.take<Cable, Owner, Station, Switchgear, Termination, Rating>(ledger);
-        return QString();
-    });
-    return failure.isEmpty() ? watch.reason() : failure;
+    if (loads.arePending<SegmentDetail, SegmentType, Insulation>())
+        loads.take<SegmentDetail, Insulation, SegmentType>(ledger);
+    if (loads.arePending<Segment, Phase>())
+        loads.take<Segment, Phase>(ledger);
+    if (loads.arePending<Route, Point>())
+        loads.take<Route, Point>(ledger);
+    if (loads.arePending<Cable, Owner, Station, Switchgear, Termination>())
+        loads.take<Cable, Owner, Station, Switchgear, Termination, Rating>(ledger);
+    return {};
 }
 
 void CableContext::cleanup()
@@ -206,19 +202,18 @@ void CableContext::import(const std::vector<std::shared_ptr<Cable>>& cables, con
 
 bool CableContext::isReadyForImport()
 {
-    if (isLoaded())
-        return true;
-    if (!hasLoadFailed()) {
+    QString failure;
+    if (!isLoaded() && !hasLoadFailed()) {
         // Without a reload(), which would let go of what the application has attached.
-        const QString failure = load();
-        if (failure.isEmpty()) {
+        failure = load();
+        if (failure.isEmpty())
             finishLoading({});
-            return true;
-        }
-        Q_EMIT loadingFailed(failure);
+        else
+            Q_EMIT loadingFailed(failure);
     }
-    qCWarning(lcContext) << "Nothing is imported: the network could not be loaded";
-    return false;
+    if (!isLoaded())
+        qCWarning(lcContext).noquote() << "Nothing is imported: the network could not be loaded." << failure;
+    return isLoaded();
 }
 
 void CableContext::importWith(const std::vector<std::shared_ptr<Cable>>& cables, const RatingsByCable& ratings)

@@ -36,6 +36,7 @@ public:
     template <typename T>
     void load(EntitiesById<T> rows)
     {
+        followIds();
         EntitiesById<T>& known = m_network.template of<T>();
         if (known.isEmpty()) {
             known = std::move(rows);
@@ -43,7 +44,6 @@ public:
                 noteLoaded(entity);
             return;
         }
-        followIds();
         for (const std::shared_ptr<T>& row : qAsConst(rows))
             take(row, false);
     }

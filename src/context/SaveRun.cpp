@@ -40,8 +40,8 @@ QString SaveRun::finish()
         qCWarning(lcContext) << homeless << "attached entities have no repository here, and are not stored";
     if (m_failures == 0)
         return {};
-    const QString text = QStringLiteral("%1 entities could not be stored: %2")
-                             .arg(QString::number(m_failures), m_reasons.join(QLatin1String("; ")));
+    QString text = QStringLiteral("%1 entities could not be stored: %2")
+                       .arg(QString::number(m_failures), m_reasons.join(QLatin1String("; ")));
     qCWarning(lcContext).noquote() << text;
     return text;
 }
