@@ -65,10 +65,12 @@ private:
     void noteTouched(const std::vector<Look>& before);
     QString bind();
     QString difference();
-    QString differentRows(int kind) const;
+    QString differentRows(int kind);
 
     ModelFamily& m_family;
     ContextModel m_model;
+    /// When each row was written last, and by which write.
+    std::map<QUuid, std::pair<int, QDateTime>> m_stamps;
     int m_texts = 0;
     int m_imports = 0;
 };
@@ -362,7 +364,7 @@ QString ModelRun::difference()
     return {};
 }
 
-QString ModelRun::differentRows(int kind) const
+QString ModelRun::differentRows(int kind)
 {
     if (m_model.brokenKinds.count(kind) > 0)
         return {};
@@ -385,6 +387,11 @@ QString ModelRun::differentRows(int kind) const
                 .arg(content.parent.toString(), row->second.content.text)
                 .arg(row->second.mark)
                 .arg(row->second.content.parent.toString());
+        const auto last = m_stamps.find(object->Id());
+        if (last != m_stamps.end() &&
+            (last->second.first == row->second.version) != (last->second.second == object->Timestamp()))
+            return QStringLiteral("a row of kind %1 was written for nothing, or not at all").arg(kind);
+        m_stamps[object->Id()] = {row->second.version, object->Timestamp()};
         expected.erase(row);
     }
     return expected.empty() ? QString() : QStringLiteral("kind %1 lacks a row").arg(kind);
