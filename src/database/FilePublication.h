@@ -1,0 +1,15 @@
+#pragma once
+
+#include "database/DataAccessExport.h"
+
+#include <QString>
+
+namespace DataAccess::Database {
+
+/// The name under which a file is written until it is whole.
+DATAACCESS_EXPORT QString unfinishedName(const QString& path);
+/// Gives the whole file @p temporaryPath the name @p path, in place of any file of that name, so that the content and
+/// the name survive a power failure. Throws std::runtime_error, and keeps what was under the name then.
+DATAACCESS_EXPORT void publishFile(const QString& temporaryPath, const QString& path);
+
+} // namespace DataAccess::Database
