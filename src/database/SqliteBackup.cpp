@@ -86,6 +86,9 @@ bool backupSqlite(const QString& from, const QString& to, bool isUnseen, const B
     sqlite3_backup_finish(backup);
     if (isComplete && status != SQLITE_DONE)
         fail(status == SQLITE_FULL || status == SQLITE_READONLY ? to : from, status);
+    // One file that needs no other, also when the original keeps a write-ahead log.
+    if (isUnseen && isComplete)
+        execute(target, to, "PRAGMA journal_mode = DELETE");
     return isComplete;
 }
 

@@ -71,7 +71,7 @@ public:
             if (m_line % s_rowsAtOnce == 0 && progress && !progress(m_file.pos(), m_file.size()))
                 throw Cancelled();
         }
-        if (!m_file.atEnd())
+        if (!m_file.readLine().isEmpty())
             fail(QStringLiteral("there is more behind the end"));
         return m_rows;
     }

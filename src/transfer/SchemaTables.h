@@ -27,7 +27,7 @@ struct SchemaReference
 };
 
 /// A table of the current schema that holds what applications have stored.
-struct SchemaTable
+struct DATAACCESS_EXPORT SchemaTable
 {
     QString name;
     QVector<SchemaColumn> columns;

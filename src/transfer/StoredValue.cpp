@@ -1,11 +1,11 @@
 #include "transfer/StoredValue.h"
 
+#include "database/SQLite2ValueConverter.h"
 #include "database/SQLiteDateTime.h"
-
-#include <QLocale>
 
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 namespace DataAccess::Transfer {
@@ -36,7 +36,24 @@ void appendEscaped(QByteArray& json, ushort character)
     json.append(text);
 }
 
+/// Whether @p position is NULL, where bytes are hexadecimal text: that makes no bytes of it.
+bool isLegacyNull(const Interfaces::IValueConverter& row, int position)
+{
+    return dynamic_cast<const Converter::SQLite2ValueConverter*>(&row) != nullptr && row.toString(position).isNull();
+}
+
 } // namespace
+
+void StoredValue::takeImage()
+{
+    // For an image that is NULL, PostgreSQL's bytes give an empty text.
+    isNull = text.isEmpty();
+    // Some legacy files have the text in hexadecimal digits, which no Base64 text of an image consists of.
+    const QByteArray stored = text.toLatin1();
+    const QByteArray decoded = QByteArray::fromHex(stored);
+    if (!isNull && decoded.toHex() == stored.toLower())
+        text = QString::fromLatin1(decoded);
+}
 
 bool StoredValue::read(const Interfaces::IValueConverter& row, int position, const SchemaColumn& column)
 {
@@ -62,14 +79,15 @@ bool StoredValue::read(const Interfaces::IValueConverter& row, int position, con
     case Enumerations::ByteArray:
         if (!column.isImage) {
             row.value(bytes, position);
-            isNull = bytes.isNull();
+            isNull = bytes.isNull() || (bytes.isEmpty() && isLegacyNull(row, position));
             return true;
         }
         [[fallthrough]];
     default:
         text = row.toString(position);
-        // For an image that is NULL, PostgreSQL's bytes give an empty text.
-        isNull = column.isImage ? text.isEmpty() : text.isNull();
+        isNull = text.isNull();
+        if (column.isImage)
+            takeImage();
         return true;
     }
     isNull = text.isNull();

@@ -13,7 +13,7 @@ namespace DataAccess::Transfer {
  * What one column of one row holds, in a form that is the same for every backend. Which member counts follows from the
  * column's kind: a date and a time are their texts, "yyyy-MM-dd" and "yyyy-MM-dd HH:mm:ss.zzz".
  */
-struct StoredValue
+struct DATAACCESS_EXPORT StoredValue
 {
     bool isNull = true;
     qint64 integer = 0; ///< Integers, and booleans as 0 and 1.
@@ -28,6 +28,9 @@ struct StoredValue
     void bind(Interfaces::IValueConverter& values, const QString& placeholder, const SchemaColumn& column) const;
     /// Appends the value as JSON. Equal values give equal texts.
     void appendTo(QByteArray& json, const SchemaColumn& column) const;
+
+private:
+    void takeImage();
 };
 
 /// Appends @p text to @p json, as a JSON string.

@@ -8,25 +8,22 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <optional>
 
 using namespace DataAccess;
 
 namespace {
 
-QVector<Finding> findings(OpenedDatabase& opened, const Invocation& invocation)
+/// The faults of the file itself. Nothing that is read from a damaged one can be relied upon.
+QVector<Finding> fileFaults(const DatabaseAddress& address, bool isDeep)
 {
     QVector<Finding> found;
-    const bool isDeep = invocation.has("deep");
-    if (!opened.address().isPostgres() && !opened.address().isLegacy()) {
-        const QString faults = Database::sqliteFaults(opened.address().path(), isDeep);
-        for (const QString& fault : faults.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-            found.append({QStringLiteral("file damaged"), {}, {}, {}, fault, {}, {}});
-        // Nothing that is read from a damaged file can be relied upon.
-        if (!found.isEmpty())
-            return found;
-    }
-    return DatabaseCheck(opened.database(), isDeep)
-        .run(invocation.progress(QStringLiteral("Check"), QStringLiteral("tables")));
+    if (address.isPostgres() || kindOf(address.path()) != FileKind::SQLite3)
+        return found;
+    for (const QString& fault :
+         Database::sqliteFaults(address.path(), isDeep).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        found.append({QStringLiteral("file damaged"), {}, {}, {}, fault, {}, {}});
+    return found;
 }
 
 /// Sets right what has one right answer, in one transaction; gives the number of rows.
@@ -79,27 +76,48 @@ QJsonArray show(const QVector<Finding>& found, const Invocation& invocation)
     return list;
 }
 
+/// Backs the database up before it is repaired, if there is something to repair; gives the path.
+QString backupForRepair(OpenedDatabase& opened, const QVector<Finding>& found, const Invocation& invocation)
+{
+    const bool canRepair =
+        std::any_of(found.begin(), found.end(), [](const Finding& finding) { return !finding.repair.isEmpty(); });
+    if (!invocation.has("repair") || !canRepair)
+        return {};
+    if (opened.address().isLegacy())
+        throw ToolError(Failed, QStringLiteral("A legacy file is never written"),
+                        QStringLiteral("Copy it into a new file with \"dataaccess copy\", and repair that."));
+    return Backup::makeBefore("repair", opened, invocation);
+}
+
 ExitCode check(const Invocation& invocation)
 {
     const DatabaseAddress address = DatabaseAddress::parse(invocation.argument(0));
-    QVector<Finding> found;
     QJsonObject document{{QStringLiteral("database"), address.text}};
-    {
-        OpenedDatabase opened(address, OpenedDatabase::Access::Read, invocation);
-        opened.requireCurrentSchema();
-        found = findings(opened, invocation);
-        document.insert(QStringLiteral("findings"), show(found, invocation));
-        const bool canRepair =
-            std::any_of(found.begin(), found.end(), [](const Finding& finding) { return !finding.repair.isEmpty(); });
-        if (invocation.has("repair") && canRepair) {
-            if (address.isLegacy())
-                throw ToolError(Failed, QStringLiteral("A legacy file is never written"),
-                                QStringLiteral("Copy it into a new file with \"dataaccess copy\", and repair that."));
-            document.insert(QStringLiteral("backup"), Backup::makeBefore("repair", opened, invocation));
-        }
+    QString backup;
+    QVector<Finding> found;
+    std::optional<OpenedDatabase> opened;
+    try {
+        opened.emplace(address, OpenedDatabase::Access::Read, invocation);
+    } catch (const ToolError&) {
+        // A damaged file may not even open: its faults are the answer then.
+        found = fileFaults(address, invocation.has("deep"));
+        if (found.isEmpty())
+            throw;
     }
+    if (opened)
+        found = fileFaults(address, invocation.has("deep"));
+    if (found.isEmpty()) {
+        opened->requireCurrentSchema();
+        found = DatabaseCheck(opened->database(), invocation.has("deep"))
+                    .run(invocation.progress(QStringLiteral("Check"), QStringLiteral("tables")));
+        backup = backupForRepair(*opened, found, invocation);
+    }
+    opened.reset();
+    document.insert(QStringLiteral("findings"), show(found, invocation));
+    if (!backup.isEmpty())
+        document.insert(QStringLiteral("backup"), backup);
     int repaired = 0;
-    if (document.contains(QStringLiteral("backup"))) {
+    if (!backup.isEmpty()) {
         repaired = repair(address, found, invocation);
         invocation.print(QStringLiteral("%1 of %2 faults are set right.").arg(repaired).arg(found.size()));
     } else {

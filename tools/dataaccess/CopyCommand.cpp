@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 #include <QJsonArray>
+#include <QThread>
 
 #include <optional>
 
@@ -15,11 +16,20 @@ namespace {
 /// Keeps a second copy into the same database on a server away, as long as this one's connection lasts.
 void lockOnServer(TargetDatabase& target)
 {
-    if (target.address().isPostgres() &&
-        !Transfer::scalar(target.database(), QStringLiteral("SELECT pg_try_advisory_lock(hashtext('DataAccess copy'))"))
-             .toBool())
-        throw ToolError(Unavailable, QStringLiteral("Another copy into %1 is under way").arg(target.address().text),
-                        QStringLiteral("Try again when it has ended."));
+    if (!target.address().isPostgres())
+        return;
+    // The server may take a while to notice that a run that was killed is gone.
+    constexpr int attempts = 50;
+    constexpr unsigned long pause = 100;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const QVariant isLocked = Transfer::scalar(
+            target.database(), QStringLiteral("SELECT pg_try_advisory_lock(hashtext('DataAccess copy'))"));
+        if (isLocked.toBool())
+            return;
+        QThread::msleep(pause);
+    }
+    throw ToolError(Unavailable, QStringLiteral("Another copy into %1 is under way").arg(target.address().text),
+                    QStringLiteral("Try again when it has ended."));
 }
 
 void prepareRows(TargetDatabase& target, const Invocation& invocation)

@@ -6,6 +6,7 @@
 #include "database/LegacyCopy.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <cstdio>
 #include <termios.h>
@@ -15,9 +16,17 @@ using namespace DataAccess;
 
 namespace {
 
-/// What the user types at the terminal, unseen.
-QString askForPassword(const QString& database)
+bool lacksPassword(const Exceptions::DbException& error)
 {
+    return QByteArray(error.what()).contains("no password supplied");
+}
+
+} // namespace
+
+QString OpenedDatabase::askForPassword(const QString& database)
+{
+    if (isatty(STDIN_FILENO) == 0)
+        throw ToolError(WrongUsage, QStringLiteral("There is no terminal to ask for the password at"));
     std::fprintf(stderr, "Password for %s: ", qPrintable(database));
     termios before = {};
     tcgetattr(STDIN_FILENO, &before);
@@ -30,13 +39,6 @@ QString askForPassword(const QString& database)
     std::fputc('\n', stderr);
     return QString::fromLocal8Bit(line.endsWith('\n') ? line.chopped(1) : line);
 }
-
-bool lacksPassword(const Exceptions::DbException& error)
-{
-    return QByteArray(error.what()).contains("no password supplied");
-}
-
-} // namespace
 
 OpenedDatabase::OpenedDatabase(const DatabaseAddress& address, Access access, const Invocation& invocation)
     : m_address(address)
@@ -54,14 +56,7 @@ OpenedDatabase::OpenedDatabase(const DatabaseAddress& address, Access access, co
     if (address.isPostgres() && access == Access::Read)
         settings.server.append({QStringLiteral("options"), QStringLiteral("-c default_transaction_read_only=on")});
     try {
-        try {
-            open(settings);
-        } catch (const Exceptions::DbException& error) {
-            if (!lacksPassword(error) || isatty(STDIN_FILENO) == 0)
-                throw;
-            settings.password = askForPassword(address.text);
-            open(settings);
-        }
+        openWithRetries(invocation);
     } catch (const Exceptions::DbException& error) {
         const QString reason = QString::fromLocal8Bit(error.what()).simplified();
         throw ToolError(error.isUnavailable() ? Unavailable : Failed,
@@ -70,9 +65,28 @@ OpenedDatabase::OpenedDatabase(const DatabaseAddress& address, Access access, co
     }
 }
 
-void OpenedDatabase::open(const Transfer::ConnectionSettings& settings)
+void OpenedDatabase::openWithRetries(const Invocation& invocation)
 {
-    m_direct = std::make_unique<Transfer::DirectDatabase>(settings);
+    Transfer::ConnectionSettings& settings = m_address.settings;
+    try {
+        m_direct = std::make_unique<Transfer::DirectDatabase>(settings);
+    } catch (const Exceptions::DbException& error) {
+        const bool wantsPassword = lacksPassword(error) && isatty(STDIN_FILENO) != 0;
+        // A program died while it was writing: nobody can read before what it wrote is undone, as SQLite does then.
+        const bool wantsUndoing = settings.type == Enumerations::SQLite3 && settings.isReadOnly &&
+                                  !error.isUnavailable() &&
+                                  QFileInfo(settings.name + QStringLiteral("-journal")).size() > 0;
+        if (wantsPassword)
+            settings.password = askForPassword(m_address.text);
+        else if (wantsUndoing)
+            settings.isReadOnly = false;
+        else
+            throw;
+        m_direct = std::make_unique<Transfer::DirectDatabase>(settings);
+        if (wantsUndoing)
+            invocation.note(
+                QStringLiteral("A change of %1 that a program has not ended was undone.").arg(m_address.text));
+    }
 }
 
 void OpenedDatabase::refuseNewerSchema() const

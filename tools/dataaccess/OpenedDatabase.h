@@ -33,8 +33,11 @@ public:
     /// Throws ToolError when a schema is newer than this program.
     void refuseNewerSchema() const;
 
+    /// What the user types at the terminal, unseen. Throws ToolError when there is none.
+    static QString askForPassword(const QString& database);
+
 private:
-    void open(const DataAccess::Transfer::ConnectionSettings& settings);
+    void openWithRetries(const Invocation& invocation);
 
     DatabaseAddress m_address;
     std::unique_ptr<QTemporaryDir> m_folder;

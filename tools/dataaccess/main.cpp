@@ -19,7 +19,8 @@ bool s_isVerbose = false;
 const std::vector<Command>& commands()
 {
     static const std::vector<Command> all = {infoCommand(),    checkCommand(), backupCommand(), restoreCommand(),
-                                             migrateCommand(), copyCommand(),  dumpCommand(),   loadCommand()};
+                                             migrateCommand(), copyCommand(),  dumpCommand(),   loadCommand(),
+                                             reportCommand(),  configCommand()};
     return all;
 }
 
