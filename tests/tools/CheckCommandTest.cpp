@@ -107,13 +107,39 @@ private Q_SLOTS:
     void findsNothingInASoundNetwork()
     {
         const Sample sample;
+        makeThousandCables(sample.path());
         const TestSupport::TestDatabase database;
         verifySound(sample.path());
         QCOMPARE(tool({QStringLiteral("copy"), sample.path(), addressOf(database)}).exitCode, 0);
         verifySound(addressOf(database));
+        const QString report = sample.file("report.html");
+        QCOMPARE(tool({QStringLiteral("report"), addressOf(database), report}).exitCode, 0);
+        QCOMPARE(bytesOf(report).count("<details"), 1001);
+        QVERIFY(bytesOf(report).size() < 16 << 20);
     }
 
 private:
+    /// The sample's cable a thousand times more, each with phases and segments of its own.
+    static void makeThousandCables(const QString& path)
+    {
+        const QString statement = QStringLiteral(
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) INSERT INTO %1 "
+            "SELECT replace(id, substr(id, 1, 9), '{' || printf('%08x', i)), %2 FROM %1, n");
+        const QString parent = QStringLiteral("replace(%1, substr(%1, 1, 9), '{' || printf('%08x', i))");
+        execute(path,
+                {statement.arg(QStringLiteral("ce_segment"),
+                               QStringLiteral("name, indexnumber, length, %1, point, detail, installationdate, snap, "
+                                              "deleted, timestamp")
+                                   .arg(parent.arg(QStringLiteral("phase")))),
+                 statement.arg(QStringLiteral("ce_phase"), QStringLiteral("indexnumber, %1, snap, deleted, timestamp")
+                                                               .arg(parent.arg(QStringLiteral("cable")))),
+                 statement.arg(QStringLiteral("ce_cable"),
+                               QStringLiteral("number || '-' || i, voltage, installationdate, diagnosticstate, city, "
+                                              "stationa, stationb, terminationa, terminationb, switchgeara, "
+                                              "switchgearb, route, owner, type, snap, deleted, cablestate, comment, "
+                                              "length, timestamp, importance"))});
+    }
+
     static void verifySound(const QString& address)
     {
         const Run run = tool({QStringLiteral("check"), QStringLiteral("--deep"), address});
