@@ -70,9 +70,10 @@ TableDigest digestOf(IDatabase& db, const SchemaTable& table, const std::functio
 {
     TableDigest digest{table.name, 0, {}};
     QCryptographicHash hash(QCryptographicHash::Sha256);
+    RowLines lines(table);
     TableReader reader(db, table);
     while (reader.next()) {
-        hash.addData(lineOf(table, reader.row()));
+        hash.addData(lines.line(reader.row()));
         if (++digest.rows % s_rowsAtOnce == 0)
             advance(s_rowsAtOnce);
     }
@@ -120,12 +121,13 @@ TableDigest DatabaseCopy::copyTable(const SchemaTable& table)
 {
     TableDigest digest{table.name, 0, {}};
     QCryptographicHash hash(QCryptographicHash::Sha256);
+    RowLines lines(table);
     TableReader reader(m_from, table);
     // Rows are copied in order, so that those of a copy that was broken off are the first ones.
     const qint64 present = rowCount(m_to, table.name);
     Batches batches(m_to, table);
     while (reader.next()) {
-        const QByteArray line = lineOf(table, reader.row());
+        const QByteArray& line = lines.line(reader.row());
         hash.addData(line);
         if (digest.rows >= present)
             batches.write(reader.row(), line.size());

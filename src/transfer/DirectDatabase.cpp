@@ -37,6 +37,14 @@ QString driverOf(Enumerations::DatabaseType type)
                                            : QStringLiteral("QSQLITE");
 }
 
+/// Whether a server that was reached has refused for a reason that does not pass by itself.
+bool isFinal(const QString& reason)
+{
+    const auto says = [&](const char* words) { return reason.contains(QLatin1String(words)); };
+    return says("no password supplied") ||
+           (says("FATAL:") && !says("starting up") && !says("shutting down") && !says("too many") && !says("recovery"));
+}
+
 /// The thread and the worker that the migrations need.
 class Worker
 {
@@ -111,9 +119,10 @@ void DirectDatabase::connect()
 {
     m_database = std::make_unique<Database::Database>(m_config);
     if (!m_database->Connect()) {
+        const QString reason = m_database->OpenError();
         const bool isUnavailable =
-            m_settings.type == Enumerations::Postgres || m_database->OpenError().contains(QLatin1String("locked"));
-        throw Exceptions::NotOpenException(m_database->OpenError().toLocal8Bit().constData(), isUnavailable);
+            m_settings.type == Enumerations::Postgres ? !isFinal(reason) : reason.contains(QLatin1String("locked"));
+        throw Exceptions::NotOpenException(reason.toLocal8Bit().constData(), isUnavailable);
     }
 }
 

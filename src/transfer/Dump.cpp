@@ -143,9 +143,10 @@ qint64 dump(IDatabase& db, QIODevice& file, const Progress& progress)
     qint64 rows = 0;
     write(file, header());
     for (const SchemaTable& table : schemaTables()) {
+        RowLines lines(table);
         TableReader reader(db, table);
         while (reader.next()) {
-            write(file, lineOf(table, reader.row()));
+            write(file, lines.line(reader.row()));
             if (++rows % s_rowsAtOnce == 0 && progress && !progress(rows, total))
                 throw Cancelled();
         }

@@ -36,6 +36,31 @@ void appendEscaped(QByteArray& json, ushort character)
     json.append(text);
 }
 
+bool isPlain(ushort character)
+{
+    return character >= 0x20 && character < 0x7f && character != '"' && character != '\\';
+}
+
+/// Appends the character at @p place, which is not plain; gives the number of code units.
+int appendSpecial(QByteArray& json, const QString& text, int place)
+{
+    const ushort character = text.at(place).unicode();
+    if (character == '"' || character == '\\') {
+        json.append('\\').append(static_cast<char>(character));
+        return 1;
+    }
+    const bool isPair = QChar::isHighSurrogate(character) && place + 1 < text.size() &&
+                        QChar::isLowSurrogate(text.at(place + 1).unicode());
+    // Half of a pair, which a damaged text may have, has no form in UTF-8.
+    if (character < 0x20 || character == 0x7f || character >= 0xfffe || (QChar::isSurrogate(character) && !isPair)) {
+        appendEscaped(json, character);
+        return 1;
+    }
+    const int units = isPair ? 2 : 1;
+    json.append(text.mid(place, units).toUtf8());
+    return units;
+}
+
 /// Whether @p position is NULL, where bytes are hexadecimal text: that makes no bytes of it.
 bool isLegacyNull(const Interfaces::IValueConverter& row, int position)
 {
@@ -192,30 +217,18 @@ void StoredValue::appendTo(QByteArray& json, const SchemaColumn& column) const
 
 void appendJsonString(QByteArray& json, const QString& text)
 {
-    const auto isPlain = [](ushort character) {
-        return character >= 0x20 && character < 0x7f && character != '"' && character != '\\';
-    };
     json.append('"');
     const ushort* const characters = text.utf16();
-    for (int i = 0; i < text.size(); ++i) {
-        const ushort character = characters[i];
-        if (isPlain(character))
-            json.append(static_cast<char>(character));
-        else if (character == '"' || character == '\\')
-            json.append('\\').append(static_cast<char>(character));
-        else if (character < 0x20 || character == 0x7f)
-            appendEscaped(json, character);
-        else if (QChar::isSurrogate(character) || character >= 0xfffe) {
-            // A pair is one character of UTF-8; a half of one, which a damaged text may have, has no form there.
-            const bool isPair =
-                QChar::isHighSurrogate(character) && i + 1 < text.size() && QChar::isLowSurrogate(characters[i + 1]);
-            if (isPair)
-                json.append(QString(text.constData() + i++, 2).toUtf8());
-            else
-                appendEscaped(json, character);
-        } else {
-            json.append(QString(QChar(character)).toUtf8());
-        }
+    for (int i = 0; i < text.size();) {
+        int end = i;
+        while (end < text.size() && isPlain(characters[end]))
+            ++end;
+        const int size = json.size();
+        json.resize(size + end - i);
+        for (char* to = json.data() + size; i < end; ++i)
+            *to++ = static_cast<char>(characters[i]);
+        if (i < text.size())
+            i += appendSpecial(json, text, i);
     }
     json.append('"');
 }

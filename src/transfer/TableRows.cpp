@@ -75,17 +75,24 @@ ContentError::ContentError(const QString& text)
 
 ContentError::~ContentError() = default;
 
-QByteArray lineOf(const SchemaTable& table, const Row& row)
+RowLines::RowLines(const SchemaTable& table)
+    : m_table(table)
 {
-    QByteArray line;
-    line.reserve(256);
-    line.append("{\"kind\":\"").append(table.name.toLatin1()).append('"');
-    for (int i = 0; i < table.columns.size(); ++i) {
-        line.append(",\"").append(table.columns.at(i).name.toLatin1()).append("\":");
-        row.at(i).appendTo(line, table.columns.at(i));
+    for (const SchemaColumn& column : table.columns) {
+        const QByteArray before = m_names.isEmpty() ? "{\"kind\":\"" + table.name.toLatin1() + '"' : QByteArray();
+        m_names.append(before + ",\"" + column.name.toLatin1() + "\":");
     }
-    line.append("}\n");
-    return line;
+}
+
+const QByteArray& RowLines::line(const Row& row)
+{
+    m_line.resize(0); // keeps the memory
+    for (int i = 0; i < row.size(); ++i) {
+        m_line.append(m_names.at(i));
+        row.at(i).appendTo(m_line, m_table.columns.at(i));
+    }
+    m_line.append("}\n");
+    return m_line;
 }
 
 Snapshot::Snapshot(IDatabase& db)

@@ -31,8 +31,20 @@ public:
     ~ContentError() override;
 };
 
-/// The line of a dump that stands for @p row, with its end. Equal rows give equal lines.
-DATAACCESS_EXPORT QByteArray lineOf(const SchemaTable& table, const Row& row);
+/// Writes the lines of a dump that stand for the rows of one table. Equal rows give equal lines.
+class DATAACCESS_EXPORT RowLines
+{
+public:
+    explicit RowLines(const SchemaTable& table);
+
+    /// The line of @p row, with its end; good until the next call.
+    const QByteArray& line(const Row& row);
+
+private:
+    const SchemaTable& m_table;
+    QVector<QByteArray> m_names; // what stands before each value
+    QByteArray m_line;
+};
 
 /// What a database holds at one moment, whatever others write meanwhile: a transaction that reads. On SQLite others
 /// cannot commit while it lives.

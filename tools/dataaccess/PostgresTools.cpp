@@ -48,6 +48,9 @@ void PostgresTools::run(const QString& program, const QStringList& arguments, co
         process.waitForFinished(-1);
         throw Transfer::Cancelled();
     }
+    // The interrupt key reaches that program, too.
+    if (!progress())
+        throw Transfer::Cancelled();
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
         throw ToolError(Failed, QStringLiteral("%1 failed: %2")
                                     .arg(program, QString::fromLocal8Bit(process.readAllStandardError()).simplified()));
