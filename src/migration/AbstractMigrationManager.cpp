@@ -56,7 +56,7 @@ Result run(DbWorker* worker, const MigrationModule& module, const char* function
 void requireConnection(IDatabase& db)
 {
     if (!db.Connect())
-        throw NotOpenException(("the database cannot be opened: " + db.OpenError().toLocal8Bit()).constData());
+        throw NotOpenException(("the database cannot be opened: " + db.OpenError().toLocal8Bit()).constData(), true);
 }
 
 QByteArray reason(const Database::Transaction& transaction)

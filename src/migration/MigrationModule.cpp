@@ -10,9 +10,12 @@ void MigrationModule::tellFailure(const char* function, const std::exception& er
     using Database::Failure;
     const QString reason = QString::fromLocal8Bit(error.what());
     qCWarning(category).noquote() << function << reason;
+    Failure failure;
+    failure.reason = reason;
     const auto* const failed = dynamic_cast<const Exceptions::DbException*>(&error);
-    const bool unavailable = failed != nullptr && failed->isUnavailable();
-    Database::FailureWatch::report({reason, unavailable ? Failure::Kind::Unavailable : Failure::Kind::Statement});
+    if (failed != nullptr && failed->isUnavailable())
+        failure.kind = Failure::Kind::Unavailable;
+    Database::FailureWatch::report(failure);
 }
 
 } // namespace DataAccess::Manager
