@@ -115,6 +115,22 @@ private Q_SLOTS:
         QCOMPARE(scalar(db, "SELECT max(id) FROM t").toInt(), 3); // a batch is no transaction
     }
 
+    void resultsAreHeld_data() { TestSupport::addBackends(); }
+    void resultsAreHeld()
+    {
+        const TestDatabase database;
+        Database::Database db(database.config());
+        db.Exec(QStringLiteral("CREATE TABLE t (id INTEGER PRIMARY KEY, seen INTEGER)"));
+        db.Exec(QStringLiteral("INSERT INTO t VALUES (1, 0), (2, 0), (3, 0), (4, 0), (5, 0), (6, 0), (7, 0)"));
+        QSqlQuery rows = db.Exec(QStringLiteral("SELECT id FROM t"));
+        while (rows.next())
+            db.Exec(QStringLiteral("UPDATE t SET seen = 1 WHERE id = %1").arg(rows.value(0).toInt()));
+        QCOMPARE(scalar(db, "SELECT sum(seen) FROM t").toInt(), 7);
+        if (database.type() == Enumerations::Postgres)
+            QVERIFY_EXCEPTION_THROWN(db.Exec(QStringLiteral("SELECT 1 / (id - 5) FROM t ORDER BY id")),
+                                     ExecutionException);
+    }
+
     void idsAndTables_data() { TestSupport::addBackends(); }
     void idsAndTables()
     {
