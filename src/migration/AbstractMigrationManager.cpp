@@ -84,7 +84,8 @@ bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 from,
     requireConnection(db);
     Database::Transaction transaction = db.WriteTransaction();
     if (!transaction.isOpen())
-        throw NotOpenException(("the transaction cannot be started: " + reason(transaction)).constData());
+        throw NotOpenException(("the transaction cannot be started: " + reason(transaction)).constData(),
+                               transaction.isUnavailable());
     MigrationStep step(db, module);
     lockOthersOut(step);
     const quint32 stored = SchemaVersion(module.feature).read(step);
@@ -102,7 +103,8 @@ bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 from,
         throw;
     }
     if (!transaction.commit())
-        throw ExecutionException(("the transaction cannot be committed: " + reason(transaction)).constData());
+        throw ExecutionException(("the transaction cannot be committed: " + reason(transaction)).constData(),
+                                 transaction.isUnavailable());
     return true;
 }
 

@@ -75,12 +75,11 @@ void createLike(const QString& original, const QString& path)
     const int file = ::open(QFile::encodeName(path).constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
     if (file < 0)
         failForSystem(path);
-    // Only the administrator may give a file to its owner; it is then at least not open to more users than before.
+    // Only the administrator may give a file to its owner; it is then at least not open to more users than before. Some
+    // file systems know nothing of either.
     const bool given = ::fchown(file, status.st_uid, status.st_gid) == 0;
-    const bool opened = ::fchmod(file, given ? status.st_mode & 0777 : status.st_mode & 0700) == 0;
+    ::fchmod(file, given ? status.st_mode & 0777 : status.st_mode & 0700);
     ::close(file);
-    if (!opened)
-        failForSystem(path);
 }
 
 /// Makes sure that what was written to @p path, a file or a folder, is on the disk.
@@ -139,8 +138,8 @@ void FileCopy::copyTo(const QString& part, const Backup::TableRows& tables) cons
 void FileCopy::make(const QString& part, const QString& path, const Backup::TableRows& tables) const
 {
     QFile::remove(part);
-    createLike(m_original, part);
     try {
+        createLike(m_original, part);
         copyTo(part, tables);
         flush(part);
         if (!QFile::rename(part, path))
