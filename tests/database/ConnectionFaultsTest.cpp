@@ -322,7 +322,7 @@ private Q_SLOTS:
         for (const std::function<void()>& statement : std::vector<std::function<void()>>{
                  [&] { db.Exec(QStringLiteral("INSERT INTO t VALUES (1)")); },
                  [&] { db.Read(QStringLiteral("SELECT * FROM t")); },
-                 [&] { db.Exec(db.PreparedQuery(QStringLiteral("DELETE FROM t"))); }, [&] { row->run(); }})
+                 [&] { db.IDatabase::Write(QStringLiteral("DELETE FROM t"), [] {})->run(); }, [&] { row->run(); }})
             QCOMPARE(isUnavailable(statement), expected);
         if (database.type() == Enumerations::SQLite3 && expected) {
             const Database::FailureWatch watch;
