@@ -176,6 +176,7 @@ std::unique_ptr<Interfaces::IRowWriter> Database::Write(const QString& statement
 QStringList Database::Tables()
 {
     const auto lock = lockConnection();
+    requireValid();
     // A list that cannot be read comes back empty, without an error: a locked file must not pass for a fresh one. Asked
     // first, it is waited for once only.
     const bool sqlite = m_config->Type() != Enumerations::Postgres;
@@ -238,6 +239,7 @@ QSqlQuery& Database::PreparedQuery(const QString& statement)
 quint64 Database::NextId(const QString& table)
 {
     const auto lock = lockConnection();
+    requireReady();
     QSqlQuery& query = Query();
     query.setForwardOnly(true);
     const QString statement = m_config->Type() == Enumerations::Postgres

@@ -33,17 +33,19 @@ QSqlError errorOf(const QSqlQuery& query)
 
 bool isUnavailable(const QSqlError& error)
 {
-    if (error.type() == QSqlError::ConnectionError)
-        return true;
-    constexpr int sqlStateSize = 5;
+    const bool isOfConnection = error.type() == QSqlError::ConnectionError;
     const QString code = error.nativeErrorCode();
+    if (code.isEmpty())
+        return isOfConnection;
+    constexpr int sqlStateSize = 5;
     if (code.size() == sqlStateSize) {
         // Connection lost, server in operation no more or not yet; cancelled after a time-out; lock not available.
         static const QStringList prefixes = {QStringLiteral("08"), QStringLiteral("57P0"), QStringLiteral("57014"),
                                              QStringLiteral("55P03")};
-        return std::any_of(prefixes.begin(), prefixes.end(),
-                           [&](const QString& prefix) { return code.startsWith(prefix); });
+        return isOfConnection || std::any_of(prefixes.begin(), prefixes.end(),
+                                             [&](const QString& prefix) { return code.startsWith(prefix); });
     }
+    // Of SQLite; Qt calls whatever fails there an error of the connection.
     constexpr int primaryCode = 0xff; // the rest tells SQLite's kinds of one failure apart
     constexpr int busy = 5;
     constexpr int locked = 6;

@@ -279,12 +279,42 @@ private Q_SLOTS:
             endConnection(database, db);
             statement(db);
         }
+        QSqlQuery& prepared = db.PreparedQuery(QStringLiteral("INSERT INTO t VALUES (:a)"));
+        prepared.bindValue(QStringLiteral(":a"), 7);
+        endConnection(database, db);
+        db.Exec(prepared);
         // Each has had its effect once.
-        QCOMPARE(scalar(db, "SELECT count(*) FROM t WHERE a = 7").toInt(), 4);
+        QCOMPARE(scalar(db, "SELECT count(*) FROM t WHERE a = 7").toInt(), 5);
         QCOMPARE(log.messages(QtCriticalMsg, QStringLiteral("qor.database")), QStringList());
         const QStringList warnings = log.messages(QtWarningMsg, QStringLiteral("qor.database"));
-        QCOMPARE(warnings.size(), static_cast<int>(all.size()));
+        QCOMPARE(warnings.size(), static_cast<int>(all.size()) + 1);
         QVERIFY2(warnings[0].contains(QStringLiteral("terminating connection")), qUtf8Printable(warnings[0]));
+    }
+
+    void foundDead()
+    {
+        const TestDatabase database(Enumerations::Postgres);
+        Database::Database db(database.config());
+        const LogCapture log;
+        const auto breakOff = [&] {
+            db.Connect();
+            const auto isConnection = [&](int file) {
+                sockaddr_in peer = {};
+                socklen_t size = sizeof(peer);
+                return getpeername(file, reinterpret_cast<sockaddr*>(&peer), &size) == 0 &&
+                       peer.sin_family == AF_INET && ntohs(peer.sin_port) == database.config()->Port();
+            };
+            int file = 0;
+            while (!isConnection(file))
+                ++file;
+            shutdown(file, SHUT_WR); // nothing is to be seen of it until something is sent
+        };
+        breakOff();
+        QVERIFY(db.Read(QStringLiteral("SELECT 1"))->next());
+        breakOff();
+        QVERIFY(db.Exec(db.PreparedQuery(QStringLiteral("SELECT 1"))));
+        breakOff();
+        QVERIFY(db.Transaction().commit());
     }
 
     void lockedOrOutOfReach_data()
@@ -322,7 +352,7 @@ private Q_SLOTS:
         for (const std::function<void()>& statement : std::vector<std::function<void()>>{
                  [&] { db.Exec(QStringLiteral("INSERT INTO t VALUES (1)")); },
                  [&] { db.Read(QStringLiteral("SELECT * FROM t")); },
-                 [&] { db.Exec(db.PreparedQuery(QStringLiteral("DELETE FROM t"))); }, [&] { row->run(); }})
+                 [&] { db.IDatabase::Write(QStringLiteral("DELETE FROM t"), [] {})->run(); }, [&] { row->run(); }})
             QCOMPARE(isUnavailable(statement), expected);
         if (database.type() == Enumerations::SQLite3 && expected) {
             const Database::FailureWatch watch;

@@ -58,8 +58,11 @@ private Q_SLOTS:
             QVERIFY(db.IsValid() == (reason != invalid) && !db.IsOpen());
             QSqlQuery query = QSqlQuery(QSqlDatabase());
             const std::function<void()> calls[] = {[&] { db.Exec(query) || db.ExecBatch(query); },
-                                                   [&] { db.Exec(QStringLiteral("SELECT 1")); }, [&] { db.Tables(); },
-                                                   [&] { db.Transaction(); }, [&] { db.NextId(QStringLiteral("t")); }};
+                                                   [&] { db.Exec(QStringLiteral("SELECT 1")); },
+                                                   [&] { db.Tables(); },
+                                                   [&] { db.Transaction(); },
+                                                   [&] { db.NextId(QStringLiteral("t")); },
+                                                   [&] { db.Exec(db.PreparedQuery(QStringLiteral("SELECT 1"))); }};
             for (const auto& call : calls) {
                 try {
                     call();
@@ -70,7 +73,9 @@ private Q_SLOTS:
                 }
             }
             QVERIFY(db.WasBlockedByStartup());
-            if (reason == invalid) {
+            if (reason != invalid) {
+                QCOMPARE(errors(log).size(), static_cast<int>(std::size(calls))); // each has tried once
+            } else {
                 QVERIFY_EXCEPTION_THROWN(db.Connect(), InvalidDbException);
                 QVERIFY_EXCEPTION_THROWN(db.Disconnect(), InvalidDbException);
                 QCOMPARE(errors(log).last(), QString::fromLatin1(invalid));
