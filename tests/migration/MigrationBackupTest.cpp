@@ -3,7 +3,9 @@
 #include "migration/editor/EditorMigrationManager.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
+#include "support/UnprivilegedUser.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <csignal>
@@ -48,7 +50,7 @@ class MigrationBackupTest : public QObject
 private Q_SLOTS:
     void holdsWhatWasThere_data();
     void holdsWhatWasThere();
-    void keepsTheMigrationFromStarting_data() { addBackends(); }
+    void keepsTheMigrationFromStarting_data();
     void keepsTheMigrationFromStarting();
 };
 
@@ -87,27 +89,52 @@ void MigrationBackupTest::holdsWhatWasThere()
     }
 }
 
+void MigrationBackupTest::keepsTheMigrationFromStarting_data()
+{
+    QTest::addColumn<int>("backend");
+    QTest::addColumn<QString>("words");
+    const auto sqlite = static_cast<int>(Enumerations::SQLite3);
+    QTest::newRow("SQLite, no room") << sqlite << QStringLiteral("disk");
+    QTest::newRow("SQLite, no right") << sqlite << QStringLiteral("Permission denied");
+    QTest::newRow("SQLite, damaged page") << sqlite << QStringLiteral("damaged");
+    QTest::newRow("PostgreSQL") << static_cast<int>(Enumerations::Postgres) << QStringLiteral("no copies");
+}
+
 void MigrationBackupTest::keepsTheMigrationFromStarting()
 {
+    QFETCH(QString, words);
     const LogCapture log;
     MigrationFixture::Opened<Manager::EditorMigrationManager> opened;
     MigrationFixture::create(opened.worker, MigrationFixture::Editor, 1, MigrationFixture::With);
-    QString words = QStringLiteral("disk");
-    if (opened.database.type() == Enumerations::Postgres) {
-        words = QStringLiteral("no copies");
+    const bool isFile = opened.database.type() == Enumerations::SQLite3;
+    if (isFile)
+        MigrationFixture::execute(opened.worker,
+                                  {QStringLiteral("CREATE TABLE large AS SELECT zeroblob(3000000) AS bytes")});
+    else
         MigrationFixture::execute(
             opened.worker,
             {QStringLiteral("CREATE FUNCTION refuse() RETURNS event_trigger LANGUAGE plpgsql AS "
                             "$$ BEGIN RAISE EXCEPTION 'no copies'; END $$"),
              QStringLiteral("CREATE EVENT TRIGGER refuse ON ddl_command_end WHEN TAG IN ('CREATE TABLE AS') "
                             "EXECUTE FUNCTION refuse()")});
-    } else {
-        MigrationFixture::execute(opened.worker,
-                                  {QStringLiteral("CREATE TABLE large AS SELECT zeroblob(3000000) AS bytes")});
-    }
     const QStringList before = MigrationFixture::content(opened.worker);
+    if (words == QLatin1String("damaged")) {
+        QFile file(opened.database.name());
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() - 4096) && file.write("\xff\xff\xff", 3) == 3);
+    }
     const auto attempt = [&] {
-        const SmallFiles limit(opened.database.type() == Enumerations::Postgres ? RLIM_INFINITY : 1000000);
+        if (words == QLatin1String("Permission denied")) {
+            const QString folder = QFileInfo(opened.database.name()).path();
+            const QFile::Permissions permissions = QFile::permissions(folder);
+            QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
+            const bool migrated = [&] {
+                const UnprivilegedUser user;
+                return opened.manager.Migrate();
+            }();
+            QFile::setPermissions(folder, permissions);
+            return migrated;
+        }
+        const SmallFiles limit(words == QLatin1String("disk") ? 1000000 : RLIM_INFINITY);
         return opened.manager.Migrate();
     };
     const Database::FailureWatch watch;
@@ -115,9 +142,10 @@ void MigrationBackupTest::keepsTheMigrationFromStarting()
     QVERIFY2(watch.reason().contains(QStringLiteral("No backup")) && watch.reason().contains(words),
              qPrintable(watch.reason()));
     QVERIFY(log.contains(watch.reason()));
-    QCOMPARE(MigrationFixture::content(opened.worker), before);
-    QCOMPARE(MigrationFixture::backupContent(opened.worker, opened.database), QStringList());
     QCOMPARE(opened.manager.DbVersion(), 1U);
+    QCOMPARE(MigrationFixture::backupContent(opened.worker, opened.database), QStringList());
+    if (words != QLatin1String("damaged"))
+        QCOMPARE(MigrationFixture::content(opened.worker), before);
 }
 
 DATAACCESS_TEST(MigrationBackupTest)

@@ -41,14 +41,14 @@ void PdMigrationManager::rebuild(MigrationStep& step, const TableDefinition& fro
 {
     const QStringList tables = step.tables();
     const bool waiting = tables.contains(copy.workName);
-    if (waiting && !tables.contains(to.name))
+    const bool missing = !tables.contains(to.name);
+    if (waiting && !missing) {
+        const QString doubles = QStringLiteral("DELETE FROM %1 WHERE id IN (SELECT id FROM %2)");
+        step.tellDiscarded(copy.workName, step.execute(doubles.arg(copy.workName, to.name), {}));
+    }
+    if (waiting && missing) {
         step.create(to);
-    else if (waiting)
-        step.tellDiscarded(
-            copy.workName,
-            step.execute(QStringLiteral("DELETE FROM %1 WHERE id IN (SELECT id FROM %2)").arg(copy.workName, to.name),
-                         {}));
-    if (step.hasColumns(to)) {
+    } else if (step.hasColumns(to)) {
         qCWarning(lcMigrationPd) << "Table:" << to.name << "already exists!";
         if (!waiting)
             return;
