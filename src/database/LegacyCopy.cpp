@@ -17,9 +17,9 @@ namespace {
 void publishCopy(QIODevice& content, const QString& original, const QString& path)
 {
     QFile file(unfinishedName(path));
-    bool isWritten = file.open(QIODevice::WriteOnly | QIODevice::Truncate);
-    // Who may not read the legacy file may not read its copy.
-    file.setPermissions(QFile::permissions(original) | QFile::ReadOwner | QFile::WriteOwner);
+    file.remove();
+    createFileLike(file.fileName(), original);
+    bool isWritten = file.open(QIODevice::WriteOnly);
     constexpr qint64 part = 1 << 20;
     while (isWritten && !content.atEnd()) {
         const QByteArray bytes = content.read(part);
@@ -42,6 +42,7 @@ void copyLegacyFile(const QString& from, const QString& to)
     if (QFile::exists(copy)) {
         const QString unfinished = unfinishedName(copyOfCopy);
         QFile::remove(unfinished);
+        createFileLike(unfinished, copy);
         backupSqlite(copy, unfinished, true);
         publishFile(unfinished, copyOfCopy);
     }

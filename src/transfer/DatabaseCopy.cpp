@@ -5,6 +5,7 @@
 #include <QCryptographicHash>
 #include <QSqlQuery>
 
+#include <future>
 #include <optional>
 
 namespace DataAccess::Transfer {
@@ -20,6 +21,42 @@ const QString s_marker = QStringLiteral("dataaccess_copy");
 constexpr int s_rowsAtOnce = 1000;
 constexpr int s_rowsKept = 20000;
 constexpr qint64 s_bytesKept = 16 << 20;
+
+/// The SHA-256 of the lines of a table, which takes a thread of its own as long as reading and writing them.
+class Digest
+{
+public:
+    void add(const QByteArray& line)
+    {
+        m_lines.append(line);
+        if (m_lines.size() >= s_bytesAtOnce)
+            hash();
+    }
+
+    QByteArray result()
+    {
+        hash();
+        m_running.get();
+        return m_hash.result();
+    }
+
+private:
+    static constexpr int s_bytesAtOnce = 1 << 20;
+
+    /// Lets the thread work on the lines that there are, once it has done with those before.
+    void hash()
+    {
+        if (m_running.valid())
+            m_running.get();
+        m_running = std::async(std::launch::async, [this, lines = m_lines] { m_hash.addData(lines); });
+        m_lines = QByteArray();
+        m_lines.reserve(s_bytesAtOnce + (s_bytesAtOnce >> 2));
+    }
+
+    QCryptographicHash m_hash{QCryptographicHash::Sha256};
+    QByteArray m_lines;
+    std::future<void> m_running; // ends before what it works on
+};
 
 /// One transaction after the other, of as many rows as are worth one.
 class Batches
@@ -69,11 +106,11 @@ private:
 TableDigest digestOf(IDatabase& db, const SchemaTable& table, const std::function<void(qint64)>& advance)
 {
     TableDigest digest{table.name, 0, {}};
-    QCryptographicHash hash(QCryptographicHash::Sha256);
+    Digest hash;
     RowLines lines(table);
     TableReader reader(db, table);
     while (reader.next()) {
-        hash.addData(lines.line(reader.row()));
+        hash.add(lines.line(reader.row()));
         if (++digest.rows % s_rowsAtOnce == 0)
             advance(s_rowsAtOnce);
     }
@@ -120,7 +157,7 @@ void DatabaseCopy::advance(qint64 rows)
 TableDigest DatabaseCopy::copyTable(const SchemaTable& table)
 {
     TableDigest digest{table.name, 0, {}};
-    QCryptographicHash hash(QCryptographicHash::Sha256);
+    Digest hash;
     RowLines lines(table);
     TableReader reader(m_from, table);
     // Rows are copied in order, so that those of a copy that was broken off are the first ones.
@@ -128,7 +165,7 @@ TableDigest DatabaseCopy::copyTable(const SchemaTable& table)
     Batches batches(m_to, table);
     while (reader.next()) {
         const QByteArray& line = lines.line(reader.row());
-        hash.addData(line);
+        hash.add(line);
         if (digest.rows >= present)
             batches.write(reader.row(), line.size());
         if (++digest.rows % s_rowsAtOnce != 0)

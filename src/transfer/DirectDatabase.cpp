@@ -21,7 +21,7 @@ namespace DataAccess::Transfer {
 
 namespace {
 
-using Managers = std::array<std::unique_ptr<Interfaces::IMigrationManager>, 2>;
+using Managers = std::array<std::unique_ptr<Manager::AbstractMigrationManager>, 2>;
 
 Managers managers()
 {
@@ -136,17 +136,16 @@ QVector<SchemaState> DirectDatabase::schemas() const
     return states;
 }
 
-bool DirectDatabase::migrate(const std::function<void(const SchemaState&)>& before)
+bool DirectDatabase::migrate(const std::function<void(const QString&, quint32)>& done)
 {
-    const QVector<SchemaState> states = schemas();
     m_database.reset(); // The connection moves to the worker's thread and back.
     bool isDone = true;
     {
         const Worker worker(m_config);
-        auto state = states.begin();
         for (const auto& manager : managers()) {
-            if (before)
-                before(*state++);
+            if (done)
+                QObject::connect(manager.get(), &Manager::AbstractMigrationManager::stepCompleted, manager.get(),
+                                 [&](quint32 version) { done(manager->feature(), version); });
             manager->setDbWorker(worker.get());
             isDone = isDone && manager->WaitForConnected() && manager->Migrate();
             m_messages += manager->migrationMessages();

@@ -58,9 +58,11 @@ public:
     Interfaces::IDatabase& database() const { return *m_database; }
     /// The schemas, the one of the cable network first. Throws ExecutionException when they cannot be read.
     QVector<SchemaState> schemas() const;
-    /// Runs the steps that the schemas lack, without a backup; @p before is told each schema. False when one failed:
-    /// the log says why. What is left of the steps then runs the next time.
-    bool migrate(const std::function<void(const SchemaState& schema)>& before = {});
+    /**
+     * Runs the steps that the schemas lack, without a backup; @p done is told the name of the schema and the version
+     * that a step has reached. False when one failed: the log says why, and the next call begins with it.
+     */
+    bool migrate(const std::function<void(const QString& feature, quint32 version)>& done = {});
     /// What the user should be told about the steps that have run.
     QStringList migrationMessages() const { return m_messages; }
 

@@ -202,6 +202,7 @@ private Q_SLOTS:
 
         const Run run = tool({QStringLiteral("migrate"), QStringLiteral("--json"), sample.path()});
         RUN_WELL(run);
+        QVERIFY(run.error.contains(QLatin1String("Step 2 of 2")));
         const QString backup = run.document()[QLatin1String("backup")].toString();
         QCOMPARE(tool({QStringLiteral("migrate"), QStringLiteral("-n"), backup}).exitCode, 5);
         RUN_WELL(tool({QStringLiteral("migrate"), QStringLiteral("-n"), sample.path()}));

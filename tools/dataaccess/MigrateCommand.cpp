@@ -67,13 +67,13 @@ QJsonArray showPlan(OpenedDatabase& database, const QVector<StepDescription>& st
     return plan;
 }
 
-void runSteps(const DatabaseAddress& address, const Invocation& invocation)
+void runSteps(const DatabaseAddress& address, int steps, const Invocation& invocation)
 {
     OpenedDatabase database(address, OpenedDatabase::Access::Write, invocation);
-    const bool isDone = database.direct().migrate([&](const Transfer::SchemaState& schema) {
-        if (schema.found < schema.expected)
-            invocation.note(
-                QStringLiteral("%1: version %2 to %3 ...").arg(schema.feature).arg(schema.found).arg(schema.expected));
+    int done = 0;
+    const bool isDone = database.direct().migrate([&](const QString& feature, quint32 version) {
+        invocation.note(
+            QStringLiteral("Step %1 of %2: %3 is %4 now.").arg(++done).arg(steps).arg(feature).arg(version));
     });
     if (!isDone)
         throw ToolError(Failed, QStringLiteral("A step failed; those before it are done, and it left nothing behind"),
@@ -86,25 +86,25 @@ ExitCode migrate(const Invocation& invocation)
 {
     const DatabaseAddress address = DatabaseAddress::parse(invocation.argument(0));
     QJsonObject document{{QStringLiteral("database"), address.text}};
-    bool isCurrent = false;
+    int steps = 0;
     {
         OpenedDatabase database(address, OpenedDatabase::Access::Read, invocation);
         database.refuseNewerSchema();
-        const QVector<StepDescription> steps = missingSteps(database);
-        isCurrent = steps.isEmpty();
-        document.insert(QStringLiteral("steps"), showPlan(database, steps, invocation));
-        if (isCurrent)
+        const QVector<StepDescription> missing = missingSteps(database);
+        steps = missing.size();
+        document.insert(QStringLiteral("steps"), showPlan(database, missing, invocation));
+        if (steps == 0)
             invocation.print(QStringLiteral("%1 is up to date.").arg(address.text));
         // A legacy file stays as it is, and is the way back itself, unless its working copy has changes of its own.
-        if (!isCurrent && !invocation.has("dry-run") && !invocation.has("no-backup"))
+        if (steps > 0 && !invocation.has("dry-run") && !invocation.has("no-backup"))
             document.insert(QStringLiteral("backup"), Backup::makeBefore("migration", database, invocation));
     }
-    if (!isCurrent && !invocation.has("dry-run")) {
-        runSteps(address, invocation);
+    if (steps > 0 && !invocation.has("dry-run")) {
+        runSteps(address, steps, invocation);
         invocation.print(QStringLiteral("%1 is up to date now.").arg(address.text));
     }
     invocation.answer(document);
-    return isCurrent || !invocation.has("dry-run") ? Succeeded : MigrationNeeded;
+    return steps == 0 || !invocation.has("dry-run") ? Succeeded : MigrationNeeded;
 }
 
 } // namespace

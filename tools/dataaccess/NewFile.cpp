@@ -57,11 +57,7 @@ NewFile::~NewFile()
 void NewFile::begin(const QString& original) const
 {
     removeWithJournal(m_unfinished);
-    QFile file(m_unfinished);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        throw ToolError(Failed, QStringLiteral("%1 can't be written: %2").arg(m_path, file.errorString()));
-    if (QFileInfo::exists(original))
-        file.setPermissions(QFile::permissions(original) | QFile::ReadOwner | QFile::WriteOwner);
+    Database::createFileLike(m_unfinished, original);
 }
 
 void NewFile::publish()
