@@ -189,11 +189,14 @@ QVector<TableDigest> DatabaseCopy::run(const Progress& progress)
     const Snapshot snapshot(m_from);
     m_total = 2 * rowCount(m_from);
     m_done = 0;
-    if (!hasUnfinishedCopy(m_to) && rowCount(m_to) == 0)
+    const bool isUnfinished = hasUnfinishedCopy(m_to);
+    // Rows that no copy has brought may be anybody's: nothing is added to them.
+    const bool isForeign = !isUnfinished && rowCount(m_to) > 0;
+    if (!isUnfinished && !isForeign)
         m_to.Exec(QStringLiteral("CREATE TABLE %1 (begun TEXT)").arg(s_marker));
     QVector<TableDigest> copied;
     for (const SchemaTable& table : schemaTables())
-        copied.append(copyTable(table));
+        copied.append(isForeign ? digestOf(m_from, table, [this](qint64 rows) { advance(rows); }) : copyTable(table));
     const qint64 rows = m_done;
     const QVector<TableDigest> found = digests(m_to, [&](qint64 done, qint64) {
         m_done = rows + done;

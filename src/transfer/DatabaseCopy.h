@@ -35,7 +35,8 @@ public:
     DatabaseCopy(Interfaces::IDatabase& from, Interfaces::IDatabase& to);
 
     /**
-     * Copies what the target does not have yet and compares the two. @p progress is told the rows copied and compared.
+     * Copies what the target does not have yet and compares the two; a target with rows that no unfinished copy has
+     * brought is only compared. @p progress is told the rows copied and compared.
      * Throws Cancelled, ContentError when the two differ in the end or a row cannot be understood, and DbException.
      */
     QVector<TableDigest> run(const Progress& progress = {});

@@ -146,6 +146,7 @@ private Q_SLOTS:
         row("no server", "info postgresql://localhost:1/db", 6, "refused");
         row("onto itself", "copy sample.vbk ./sample.vbk", 2, "both");
         row("target with rows", "copy sample.vbk full.vbk", 1, "--force");
+        row("resumed into other rows", "copy --resume sample.vbk other.vbk", 1, "differs from the original");
         row("backup onto itself", "backup --force sample.vbk sample.vbk", 2, "itself");
         row("into a legacy file", "copy sample.vbk legacy.db", 2, "never written");
         row("no backup", "restore text new.vbk", 1, "no backup");
@@ -162,11 +163,13 @@ private Q_SLOTS:
         QFETCH(int, exitCode);
         QFETCH(QString, reason);
         const Sample sample;
-        for (const char* name : {"old.vbk", "newer.vbk", "locked.vbk", "full.vbk"})
+        for (const char* name : {"old.vbk", "newer.vbk", "locked.vbk", "full.vbk", "other.vbk"})
             QVERIFY(QFile::copy(sample.path(), sample.file(name)));
         QVERIFY(QFile::copy(fixture(), sample.file("legacy.db")));
         execute(sample.file("old.vbk"), {QStringLiteral("UPDATE feature_defaults SET value = value - 1")});
         execute(sample.file("newer.vbk"), {QStringLiteral("UPDATE feature_defaults SET value = value + 1")});
+        execute(sample.file("other.vbk"), {QStringLiteral("DELETE FROM ce_segment")});
+        const QByteArray other = bytesOf(sample.file("other.vbk"));
         QFile text(sample.file("text"));
         QVERIFY(text.open(QIODevice::WriteOnly) && text.write("no database") > 0);
         text.close();
@@ -184,6 +187,7 @@ private Q_SLOTS:
         QCOMPARE(run.error.count(QLatin1Char('\n')), 1);
         QCOMPARE(run.output, QByteArray());
         QCOMPARE(sample.files(), before);
+        QCOMPARE(bytesOf(sample.file("other.vbk")), other);
     }
 
     void migratesAfterABackup()
