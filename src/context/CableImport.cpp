@@ -325,8 +325,9 @@ bool CableImport::isSameThing(const T& source, const T& here)
     } else if constexpr (std::is_same_v<T, SegmentType>) {
         return source.IsJoint() == here.IsJoint();
     } else if constexpr (std::is_same_v<T, SegmentDetail>) {
-        return isSameNumber(source.Velocity(), here.Velocity()) && standIn(source.TypeId()) == here.TypeId() &&
-               standIn(source.InsulationId()) == here.InsulationId();
+        return isSameNumber(source.Velocity(), here.Velocity()) &&
+               areSameThing<SegmentType>(standIn(source.TypeId()), here.TypeId()) &&
+               areSameThing<Insulation>(standIn(source.InsulationId()), here.InsulationId());
     } else if constexpr (std::is_same_v<T, Station>) {
         const auto there = source.Point();
         const auto point = m_target.find<Point>(here.PointId());
@@ -335,6 +336,14 @@ bool CableImport::isSameThing(const T& source, const T& here)
     } else {
         return true;
     }
+}
+
+template <typename T>
+bool CableImport::areSameThing(const QUuid& left, const QUuid& right)
+{
+    const auto first = m_target.find<T>(left);
+    const auto second = m_target.find<T>(right);
+    return left == right || (first && second && first->Name() == second->Name() && isSameThing(*first, *second));
 }
 
 } // namespace DataAccess::Context

@@ -83,6 +83,9 @@ private:
     void findByName(const Entities<T>& strangers);
     template <typename T>
     bool isSameThing(const T& source, const T& here);
+    /// Whether two ids are of things here that cannot be told apart.
+    template <typename T>
+    bool areSameThing(const QUuid& left, const QUuid& right);
     QUuid standIn(const QUuid& id) const { return m_standIns.value(id, id); }
 
     CableNetwork& m_target;
