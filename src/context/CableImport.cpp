@@ -288,6 +288,8 @@ void CableImport::findByName(const Entities<T>& strangers)
     for (const auto& stranger : strangers)
         namesakes[stranger->Name()];
     namesakes.remove(QString());
+    if (namesakes.isEmpty())
+        return;
     for (const auto& entity : qAsConst(m_target.of<T>())) {
         // One that the source has too is that one, and no other.
         const auto found = namesakes.find(entity->Name());
