@@ -203,10 +203,10 @@ void CableContext::importWith(const std::vector<std::shared_ptr<Cable>>& cables,
     // What is marked deleted here may have to come back, or to stay so.
     m_data->kinds.forEach([](auto& kind) { kind.showMarks(); });
     CableNetwork network = m_data->kinds.known(added());
-    CableImport import(network);
+    CableImport import(network, loadingStrategy() != Enumerations::WithoutImages);
     for (const std::shared_ptr<Cable>& cable : cables)
         import.add(cable, cable ? ratings.value(cable->Id()) : CableImport::Ratings());
-    for (const EntityPointer& entity : import.changed())
+    for (const EntityPointer& entity : import.run())
         attachInPlace(entity);
     linkNetwork(network);
 }
