@@ -1,4 +1,5 @@
 #include "context/CableContext.h"
+#include "context/CableNetwork.h"
 #include "context/DefaultTypeIds.h"
 #include "context/InsertMissing.h"
 #include "database/LoggingCategories.h"
@@ -200,11 +201,12 @@ CableContext::DefaultTypes CableContext::defaultTypes()
 void CableContext::insertDefaults(const Interfaces::IEditorRepositoryManager& manager)
 {
     const DefaultTypes types = defaultTypes();
-    insertMissing(manager.InsulationRepository(), types.insulations);
-    insertMissing(manager.SegmentTypeRepository(), types.segmentTypes);
-    insertMissing(manager.SwitchgearRepository(), makeAll<Switchgear>(s_switchgears));
-    insertMissing(manager.TerminationRepository(), makeAll<Termination>(s_terminations));
-    insertMissing(manager.SegmentDetailRepository(), types.segmentDetails);
+    // Once the database is out of reach, each of the others would wait for it in vain.
+    static_cast<void>(insertMissing(manager.InsulationRepository(), types.insulations) &&
+                      insertMissing(manager.SegmentTypeRepository(), types.segmentTypes) &&
+                      insertMissing(manager.SwitchgearRepository(), makeAll<Switchgear>(s_switchgears)) &&
+                      insertMissing(manager.TerminationRepository(), makeAll<Termination>(s_terminations)) &&
+                      insertMissing(manager.SegmentDetailRepository(), types.segmentDetails));
 }
 
 } // namespace DataAccess::Context

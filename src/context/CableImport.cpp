@@ -47,8 +47,9 @@ bool mayBeOnePlace(const Interfaces::IPoint& left, const Interfaces::IPoint& rig
 
 } // namespace
 
-CableImport::CableImport(CableNetwork& target, bool hasImages)
+CableImport::CableImport(CableNetwork& target, IsUnsaved isUnsaved, bool hasImages)
     : m_target(target)
+    , m_isUnsaved(std::move(isUnsaved))
     , m_hasImages(hasImages)
 {}
 
@@ -231,15 +232,16 @@ void CableImport::placePoint(const std::shared_ptr<Interfaces::IPoint>& object, 
 }
 
 template <typename T>
-bool CableImport::givesWay(const T& here, const Source<T>& source)
+bool CableImport::givesWay(const T& here, const Source<T>& source) const
 {
     if (isDefaultType(here.Id()))
         return false;
     if (here.EntityState() == Deleted)
         return source.comesBack;
     const QDateTime& written = source.entity->Timestamp();
-    const bool hasUnsavedChanges = here.EntityState() == New || here.EntityState() == Modified;
-    return !hasUnsavedChanges && written.isValid() && here.Timestamp().isValid() && written > here.Timestamp();
+    // What this import has made is New.
+    const bool isUnsaved = here.EntityState() == New || m_isUnsaved(here);
+    return !isUnsaved && written.isValid() && here.Timestamp().isValid() && written > here.Timestamp();
 }
 
 template <typename T>

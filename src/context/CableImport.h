@@ -2,6 +2,7 @@
 
 #include "context/CableNetwork.h"
 
+#include <functional>
 #include <vector>
 
 namespace DataAccess::Context {
@@ -20,8 +21,11 @@ public:
     using EntityPointer = std::shared_ptr<QOR::Entities::Entity>;
     using Ratings = std::vector<std::shared_ptr<Cables::Entities::Interfaces::IRating>>;
 
+    /// Whether an entity of the target differs from its row, or has none.
+    using IsUnsaved = std::function<bool(const QOR::Entities::Entity&)>;
+
     /// Adds to @p target, which must outlive the object. @p hasImages: its stations were loaded with their images.
-    CableImport(CableNetwork& target, bool hasImages);
+    CableImport(CableNetwork& target, IsUnsaved isUnsaved, bool hasImages);
 
     /// Notes @p cable and @p ratings for run(). What is missing at the source is left out, with a warning.
     void add(const std::shared_ptr<Cables::Entities::Cable>& cable, const Ratings& ratings);
@@ -70,7 +74,7 @@ private:
     void placePoint(const std::shared_ptr<Cables::Entities::Interfaces::IPoint>& object, bool comesBack);
 
     template <typename T>
-    static bool givesWay(const T& here, const Source<T>& source);
+    bool givesWay(const T& here, const Source<T>& source) const;
     /// Gives @p to all values of @p source, with the references to what stands for theirs here.
     template <typename T>
     void assignContent(const T& source, T& to);
@@ -89,6 +93,7 @@ private:
     QUuid standIn(const QUuid& id) const { return m_standIns.value(id, id); }
 
     CableNetwork& m_target;
+    const IsUnsaved m_isUnsaved;
     const bool m_hasImages;
     ForEachCableKind<SourcesById> m_sources;
     /// What is here under another id, by the id that it has at the source.
