@@ -166,7 +166,8 @@ Transaction Database::Transaction()
 Transaction Database::WriteTransaction()
 {
     const auto lock = lockConnection();
-    return begin(m_config && m_config->Type() == Enumerations::SQLite3);
+    // The working copy of a legacy file is a database of SQLite 3, too.
+    return begin(m_config && m_config->Type() != Enumerations::Postgres);
 }
 
 Transaction Database::begin(bool locked)
