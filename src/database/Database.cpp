@@ -15,6 +15,7 @@
 #include "database/native/PostgresRowWriter.h"
 #include "database/native/SqliteRowReader.h"
 #include "database/native/SqliteRowWriter.h"
+#include "database/sqlite2/CopyWriter.h"
 
 #include <QSqlDatabase>
 #include <QSqlDriver>
@@ -228,7 +229,10 @@ QStringList Database::Tables()
     // A list that cannot be read comes back empty, without an error: a locked file must not pass for a fresh one. Asked
     // first, it is waited for once only.
     const bool sqlite = m_config->Type() != Enumerations::Postgres;
-    QSqlQuery check = Exec(sqlite ? QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'")
+    // The legacy driver does not list the table that it has added itself.
+    QSqlQuery check = Exec(sqlite ? QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND "
+                                                   "name <> '%1'")
+                                        .arg(Sqlite2::CopyWriter::originTable)
                                   : QStringLiteral("SELECT 0"));
     const bool expected = !check.next() || check.value(0).toInt() != 0;
     check.finish();
