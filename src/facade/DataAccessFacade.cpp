@@ -193,7 +193,7 @@ QString DataAccessFacade::LastError(std::shared_ptr<Interfaces::IConfig> config)
 void DataAccessFacade::checkSchemas(RunningDatabase& database, Opening& opening)
 {
     for (const auto& migration : m_data->migrations) {
-        const WorkerScope scope(*migration, opening.isOutOfReach ? nullptr : database.worker());
+        const WorkerScope scope(*migration, database.worker());
         checkSchema(*migration, opening);
     }
     // A newer build may spell ids in ways of its own.
@@ -208,14 +208,12 @@ void DataAccessFacade::checkSchemas(RunningDatabase& database, Opening& opening)
 void DataAccessFacade::checkSchema(Interfaces::IMigrationManager& migration, Opening& opening)
 {
     const Database::FailureWatch watch;
-    // A database that was asked in vain, with all the waiting there is, would take as long to refuse again. Without a
-    // worker every question is answered at once, in the way of a database that cannot be reached.
-    if (!migration.WaitForConnected()) {
+    // What has refused a moment ago, after all the waiting there is, would only take as long to refuse again.
+    if (!opening.isOutOfReach && !migration.WaitForConnected()) {
         opening.isOutOfReach = true;
-        migration.setDbWorker(nullptr);
         opening.fail(QStringLiteral("The database cannot be opened"), watch);
     }
-    const quint32 version = migration.DbVersion();
+    const quint32 version = opening.isOutOfReach ? migration.InvalidVersion() : migration.DbVersion();
     if (version == migration.InvalidVersion()) {
         opening.fail(QStringLiteral("The schema version %1 cannot be read").arg(migration.feature()), watch);
         Q_EMIT unknownDB(QStringLiteral("Error reading database: cannot determine database version."));

@@ -28,10 +28,12 @@ const QString s_anyDigit = QStringLiteral("[0-9A-Fa-f]");
 
 QString IdExpressions::isOdd(const QString& column) const
 {
+    // What every id in the one spelling passes comes first, and is cheap: no sets of characters, no locale.
     if (m_isPostgres)
-        return QStringLiteral("(%1 !~ '^[{]%2[}]$' AND %1 ~ '^[{]?%3[}[:space:]]*$')")
-            .arg(column, digitsExpression(QStringLiteral("[0-9a-f]")), digitsExpression(s_anyDigit));
-    // What almost every id passes comes first, and is cheap: no sets of characters.
+        return QStringLiteral("((%1 <> lower(%1 COLLATE \"C\") OR octet_length(%1) <> 38 OR %1 NOT LIKE '{%}') AND "
+                              "%1 ~ '^[{]?%2[}[:space:]]*$')")
+            .replace(QStringLiteral("%1"), column)
+            .replace(QStringLiteral("%2"), digitsExpression(s_anyDigit));
     return QStringLiteral("((%1 <> lower(%1) OR %1 NOT GLOB '{%2}') AND substr(%1, 1 + (%1 GLOB '{*'), 36) GLOB '%3' "
                           "AND rtrim(substr(%1, 37 + (%1 GLOB '{*')), '} ' || char(9, 10, 13)) = '')")
         .arg(column, digits(QStringLiteral("?")), digits(s_anyDigit));

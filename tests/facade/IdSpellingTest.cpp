@@ -193,11 +193,11 @@ private Q_SLOTS:
                                              "as they are: \"%1\"")
                                   .arg(a.toUpper()));
 
+        // All others are changed.
         execute(database, {addOwner.arg(c.toUpper()), addCable.arg(c.toUpper(), c.toUpper())});
-        QCOMPARE(open(database).size(), 7);
-        execute(database, {QStringLiteral("DELETE FROM ce_owner WHERE id = '%1'").arg(c),
-                           QStringLiteral("DELETE FROM ce_cable WHERE id = '%1' AND owner = '%1'").arg(c)});
-        QCOMPARE(content(database), before);
+        QCOMPARE(open(database).size(), told.size() + 3);
+        const auto isUpper = QStringLiteral("|%1").arg(c.toUpper());
+        QVERIFY(content(database).filter(isUpper).isEmpty() && content(database).size() == before.size() + 2);
     }
 
     void whatCannotBeWrittenIsOpenedToBeRead()
@@ -211,22 +211,18 @@ private Q_SLOTS:
                                          reading | QFile::ExeOwner | QFile::ExeOther | QFile::WriteOwner) &&
                    QFile::setPermissions(database.name(), isWritable ? reading | writing : reading);
         };
-        for (const bool isSound : {true, false}) {
-            if (!isSound)
-                execute(database, {QStringLiteral("INSERT INTO ce_owner (id) VALUES "
-                                                  "('AAAAAAAA-0000-4000-8000-00000000000A')")});
-            const QStringList before = content(database);
-            QVERIFY(setWritable(false));
-            QStringList told;
-            {
-                const UnprivilegedUser user;
-                told = open(database);
-            }
-            QVERIFY(setWritable(true));
-            QCOMPARE(told.join(QLatin1Char(' ')).contains(QStringLiteral("cannot be brought to one spelling")),
-                     !isSound);
-            QCOMPARE(content(database), before);
+        execute(database,
+                {QStringLiteral("INSERT INTO ce_owner (id) VALUES ('AAAAAAAA-0000-4000-8000-00000000000A')")});
+        const QStringList before = content(database);
+        QVERIFY(setWritable(false));
+        QStringList told;
+        {
+            const UnprivilegedUser user;
+            told = open(database);
         }
+        QVERIFY(setWritable(true));
+        QCOMPARE(told.filter(QStringLiteral("cannot be brought to one spelling")).size(), 1);
+        QCOMPARE(content(database), before);
     }
 };
 

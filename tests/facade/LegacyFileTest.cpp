@@ -123,36 +123,6 @@ private Q_SLOTS:
         facade->RemoveDatabase(config);
         QCOMPARE(bytesOf(config->DatabaseName()), before);
     }
-
-    void withoutTables_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        const QByteArray none = bytesOf(QStringLiteral(DATAACCESS_SOURCE_DIR "/tests/sqlite2/fixtures/empty.db"));
-        QByteArray dropped = none + QByteArray(1024, 0);
-        dropped[52] = 3; // the first free page, and how many there are
-        dropped[56] = 1;
-        QTest::newRow("none were made") << none;
-        QTest::newRow("all were dropped") << dropped;
-        QTest::newRow("no bytes") << QByteArray();
-    }
-    void withoutTables()
-    {
-        QFETCH(QByteArray, bytes);
-        const QTemporaryDir folder;
-        auto config = std::make_shared<Database::DatabaseConfig>();
-        config->SetConnectionName(QUuid::createUuid().toString());
-        config->SetDatabaseName(folder.filePath(QStringLiteral("legacy.vbk")));
-        config->SetType(Enumerations::SQLite2);
-        QFile file(config->DatabaseName());
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-        file.close();
-        const auto facade = DataAccessFacade::Instance();
-        for (int opening = 0; opening < 2; ++opening) {
-            QVERIFY2(facade->AddDatabase(config), qUtf8Printable(facade->LastError(config)));
-            facade->RemoveDatabase(config);
-        }
-        QCOMPARE(bytesOf(config->DatabaseName()), bytes);
-    }
 };
 
 DATAACCESS_TEST(LegacyFileTest)

@@ -16,6 +16,18 @@
 using namespace DataAccess;
 using namespace TestSupport;
 
+namespace {
+
+const QString s_fixtures = QStringLiteral(DATAACCESS_SOURCE_DIR "/tests/sqlite2/fixtures/");
+
+bool makeFile(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+} // namespace
+
 /// What is opened, and what is not, and how the application learns why.
 class OpeningTest : public QObject
 {
@@ -42,79 +54,71 @@ private Q_SLOTS:
         const QByteArray kind = QTest::currentDataTag();
         const TestDatabase database(kind == "wrong password" ? Enumerations::Postgres : Enumerations::SQLite3);
         const auto config = database.config();
-        const QString password = config->Password();
         const auto facade = DataAccessFacade::Instance();
         std::unique_ptr<Database::DbWorker> other;
         std::unique_ptr<FileLocker> locker;
         QThread thread;
-        QFile file(database.name());
         if (kind == "folder") {
             QVERIFY(QDir().mkdir(database.name()));
-        } else if (kind == "no database" || kind == "locked file") {
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(kind == "locked file" ? "" : "none") >= 0);
-            file.close();
-            if (kind == "locked file")
-                locker = std::make_unique<FileLocker>(database.name());
+        } else if (kind == "locked file") {
+            QVERIFY(makeFile(database.name(), {}));
+            locker = std::make_unique<FileLocker>(database.name());
         } else if (kind == "damaged legacy file") {
-            QVERIFY(QFile::copy(QStringLiteral(DATAACCESS_SOURCE_DIR "/tests/sqlite2/fixtures/damaged/cycle_self.db"),
-                                database.name()));
             config->SetType(Enumerations::SQLite2);
+            QVERIFY(QFile::copy(s_fixtures + QStringLiteral("damaged/cycle_self.db"), database.name()));
         } else if (kind == "wrong password") {
             config->SetPassword(QStringLiteral("secret"));
         } else if (kind == "incomplete") {
             config->SetDatabaseName(QString());
-        } else {
+        } else if (kind == "name in use") {
             const auto sameName = database.config(config->ConnectionName());
             sameName->SetDatabaseName(database.name() + QStringLiteral(".other"));
             other = Database::DbWorker::make_worker(&thread, sameName);
+        } else {
+            QVERIFY(makeFile(database.name(), "none"));
         }
-
         const QSignalSpy unknown(facade.get(), &DataAccessFacade::unknownDB);
-        {
-            const LogCapture log;
-            QVERIFY(!facade->AddDatabase(config));
-            const QString error = facade->LastError(config);
-            QVERIFY2(error.contains(reason), qUtf8Printable(error));
-            QVERIFY(!error.contains(QStringLiteral("secret")) && !error.contains(QLatin1Char('\n')));
-            QCOMPARE(unknown.count(), 2);
-            const QStringList lines = log.messages(QtCriticalMsg, QStringLiteral("qor.database"));
-            QCOMPARE(lines.filter(QStringLiteral("Can't open connection")).size(), tries);
-        }
+        const LogCapture log;
+        QVERIFY(!facade->AddDatabase(config));
+        const QString error = facade->LastError(config);
+        QVERIFY2(error.contains(reason), qUtf8Printable(error));
+        QVERIFY(!error.contains(QStringLiteral("secret")) && !error.contains(QLatin1Char('\n')));
         QVERIFY(facade->LastError(database.config()).isEmpty());
-
-        // What was to blame is gone.
-        locker.reset();
-        other.reset();
-        if (kind == "folder")
-            QVERIFY(QDir().rmdir(database.name()));
-        else if (file.exists() && kind != "locked file")
-            QVERIFY(file.remove());
-        config->SetDatabaseName(database.name());
-        config->SetType(database.type());
-        config->SetPassword(password);
-        QVERIFY2(facade->AddDatabase(config), qUtf8Printable(facade->LastError(config)));
-        QVERIFY(facade->LastError(config).isEmpty());
-        facade->RemoveDatabase(config);
+        QCOMPARE(unknown.count(), 2);
+        const QStringList lines = log.messages(QtCriticalMsg, QStringLiteral("qor.database"));
+        QCOMPARE(lines.filter(QStringLiteral("Can't open connection")).size(), tries);
     }
 
-    void aNameIsThatOfAFile_data()
+    void filesOfAllNames_data()
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("bytes");
+        QFile empty(s_fixtures + QStringLiteral("empty.db"));
+        QVERIFY(empty.open(QIODevice::ReadOnly));
+        const QByteArray none = empty.readAll();
+        QByteArray dropped = none + QByteArray(1024, 0);
+        dropped[52] = 3; // the first free page, and how many there are
+        dropped[56] = 1;
         for (const char* const name : {"file:y?mode=memory", "y?mode=memory&cache=shared#z%20.vbk", ":y.vbk"}) {
-            QTest::addRow("%s", name) << int(Enumerations::SQLite3) << name;
-            QTest::addRow("%s, SQLite 2", name) << int(Enumerations::SQLite2) << name;
+            QTest::addRow("%s", name) << int(Enumerations::SQLite3) << name << QByteArray();
+            QTest::addRow("%s, SQLite 2", name) << int(Enumerations::SQLite2) << name << QByteArray();
         }
+        QTest::newRow("no tables") << int(Enumerations::SQLite2) << "legacy" << none;
+        QTest::newRow("no tables any more") << int(Enumerations::SQLite2) << "legacy" << dropped;
     }
-    void aNameIsThatOfAFile()
+    /// A name is that of a file, also if SQLite or Qt could read something else from it. Files without tables are
+    /// databases.
+    void filesOfAllNames()
     {
         QFETCH(int, type);
         QFETCH(QString, name);
+        QFETCH(QByteArray, bytes);
         const QTemporaryDir folder;
         const auto goBack = qScopeGuard([before = QDir::currentPath()] { QDir::setCurrent(before); });
         QVERIFY(QDir::setCurrent(folder.path()));
         QFile file(folder.path() + QLatin1Char('/') + name);
-        QVERIFY(file.open(QIODevice::WriteOnly)); // A database without tables, of both versions.
+        QVERIFY(makeFile(file.fileName(), bytes));
         auto config = std::make_shared<Database::DatabaseConfig>();
         config->SetConnectionName(QStringLiteral("relative"));
         config->SetDatabaseName(name);
@@ -133,7 +137,8 @@ private Q_SLOTS:
         const bool isLegacy = type == Enumerations::SQLite2;
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files),
                  isLegacy ? QStringList({name, name + QStringLiteral(".sqlite3")}) : QStringList(name));
-        QCOMPARE(file.size() == 0, isLegacy);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll() == bytes, isLegacy);
     }
 };
 
