@@ -1,5 +1,6 @@
 #include "database/DatabaseConfig.h"
 
+#include "database/FilePath.h"
 #include "database/LoggingCategories.h"
 #include "database/SettingsFile.h"
 
@@ -324,7 +325,7 @@ std::shared_ptr<IConfig> DatabaseConfig::DefaultConfig()
     }
 
     if (config->Type() == Enumerations::SQLite2 || config->Type() == Enumerations::SQLite3) {
-        const QFileInfo database(config->DatabaseName());
+        const QFileInfo database(filePath(config->DatabaseName()));
         if (!database.exists()) {
             qCDebug(lcDatabaseConfig) << "[" << config->ConnectionName()
                                       << "] File not exists:" << config->DatabaseName();

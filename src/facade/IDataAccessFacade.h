@@ -14,8 +14,8 @@ class IConfig;
 class IRepositoryManager;
 
 /// The single object through which an application opens databases. A database is known by the configuration object that
-/// it was opened with. Any thread may call; the thread of a database, within a job, GetRepositories() and
-/// GetVersions().
+/// it was opened with. Any thread may call; the thread of a database, within a job, GetRepositories(),
+/// GetVersions() and LastError().
 class DATAACCESS_EXPORT IDataAccessFacade
 {
 public:

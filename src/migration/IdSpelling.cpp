@@ -5,8 +5,6 @@
 #include "database/IDatabase.h"
 #include "database/LoggingCategories.h"
 
-#include <QSqlRecord>
-
 #include <algorithm>
 
 namespace DataAccess::Manager {
@@ -34,8 +32,7 @@ bool IdSpelling::unify()
 {
     try {
         const QVector<IdColumns> tables = presentTables();
-        const auto isOdd = [this](const IdColumns& table) { return hasOddIds(table); };
-        if (std::none_of(tables.begin(), tables.end(), isOdd))
+        if (!hasOddIds(tables))
             return true;
         for (const IdColumns& table : tables)
             findTwins(table);
@@ -54,34 +51,48 @@ bool IdSpelling::unify()
 
 QVector<IdColumns> IdSpelling::presentTables()
 {
-    const QStringList existing = m_statements.database().Tables();
-    QVector<IdColumns> tables;
-    for (IdColumns table : IdColumns::all()) {
-        if (!existing.contains(table.table))
-            continue;
-        const QSqlRecord columns =
-            m_statements.database().Exec(QStringLiteral("SELECT * FROM %1 WHERE 1=0").arg(table.table)).record();
-        const auto isMissing = [&columns](const QString& column) { return !columns.contains(column); };
+    QSet<QString> present;
+    const QString columns =
+        m_statements.isPostgres()
+            ? QStringLiteral("SELECT table_name::text, column_name::text FROM information_schema.columns "
+                             "WHERE table_schema = ANY (current_schemas(false))")
+            : QStringLiteral("SELECT m.name, c.name FROM sqlite_master AS m, pragma_table_info(m.name) AS c "
+                             "WHERE m.type = 'table'");
+    for (const QVariantList& row : m_statements.rows(columns))
+        present.insert(qualified(row.first().toString(), row.last().toString()));
+
+    QVector<IdColumns> tables = IdColumns::all();
+    for (IdColumns& table : tables) {
+        const auto isMissing = [&](const QString& column) { return !present.contains(qualified(table.table, column)); };
         for (QString* const column : {&table.key, &table.list, &table.content}) {
             if (isMissing(*column))
                 column->clear();
         }
         table.references.erase(std::remove_if(table.references.begin(), table.references.end(), isMissing),
                                table.references.end());
-        tables.append(table);
     }
     return tables;
 }
 
-bool IdSpelling::hasOddIds(const IdColumns& table)
+bool IdSpelling::hasOddIds(const QVector<IdColumns>& tables)
 {
-    QStringList conditions;
-    if (!table.key.isEmpty())
-        conditions.append(m_ids.isOdd(table.key));
-    for (const QString& column : table.references)
-        conditions.append(m_ids.unlessFarBehind(table.table, table.content, m_ids.isOdd(column)));
-    return (!conditions.isEmpty() && exists(table.table, conditions.join(QStringLiteral(" OR ")))) ||
-           !oddLists(table).isEmpty();
+    // One statement for all: a server may be far away.
+    QStringList oddTables;
+    for (const IdColumns& table : tables) {
+        QStringList conditions;
+        if (!table.key.isEmpty())
+            conditions.append(m_ids.isOdd(table.key));
+        for (const QString& column : table.references)
+            conditions.append(m_ids.unlessFarBehind(table.table, table.content, m_ids.isOdd(column)));
+        if (!conditions.isEmpty())
+            oddTables.append(QStringLiteral("EXISTS (SELECT 1 FROM %1 WHERE %2)")
+                                 .arg(table.table, conditions.join(QStringLiteral(" OR "))));
+    }
+    const auto hasOddLists = [this](const IdColumns& table) { return !oddLists(table).isEmpty(); };
+    return (!oddTables.isEmpty() &&
+            !m_statements.rows(QStringLiteral("SELECT 1 WHERE %1").arg(oddTables.join(QStringLiteral(" OR "))))
+                 .isEmpty()) ||
+           std::any_of(tables.begin(), tables.end(), hasOddLists);
 }
 
 QString IdSpelling::hasTwin(const IdColumns& table) const

@@ -32,9 +32,9 @@ public:
     bool unify();
 
 private:
-    /// The tables that are there, with the columns that they have.
+    /// All tables, with the columns that are there.
     QVector<IdColumns> presentTables();
-    bool hasOddIds(const IdColumns& table);
+    bool hasOddIds(const QVector<IdColumns>& tables);
     /// Logs the rows of @p table that stay as they are, and takes notice of them.
     void findTwins(const IdColumns& table);
     bool hasChanges(const IdColumns& table);
