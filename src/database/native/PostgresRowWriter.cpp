@@ -69,6 +69,8 @@ public:
             fail(failure);
     }
 
+    bool touchedRow() const override { return m_touched[m_told]; }
+
 private:
     /// Prepares the statement for the rows to be sent. It has no name, so that there is nothing to be freed.
     void begin()
@@ -90,19 +92,18 @@ private:
     {
         if (!std::exchange(m_open, false))
             return {};
-        const int sent = std::exchange(m_rows, 0);
+        const auto sent = static_cast<std::size_t>(std::exchange(m_rows, 0));
         QString failure = PQpipelineSync(m_connection) == 1 ? takeResult("Unable to prepare statement")
                                                             : postgresErrorText(m_connection, nullptr, s_notRun);
-        int done = 0;
-        while (failure.isEmpty() && done < sent) {
+        m_touched.clear(); // of the preparation
+        while (failure.isEmpty() && m_touched.size() < sent)
             failure = takeResult(s_notRun);
-            done += failure.isEmpty() ? 1 : 0;
-        }
+        std::size_t done = m_touched.size();
         if (!leavePipeline() && failure.isEmpty()) {
             failure = postgresErrorText(m_connection, nullptr, s_notRun);
-            done = std::max(0, sent - 1);
+            done = std::max<std::size_t>(sent, 1) - 1;
         }
-        for (int row = 0; row < done; ++row)
+        for (m_told = 0; m_told < done; ++m_told)
             m_written();
         return failure;
     }
@@ -114,6 +115,7 @@ private:
         const ExecStatusType status = PQresultStatus(result.get());
         if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
             return postgresErrorText(m_connection, result.get(), failure);
+        m_touched.push_back(qstrcmp(PQcmdTuples(result.get()), "0") != 0);
         PQclear(PQgetResult(m_connection)); // null, which ends the results of one statement
         return {};
     }
@@ -147,10 +149,12 @@ private:
     QByteArray m_statement;
     PostgresParameters m_values;
     std::function<void()> m_written;
-    std::vector<Oid> m_types; // what the rows sent are prepared for
-    int m_rows = 0;           // sent, and not yet answered
-    bool m_open = false;      // between begin() and settle()
-    bool m_failed = false;    // which was told then
+    std::vector<Oid> m_types;    // what the rows sent are prepared for
+    std::vector<bool> m_touched; // of each row answered since the last settle(): whether it is one of the table
+    std::size_t m_told = 0;      // the place there of the row being told as written
+    int m_rows = 0;              // sent, and not yet answered
+    bool m_open = false;         // between begin() and settle()
+    bool m_failed = false;       // which was told then
     std::size_t m_bytes = 0;
 };
 
