@@ -2,6 +2,7 @@
 
 #include <QSqlDatabase>
 #include <QSqlDriver>
+#include <QSqlError>
 
 #include <utility>
 
@@ -10,18 +11,23 @@ namespace DataAccess::Database {
 Transaction::Transaction(QSqlDatabase* db)
     : m_db(db)
 {
-    if (m_db != nullptr && !(m_db->isValid() && m_db->transaction()))
-        m_db = nullptr;
+    if (m_db != nullptr && m_db->isValid() && m_db->transaction())
+        return;
+    fail();
+    m_db = nullptr;
 }
 
 Transaction::Transaction(Transaction&& other) noexcept
     : m_db(std::exchange(other.m_db, nullptr))
+    , m_lastError(other.m_lastError)
 {}
 
 Transaction& Transaction::operator=(Transaction&& other) noexcept
 {
-    if (this != &other)
+    if (this != &other) {
         m_db = std::exchange(other.m_db, nullptr);
+        m_lastError = other.m_lastError;
+    }
     return *this;
 }
 
@@ -34,7 +40,7 @@ Transaction::~Transaction()
 bool Transaction::commit()
 {
     if (m_db == nullptr || !m_db->commit())
-        return false;
+        return fail();
     m_db = nullptr;
     return true;
 }
@@ -42,9 +48,19 @@ bool Transaction::commit()
 bool Transaction::rollback()
 {
     if (m_db == nullptr || !m_db->rollback())
-        return false;
+        return fail();
     m_db = nullptr;
     return true;
+}
+
+/// Keeps the reason of a failure. Gives false.
+bool Transaction::fail()
+{
+    if (m_db != nullptr)
+        m_lastError = m_db->lastError().text().trimmed();
+    if (m_lastError.isEmpty())
+        m_lastError = QStringLiteral("No transaction is open");
+    return false;
 }
 
 bool Transaction::isOpen() const

@@ -2,6 +2,8 @@
 
 #include "database/DataAccessExport.h"
 
+#include <QString>
+
 class QSqlDatabase;
 
 namespace DataAccess::Database {
@@ -35,8 +37,15 @@ public:
      */
     bool wasLost();
 
+    /// Why the last begin, commit or rollback failed, in the driver's words; never empty after a failure. A guard that
+    /// could not be opened keeps the reason for that.
+    QString lastError() const { return m_lastError; }
+
 private:
+    bool fail();
+
     QSqlDatabase* m_db;
+    QString m_lastError;
 };
 
 } // namespace DataAccess::Database
