@@ -41,6 +41,11 @@ void Operation::failed(Failure::Kind kind, const QString& reason, const QUuid& r
     tell(failure(kind, reason, row));
 }
 
+void Operation::failed(const Transaction& transaction) const
+{
+    failed(transaction.isOpen() ? Failure::Kind::Statement : Failure::Kind::Unavailable, transaction.lastError());
+}
+
 void Operation::selectFailed(IDatabase& db, const DbException& error) const
 {
     FailureWatch::report(failure(kindOf(error), reasonOf(db, error), QUuid()));

@@ -15,6 +15,8 @@ class IDatabase;
 
 namespace DataAccess::Database {
 
+class Transaction;
+
 /// One operation on a table, which tells of what fails in it: by a warning (category "qor.database"), and to the
 /// FailureWatch of whoever asked for it. Both name the table, and the row where that is known.
 class DATAACCESS_EXPORT Operation
@@ -27,6 +29,8 @@ public:
     void failed(Failure::Kind kind, const QString& reason, const QUuid& row = QUuid()) const;
     /// Tells nobody but the watch: the connection has logged why the select failed.
     void selectFailed(Interfaces::IDatabase& db, const Exceptions::DbException& error) const;
+    /// @p transaction could not be begun, so that nothing else can be done now, or not be committed.
+    void failed(const Transaction& transaction) const;
     /// The row of @p id was not there to be changed.
     void foundNoRow(const QUuid& id) const;
 

@@ -39,18 +39,19 @@ public:
         m_kind = kind;
         try {
             Database::Transaction transaction = m_db.WriteTransaction();
-            if (!transaction.isOpen()) {
-                return false;
+            if (transaction.isOpen()) {
+                const Statements& statements = m_mapping.statements();
+                send(EntityRows::withTable(kind == Write::Insert ? statements.insert : statements.update, table));
+                if (m_isIncomplete)
+                    return false;
+                if (transaction.commit())
+                    return true;
             }
-            const Statements& statements = m_mapping.statements();
-            send(EntityRows::withTable(kind == Write::Insert ? statements.insert : statements.update, table));
-            if (m_isIncomplete)
-                return false;
-            return transaction.commit();
+            m_operation.failed(transaction);
         } catch (const Exceptions::DbException& error) {
             m_operation.failed(m_db, error, error.isUnavailable() ? QUuid() : failedRow());
-            return false;
         }
+        return false;
     }
 
 private:

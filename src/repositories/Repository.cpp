@@ -27,8 +27,10 @@ bool runForEachRow(IDatabase& db, const std::vector<std::shared_ptr<Entity>>& en
     QUuid row;
     try {
         Database::Transaction transaction = db.WriteTransaction();
-        if (!transaction.isOpen())
+        if (!transaction.isOpen()) {
+            operation.failed(transaction);
             return false;
+        }
         std::optional<Database::BatchCache> cache;
         for (const std::shared_ptr<Entity>& entity : entities) {
             row = entity ? entity->Id() : QUuid();
@@ -44,7 +46,10 @@ bool runForEachRow(IDatabase& db, const std::vector<std::shared_ptr<Entity>>& en
             if (watch.isUnavailable() || transaction.wasLost())
                 return false;
         }
-        return transaction.commit();
+        if (transaction.commit())
+            return true;
+        operation.failed(transaction);
+        return false;
     } catch (const DbException& error) {
         operation.failed(db, error, row);
         return false;
