@@ -59,6 +59,7 @@ private:
     {
         const auto writer = m_db.Write(statement, [this] { written(); });
         m_writer = writer.get();
+        Interfaces::IValueConverter& values = writer->values();
         for (const std::shared_ptr<T>& entity : m_rows) {
             if (!entity)
                 continue;
@@ -67,10 +68,10 @@ private:
                 throw Exceptions::ExecutionException("An entity without an id cannot be stored");
             }
             m_bound = entity.get();
-            m_mapping.bindBookkeeping(writer->values(), *entity, m_now);
-            m_mapping.bind(writer->values(), *entity);
+            m_mapping.bindBookkeeping(values, *entity, m_now);
+            m_mapping.bind(values, *entity);
             if (m_kind == Write::Update)
-                m_mapping.bindStored(m_db, writer->values(), entity);
+                m_mapping.bindStored(m_db, values, entity);
             m_bound = nullptr;
             writer->run();
             if (m_mapping.usesConnection())

@@ -11,7 +11,8 @@
 
 namespace DataAccess::Repositories {
 
-/// Warns that @p function, a query of a cache, finds another kind of repository behind the cache than it asks.
+/// Warns and reports that @p function of a cache finds no repository behind the cache, or one of another kind than it
+/// needs.
 DATAACCESS_EXPORT void warnOfUnsuitableRepository(const char* function);
 
 /**
@@ -199,6 +200,8 @@ private:
     bool write(bool (IRepository::*operation)(EntityList), const EntityList& entities, const Follow& follow)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_repository)
+            warnOfUnsuitableRepository(Q_FUNC_INFO);
         if (!m_repository || !((*m_repository).*operation)(entities))
             return false;
         for (const std::shared_ptr<T>& entity : entities) {

@@ -222,6 +222,7 @@ private Q_SLOTS:
         OwnerCache cache(nullptr);
         QVERIFY(cache.GetAll().isEmpty());
         QVERIFY(!cache.GetById(m_first->Id()));
+        const Database::FailureWatch watch;
         QVERIFY(!cache.Insert({m_first}) && !cache.Update({m_first}) && !cache.Delete({m_first}));
         cache.cache(m_first);
         cache.cache(m_second);
@@ -238,6 +239,7 @@ private Q_SLOTS:
         Repositories::PhaseRepositoryCached phases(std::make_shared<TestSupport::FakeRepository<Phase>>());
         QVERIFY(phases.GetByCableId(QUuid::createUuid()).isEmpty());
         QCOMPARE(log.messages(QtWarningMsg, QStringLiteral("qor.database")).size(), 1);
+        QCOMPARE(watch.failures().size(), 5); // three writes above, a removal, and the query
     }
 
     /// Owners come and go in pairs: whoever sees one of a pair without the other sees a torn state.

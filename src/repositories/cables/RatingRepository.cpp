@@ -58,7 +58,7 @@ public:
     }
 
     /// SQLite has times as texts, and the evaluation of a cable is found by equal texts, not by equal times: while the
-    /// time is the stored one, so is its text, which other programs may have written without milliseconds.
+    /// digits are the stored ones, so is the text, which other programs may have written without milliseconds.
     void bindStored(IDatabase& db, IValueConverter& values, const std::shared_ptr<Rating>& entity) const override
     {
         if (db.Config()->Type() == Enumerations::Postgres)
@@ -67,7 +67,8 @@ public:
         const auto stored = db.Converter(query);
         stored->bindValue(QStringLiteral(":id"), entity->Id());
         db.Exec(query);
-        if (query.next() && stored->toDateTime(0) == entity->measureTime())
+        const QDateTime time = entity->measureTime().toLocalTime();
+        if (query.next() && stored->toDateTime(0).date() == time.date() && stored->toDateTime(0).time() == time.time())
             values.bindValue(QStringLiteral(":measuretime"), stored->toString(0));
         query.finish();
     }
