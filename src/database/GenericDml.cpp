@@ -3,9 +3,8 @@
 #include "database/ExecutionException.h"
 #include "database/IDatabase.h"
 #include "database/Operation.h"
+#include "database/StatementError.h"
 #include "entities/qor/IEntity.h"
-
-#include <QSqlError>
 
 namespace DataAccess::Database {
 
@@ -40,7 +39,7 @@ bool GenericDml::changeRow(IDatabase& db, const IEntity* entity, const QString& 
         // The rows of a batch follow each other: the statement is prepared with the first of them.
         QSqlQuery& query = db.PreparedQuery(statement);
         if (query.lastError().isValid())
-            throw ExecutionException(query.lastError().text().toLocal8Bit().constData());
+            throw failureOf(query);
         bind(*db.Converter(query));
         db.Exec(query);
         if (query.numRowsAffected() != 0)

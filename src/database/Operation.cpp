@@ -11,9 +11,11 @@ using Interfaces::IDatabase;
 
 namespace {
 
-Failure::Kind kindOf(const DbException& error)
+/// The kind of what @p failure tells of: an exception, a transaction or a reader of rows.
+template <typename T>
+Failure::Kind kindOf(const T& failure)
 {
-    return error.isUnavailable() ? Failure::Kind::Unavailable : Failure::Kind::Statement;
+    return failure.isUnavailable() ? Failure::Kind::Unavailable : Failure::Kind::Statement;
 }
 
 /// What the driver said: of a connection that cannot be opened, only the connection knows that.
@@ -43,7 +45,12 @@ void Operation::failed(Failure::Kind kind, const QString& reason, const QUuid& r
 
 void Operation::failed(const Transaction& transaction) const
 {
-    failed(transaction.isOpen() ? Failure::Kind::Statement : Failure::Kind::Unavailable, transaction.lastError());
+    failed(kindOf(transaction), transaction.lastError());
+}
+
+void Operation::failed(const Interfaces::IRowReader& reader) const
+{
+    failed(kindOf(reader), reader.error());
 }
 
 void Operation::selectFailed(IDatabase& db, const DbException& error) const

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/Operation.h"
 #include "repositories/EntityMapping.h"
 
 #include <QHash>
-#include <QSqlError>
-#include <QSqlQuery>
 
 #include <memory>
 #include <vector>
@@ -43,15 +41,6 @@ inline QString withId(QString statement, const QString& table, const QString& id
     return statement;
 }
 
-/// The connection's query with @p statement prepared. Throws ExecutionException with the driver's text.
-inline QSqlQuery& prepare(Interfaces::IDatabase& db, const QString& statement)
-{
-    QSqlQuery& query = db.Query();
-    if (!query.prepare(statement))
-        throw Exceptions::ExecutionException(query.lastError().text().toLocal8Bit().constData());
-    return query;
-}
-
 /**
  * Runs the selects that @p statementsFor gives for the database, and makes an entity of each row. A select that fails
  * gives no rows at all; a value that cannot be converted ends the reading, with a warning, and gives the rows before
@@ -77,9 +66,8 @@ std::vector<std::shared_ptr<T>> read(Interfaces::IDatabase& db, const Statements
                 mapping.readBookkeeping(row, columns, *entity);
                 rows.push_back(std::move(entity));
             }
-            const QString error = reader->error();
-            if (!error.isEmpty()) {
-                operation.failed(Database::Failure::Kind::Statement, error);
+            if (!reader->error().isEmpty()) {
+                operation.failed(*reader);
                 return {};
             }
         }
