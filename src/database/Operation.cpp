@@ -43,12 +43,12 @@ void Operation::failed(Failure::Kind kind, const QString& reason, const QUuid& r
     tell(failure(kind, reason, row));
 }
 
-void Operation::failed(const Transaction& transaction) const
+void Operation::commitFailed(const Transaction& transaction) const
 {
     failed(kindOf(transaction), transaction.lastError());
 }
 
-void Operation::failed(const Interfaces::IRowReader& reader) const
+void Operation::readFailed(const Interfaces::IRowReader& reader) const
 {
     failed(kindOf(reader), reader.error());
 }

@@ -30,10 +30,9 @@ public:
     void failed(Failure::Kind kind, const QString& reason, const QUuid& row = QUuid()) const;
     /// Tells nobody but the watch: the connection has logged why the select failed.
     void selectFailed(Interfaces::IDatabase& db, const Exceptions::DbException& error) const;
-    /// @p transaction could not be begun or committed.
-    void failed(const Transaction& transaction) const;
     /// Something ended @p reader before the last row.
-    void failed(const Interfaces::IRowReader& reader) const;
+    void readFailed(const Interfaces::IRowReader& reader) const;
+    void commitFailed(const Transaction& transaction) const;
     /// The row of @p id was not there to be changed.
     void foundNoRow(const QUuid& id) const;
 

@@ -39,15 +39,15 @@ public:
         m_kind = kind;
         try {
             Database::Transaction transaction = m_db.WriteTransaction();
-            if (transaction.isOpen()) {
-                const Statements& statements = m_mapping.statements();
-                send(EntityRows::withTable(kind == Write::Insert ? statements.insert : statements.update, table));
-                if (m_isIncomplete)
-                    return false;
-                if (transaction.commit())
-                    return true;
-            }
-            m_operation.failed(transaction);
+            if (!transaction.isOpen())
+                return false; // The connection has told why.
+            const Statements& statements = m_mapping.statements();
+            send(EntityRows::withTable(kind == Write::Insert ? statements.insert : statements.update, table));
+            if (m_isIncomplete)
+                return false;
+            if (transaction.commit())
+                return true;
+            m_operation.commitFailed(transaction);
         } catch (const Exceptions::DbException& error) {
             m_operation.failed(m_db, error, error.isUnavailable() ? QUuid() : failedRow());
         }

@@ -67,7 +67,7 @@ std::vector<std::shared_ptr<T>> read(Interfaces::IDatabase& db, const Statements
                 rows.push_back(std::move(entity));
             }
             if (!reader->error().isEmpty()) {
-                operation.failed(*reader);
+                operation.readFailed(*reader);
                 return {};
             }
         }

@@ -27,10 +27,8 @@ bool runForEachRow(IDatabase& db, const std::vector<std::shared_ptr<Entity>>& en
     QUuid row;
     try {
         Database::Transaction transaction = db.WriteTransaction();
-        if (!transaction.isOpen()) {
-            operation.failed(transaction);
-            return false;
-        }
+        if (!transaction.isOpen())
+            return false; // The connection has told why.
         std::optional<Database::BatchCache> cache;
         for (const std::shared_ptr<Entity>& entity : entities) {
             row = entity ? entity->Id() : QUuid();
@@ -48,7 +46,7 @@ bool runForEachRow(IDatabase& db, const std::vector<std::shared_ptr<Entity>>& en
         }
         if (transaction.commit())
             return true;
-        operation.failed(transaction);
+        operation.commitFailed(transaction);
         return false;
     } catch (const DbException& error) {
         operation.failed(db, error, row);

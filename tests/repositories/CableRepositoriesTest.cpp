@@ -320,7 +320,6 @@ private Q_SLOTS:
             QVERIFY(!operation());
             QCOMPARE(watch.failures().size(), 1);
             QVERIFY(watch.isUnavailable());
-            QVERIFY(watch.failures().first().table == QStringLiteral("ce_owner"));
         }
         other.Exec(QStringLiteral("ROLLBACK"));
         QCOMPARE(owners.GetAll().size(), 2);
