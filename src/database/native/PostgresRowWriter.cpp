@@ -185,7 +185,7 @@ private:
     Session& m_session;
     std::function<void()> m_makeReady;
     std::vector<Oid> m_types;    // what the rows sent are prepared for
-    std::vector<bool> m_touched; // of each row that was answered together: whether it is one of the table
+    std::vector<bool> m_touched; // of each row answered in the last takeAnswers(): whether it is one of the table
     std::size_t m_told = 0;      // the place there of the row being told as written
     int m_rowsAhead = 1;
     int m_rows = 0;      // sent, and not yet answered
