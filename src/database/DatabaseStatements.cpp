@@ -193,7 +193,7 @@ QStringList Database::Tables()
     check.finish();
     QStringList tables = m_connection->handle().tables(QSql::Tables);
     if (tables.isEmpty() && expected)
-        throw ExecutionException("The tables of the database cannot be listed");
+        throwStatementError(QStringLiteral("The tables of the database cannot be listed"));
     const auto isSystemTable = [](const QString& name) { return name.startsWith(QLatin1String("sqlite_")); };
     tables.erase(std::remove_if(tables.begin(), tables.end(), isSystemTable), tables.end());
     return tables;

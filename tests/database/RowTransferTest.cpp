@@ -332,6 +332,25 @@ private Q_SLOTS:
         }
     }
 
+    void rowsThatAreNotThere()
+    {
+        for (const bool native : {true, false}) {
+            QVector<bool> touched;
+            std::unique_ptr<IRowWriter> rows;
+            Database::Transaction transaction = m_db->Transaction();
+            m_db->Exec(QStringLiteral("INSERT INTO k VALUES (1), (3)"));
+            rows = writer(native, QStringLiteral("UPDATE k SET a = 10 * a WHERE a = :value"),
+                          [&] { touched.append(rows->touchedRow()); });
+            for (const int value : {1, 2, 3}) {
+                rows->values().bindValue(QStringLiteral(":value"), value);
+                rows->run();
+            }
+            rows->finish();
+            QCOMPARE(touched, (QVector<bool>{true, false, true}));
+            rows.reset();
+        }
+    }
+
     void rowsUnderWay()
     {
         m_db->Exec(QStringLiteral("CREATE TABLE v (a INTEGER, b NUMERIC, c TEXT)"));
