@@ -1,36 +1,44 @@
 #include "context/AbstractContext.h"
 
-#include "context/SavePass.h"
+#include "context/KindLedger.h"
+#include "context/SaveRun.h"
 #include "manager/AbstractRepositoryManager.h"
 
 #include <atomic>
 
 namespace DataAccess::Context {
 
-using namespace QOR::Entities::Enumerations;
-
 struct AbstractContext::Data
 {
+    enum class Load { None, Complete, Failed };
+
     std::shared_ptr<std::recursive_mutex> turn = std::make_shared<std::recursive_mutex>();
-    Entities attached;
-    Entities added;
     const unsigned int value;
     const Enumerations::LoadingStrategies strategy;
     const std::shared_ptr<Manager::AbstractRepositoryManager> manager;
+    const std::shared_ptr<EntityLedger> ledger;
     std::atomic<bool> isLoading{false};
+    std::atomic<Load> load{Load::None};
 
     Data(std::shared_ptr<Manager::AbstractRepositoryManager> owned, Enumerations::LoadingStrategies howMuch,
-         unsigned int kept)
+         unsigned int kept, std::shared_ptr<EntityLedger> known)
         : value(kept)
         , strategy(howMuch)
         , manager(std::move(owned))
+        , ledger(std::move(known))
     {}
 };
 
 AbstractContext::AbstractContext(const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                                  Enumerations::LoadingStrategies strategy, unsigned int value, QObject* parent)
+    : AbstractContext(manager, strategy, value, parent, std::make_shared<KindLedger<NoKinds>>())
+{}
+
+AbstractContext::AbstractContext(const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
+                                 Enumerations::LoadingStrategies strategy, unsigned int value, QObject* parent,
+                                 std::shared_ptr<EntityLedger> ledger)
     : QObject(parent)
-    , m_data(std::make_unique<Data>(manager, strategy, value))
+    , m_data(std::make_unique<Data>(manager, strategy, value, std::move(ledger)))
 {}
 
 AbstractContext::~AbstractContext() = default;
@@ -41,11 +49,8 @@ void AbstractContext::attach(std::shared_ptr<QOR::Entities::Entity> entity)
     if (!entity)
         return;
     const Turn turn = takeTurn();
-    const QUuid id = entity->Id();
-    if (m_data->attached.contains(id))
-        return;
-    m_data->added.insert(id, entity);
-    m_data->attached.insert(id, entity);
+    if (!m_data->ledger->attach(entity))
+        qCWarning(lcContext).noquote() << "Another entity is attached as" << entity->Id().toString() << "and stays";
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): as above.
@@ -54,19 +59,28 @@ void AbstractContext::detach(std::shared_ptr<QOR::Entities::Entity> entity)
     if (!entity)
         return;
     const Turn turn = takeTurn();
-    m_data->attached.remove(entity->Id());
-    m_data->added.remove(entity->Id());
+    m_data->ledger->detach(entity);
 }
 
 unsigned int AbstractContext::count() const
 {
     const Turn turn = takeTurn();
-    return static_cast<unsigned int>(m_data->attached.size());
+    return m_data->ledger->count();
 }
 
 bool AbstractContext::isLoading() const
 {
     return m_data->isLoading;
+}
+
+bool AbstractContext::isLoaded() const
+{
+    return m_data->load == Data::Load::Complete;
+}
+
+bool AbstractContext::hasLoadFailed() const
+{
+    return m_data->load == Data::Load::Failed;
 }
 
 Enumerations::LoadingStrategies AbstractContext::loadingStrategy() const
@@ -100,63 +114,25 @@ unsigned int AbstractContext::value() const
     return m_data->value;
 }
 
-const AbstractContext::Entities& AbstractContext::attached() const
+const std::shared_ptr<EntityLedger>& AbstractContext::ledger() const
 {
-    return m_data->attached;
+    return m_data->ledger;
 }
 
-const AbstractContext::Entities& AbstractContext::added() const
+void AbstractContext::finishLoading(const QString& reason)
 {
-    return m_data->added;
+    m_data->load = reason.isEmpty() ? Data::Load::Complete : Data::Load::Failed;
+    if (reason.isEmpty())
+        return;
+    qCCritical(lcContext).noquote() << "Not loaded:" << reason;
+    Q_EMIT loadingFailed(reason);
 }
 
-void AbstractContext::emptyAttached()
+void AbstractContext::finishSaving(SaveRun& run)
 {
-    m_data->attached = {};
-    m_data->added = {};
-}
-
-void AbstractContext::takeIn(const EntityPointer& entity)
-{
-    if (entity->EntityState() == Deleted)
-        m_data->attached.remove(entity->Id());
-    else
-        m_data->attached.insert(entity->Id(), entity);
-}
-
-void AbstractContext::attachInPlace(const EntityPointer& entity)
-{
-    m_data->added.insert(entity->Id(), entity);
-    m_data->attached.insert(entity->Id(), entity);
-}
-
-SavePass AbstractContext::beginSaving() const
-{
-    SavePass pass(m_data->attached);
-    const bool isEverythingLoaded = m_data->added.isEmpty();
-    for (const EntityPointer& entity : m_data->attached) {
-        if (entity->EntityState() != Normal || (!isEverythingLoaded && m_data->added.contains(entity->Id())))
-            pass.addCandidate(entity);
-    }
-    return pass;
-}
-
-void AbstractContext::resetStates(const SavePass& pass)
-{
-    // A copy: an observer that is told of the state may attach more.
-    const Entities saved = m_data->attached;
-    for (const EntityPointer& entity : saved) {
-        if (pass.hasFailed(*entity))
-            continue;
-        entity->SetEntityState(Normal);
-        m_data->added.remove(entity->Id());
-    }
-}
-
-void AbstractContext::finishSaving(const SavePass& pass)
-{
-    if (pass.failures() > 0)
-        Q_EMIT savingFailed(QStringLiteral("%1 entities could not be stored").arg(pass.failures()));
+    const QString reason = run.finish();
+    if (!reason.isEmpty())
+        Q_EMIT savingFailed(reason);
     Q_EMIT savingCompleted();
 }
 

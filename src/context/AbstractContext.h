@@ -4,7 +4,6 @@
 #include "database/LoadingStrategies.h"
 #include "entities/qor/Entity.h"
 
-#include <QHash>
 #include <QObject>
 #include <QUuid>
 
@@ -17,7 +16,8 @@ class AbstractRepositoryManager;
 
 namespace DataAccess::Context {
 
-class SavePass;
+class EntityLedger;
+class SaveRun;
 
 /**
  * A working set of one family of data: loaded whole, edited by the application, and written back in one call.
@@ -35,7 +35,6 @@ class DATAACCESS_EXPORT AbstractContext : public QObject
 
 public:
     using EntityPointer = std::shared_ptr<QOR::Entities::Entity>;
-    using Entities = QHash<QUuid, EntityPointer>;
 
     /// Shares the ownership of @p manager. @p value is kept, and of no meaning here.
     AbstractContext(const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
@@ -46,20 +45,23 @@ public:
 
     // Applications rely on the order of these.
     /// Puts @p entity, which may be null, under the care of the context: it is saved with the rest. Of two entities
-    /// with one id the first one stays.
+    /// with one id the first one stays, and a warning says so.
     virtual void attach(std::shared_ptr<QOR::Entities::Entity> entity);
     /// Takes what is attached under the id of @p entity out again: changes of it are not saved any more.
     virtual void detach(std::shared_ptr<QOR::Entities::Entity> entity);
-    /// Loads everything anew. Changes that were not saved, and all that was loaded before, are let go of.
+    /// Loads everything anew. Changes that were not saved, and all that was loaded before, are let go of. When
+    /// something could not be read the context is empty and not loaded.
     virtual void reload() = 0;
     /// Writes what was attached, changed or marked deleted since it was loaded or saved. What cannot be written keeps
-    /// its state, and is written by the next call.
+    /// its state, and is written by the next call. Ends with the first kind that finds the database out of reach.
     virtual void saveChanges() = 0;
 
     /// The number of attached entities.
     unsigned int count() const;
     /// Whether a load is under way.
     bool isLoading() const;
+    /// Whether a load has read everything, and none has failed since.
+    bool isLoaded() const;
     Enumerations::LoadingStrategies loadingStrategy() const;
 
 Q_SIGNALS:
@@ -69,12 +71,19 @@ Q_SIGNALS:
     /// How many of the kinds that are being loaded have arrived; between loadingChanged(true) and
     /// loadingChanged(false).
     void loadingProgress(int done, int total);
-    /// A load broke off, and left the context with less than the database holds; before loadingChanged(false).
+    /// A load could not read everything; before loadingChanged(false). The reason names the kind, and gives the
+    /// database's words.
     void loadingFailed(const QString& reason);
-    /// Something could not be written; before savingCompleted(). The log says what, and why.
+    /// Something could not be written; before savingCompleted(). The reason names the kinds, and gives the database's
+    /// words.
     void savingFailed(const QString& reason);
 
 protected:
+    /// The same, for a context that knows the kinds of its entities.
+    AbstractContext(const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
+                    Enumerations::LoadingStrategies strategy, unsigned int value, QObject* parent,
+                    std::shared_ptr<EntityLedger> ledger);
+
     using Turn = std::unique_lock<std::recursive_mutex>;
 
     /// Waits until no other thread loads or saves. Throws std::system_error when that cannot be.
@@ -85,41 +94,16 @@ protected:
     const std::shared_ptr<Manager::AbstractRepositoryManager>& manager() const;
     unsigned int value() const;
 
-    const Entities& attached() const;
-    /// What the application attached and no save has written yet; a part of attached().
-    const Entities& added() const;
-    void emptyAttached();
-
-    /// Attaches what was loaded, except entities marked deleted.
-    template <typename T>
-    void takeIn(const QHash<QUuid, std::shared_ptr<T>>& loaded)
-    {
-        for (const std::shared_ptr<T>& entity : loaded)
-            takeIn(EntityPointer(entity));
-    }
-    /// The same, except where the application has attached something that was not saved yet.
-    template <typename T>
-    void takeInBesideAdded(const QHash<QUuid, std::shared_ptr<T>>& loaded)
-    {
-        for (const std::shared_ptr<T>& entity : loaded) {
-            if (!added().contains(entity->Id()))
-                takeIn(EntityPointer(entity));
-        }
-    }
-    /// Attaches @p entity as something to be saved, in place of what is attached under its id.
-    void attachInPlace(const EntityPointer& entity);
-
-    /// What of the attached entities a save has to look at.
-    SavePass beginSaving() const;
-    /// Makes all Normal that @p pass has not failed to write.
-    void resetStates(const SavePass& pass);
-    /// Tells the application.
-    void finishSaving(const SavePass& pass);
+    const std::shared_ptr<EntityLedger>& ledger() const;
+    /// Whether the last reload() could not read everything.
+    bool hasLoadFailed() const;
+    /// Ends a load, which failed for @p reason unless that is empty.
+    void finishLoading(const QString& reason);
+    /// Ends a save: makes Normal what is stored, and tells the application.
+    void finishSaving(SaveRun& run);
 
 private:
     struct Data;
-
-    void takeIn(const EntityPointer& entity);
 
     std::unique_ptr<Data> m_data;
 };

@@ -3,58 +3,95 @@
 #include "context/CableImport.h"
 #include "context/CableNetwork.h"
 #include "context/CableRepositories.h"
-#include "context/KindSet.h"
+#include "context/KindLedger.h"
 #include "context/NetworkLinks.h"
 #include "context/PendingLoad.h"
+#include "context/SaveRun.h"
 #include "context/SegmentCleanup.h"
 #include "manager/EditorRepositoryManager.h"
 
-#include <exception>
 #include <utility>
 
 namespace DataAccess::Context {
 
 using namespace Cables::Entities;
 using namespace QOR::Entities::Enumerations;
+using CableLedger = KindLedger<ForEachCableKind>;
 
-struct CableContext::Data
+namespace {
+
+/// The loads of all kinds, and what they give.
+class NetworkLoad
 {
-    std::shared_ptr<Interfaces::IEditorRepositoryManager> manager;
-    KindSet<ForEachCableKind> kinds;
-    ForEachCableKind<PendingLoad> loads;
-    bool isLoaded = false;
-
+public:
+    /// Queues the load of each kind.
     template <typename... T>
-    void start()
+    void start(const Interfaces::IEditorRepositoryManager& manager)
     {
-        (std::get<PendingLoad<T>>(loads).start(plainRepository<T>(*manager)), ...);
+        (of<T>().start(plainRepository<T>(manager)), ...);
+    }
+
+    /// Waits for the kinds in the order in which they were queued, and calls @p arrived after each. The first that
+    /// fails ends it: the others would fail too, each after a time-out, or be of no use. Gives the reason.
+    template <typename... T, typename Callback>
+    QString await(const Callback& arrived)
+    {
+        QString failure;
+        const auto next = [&](auto& load) {
+            if (!load.isFilled())
+                return true;
+            failure = load.failure();
+            if (failure.isEmpty())
+                arrived();
+            return failure.isEmpty();
+        };
+        if (!(next(of<T>()) && ...))
+            (of<T>().cancel(), ...);
+        return failure;
     }
 
     template <typename... T>
     bool arePending() const
     {
-        return (std::get<PendingLoad<T>>(loads).isFilled() && ...);
+        return (std::get<PendingLoad<T>>(m_loads).isFilled() && ...);
     }
 
     int countPending() const
     {
-        return std::apply([](const auto&... load) { return (int(load.isFilled()) + ...); }, loads);
+        return std::apply([](const auto&... load) { return (int(load.isFilled()) + ...); }, m_loads);
     }
 
-    /// Takes what the loads of the kinds gave, one after the other, and calls @p taken after each.
-    template <typename... T, typename Callback>
-    void take(const Callback& taken)
+    template <typename... T>
+    void take(CableLedger& ledger)
     {
-        ((kinds.of<T>().replace(std::get<PendingLoad<T>>(loads).take()), taken()), ...);
+        (ledger.load(of<T>().take()), ...);
     }
+
+private:
+    template <typename T>
+    PendingLoad<T>& of()
+    {
+        return std::get<PendingLoad<T>>(m_loads);
+    }
+
+    ForEachCableKind<PendingLoad> m_loads;
+};
+
+} // namespace
+
+struct CableContext::Data
+{
+    std::shared_ptr<CableLedger> ledger;
+    std::shared_ptr<Interfaces::IEditorRepositoryManager> manager;
 };
 
 CableContext::CableContext(Enumerations::LoadingStrategies strategy,
                            const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, unsigned int value,
                            QObject* parent)
-    : AbstractContext(manager, strategy, value, parent)
+    : AbstractContext(manager, strategy, value, parent, std::make_shared<CableLedger>())
     , m_data(std::make_unique<Data>())
 {
+    m_data->ledger = std::static_pointer_cast<CableLedger>(ledger());
     m_data->manager = std::dynamic_pointer_cast<Manager::EditorRepositoryManager>(manager);
     insertDefaults();
 }
@@ -69,112 +106,79 @@ void CableContext::insertDefaults()
         qCWarning(lcContext) << "The schema is newer than this: the default types are not stored";
         return;
     }
-    try {
-        insertDefaults(*m_data->manager);
-    } catch (const std::exception& error) {
-        qCCritical(lcContext) << Q_FUNC_INFO << error.what();
-    }
+    insertDefaults(*m_data->manager);
 }
 
 void CableContext::reload()
 {
     const Turn turn = takeTurn();
     setIsLoading(true);
-    m_data->kinds.forEach([](auto& kind) { kind.replace({}); });
-    emptyAttached();
-    load();
-    cleanup();
-    concat();
-    copy();
+    m_data->ledger->clear();
+    const QString failure = load();
+    finishLoading(failure);
+    if (failure.isEmpty()) {
+        cleanup();
+        concat();
+    }
     setIsLoading(false);
     Q_EMIT loadingCompleted();
 }
 
-void CableContext::load()
+QString CableContext::load()
 {
     if (!m_data->manager)
-        return;
-    try {
-        Data& data = *m_data;
-        data.start<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
-                   Rating, Route, Station, Phase>();
-        const int total = data.countPending();
-        int done = 0;
-        const auto taken = [&] { Q_EMIT loadingProgress(++done, total); };
-        if (data.arePending<SegmentDetail, SegmentType, Insulation>())
-            data.take<SegmentDetail, Insulation, SegmentType>(taken);
-        if (data.arePending<Segment, Phase>())
-            data.take<Segment, Phase>(taken);
-        if (data.arePending<Route, Point>())
-            data.take<Route, Point>(taken);
-        if (data.arePending<Cable, Owner, Station, Switchgear, Termination>())
-            data.take<Cable, Owner, Station, Switchgear, Termination, Rating>(taken);
-        data.isLoaded = true;
-    } catch (const std::exception& error) {
-        qCCritical(lcContext) << Q_FUNC_INFO << error.what();
-        Q_EMIT loadingFailed(QString::fromLocal8Bit(error.what()));
-    }
+        return {};
+    NetworkLoad loads;
+    loads.start<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable, Rating,
+                Route, Station, Phase>(*m_data->manager);
+    const int total = loads.countPending();
+    int done = 0;
+    QString failure =
+        loads.await<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
+                    Rating, Route, Station, Phase>([&] { Q_EMIT loadingProgress(++done, total); });
+    if (!failure.isEmpty())
+        return failure;
+    CableLedger& ledger = *m_data->ledger;
+    if (loads.arePending<SegmentDetail, SegmentType, Insulation>())
+        loads.take<SegmentDetail, Insulation, SegmentType>(ledger);
+    if (loads.arePending<Segment, Phase>())
+        loads.take<Segment, Phase>(ledger);
+    if (loads.arePending<Route, Point>())
+        loads.take<Route, Point>(ledger);
+    if (loads.arePending<Cable, Owner, Station, Switchgear, Termination>())
+        loads.take<Cable, Owner, Station, Switchgear, Termination, Rating>(ledger);
+    return {};
 }
 
 void CableContext::cleanup()
 {
-    cleanupDuplicateSegments();
-    cleanupInconsistentJoints();
-    emptyAttached();
-    takeIn(m_data->kinds.of<Segment>().entities());
-    takeIn(m_data->kinds.of<SegmentDetail>().entities());
+    if (m_data->manager && !manager()->SchemaIsNewer()) {
+        removeDuplicateSegments(m_data->ledger->network());
+        repairJoints(m_data->ledger->network());
+    }
     saveChanges();
     // Saving made them Normal; what was loaded as a snapshot goes on being one.
-    m_data->kinds.of<Segment>().showMarks();
-    m_data->kinds.of<SegmentDetail>().showMarks();
-}
-
-void CableContext::cleanupDuplicateSegments()
-{
-    if (mayCleanUp())
-        removeDuplicateSegments(m_data->kinds.known({}));
-}
-
-void CableContext::cleanupInconsistentJoints()
-{
-    if (mayCleanUp())
-        repairJoints(m_data->kinds.known({}));
-}
-
-bool CableContext::mayCleanUp() const
-{
-    return m_data->manager && !manager()->SchemaIsNewer();
+    m_data->ledger->settleLoaded();
 }
 
 void CableContext::concat()
 {
-    linkNetwork(m_data->kinds.known({}));
-}
-
-void CableContext::copy()
-{
-    emptyAttached();
-    m_data->kinds.forEach([this](const auto& kind) { takeIn(kind.entities()); });
-    const Entities loaded = attached();
-    for (const EntityPointer& entity : loaded) {
-        if (entity->EntityState() != Snapshot)
-            entity->SetEntityState(Normal);
-    }
+    const EntityLedger::Deafness deafness(*m_data->ledger, EntityLedger::Deafness::ToAll);
+    linkNetwork(m_data->ledger->network());
 }
 
 void CableContext::saveChanges()
 {
     const Turn turn = takeTurn();
-    SavePass pass = beginSaving();
+    CableLedger& ledger = *m_data->ledger;
+    SaveRun run(ledger);
     if (const auto manager = m_data->manager) {
-        m_data->kinds.forEach([&](auto& kind) {
-            if (const auto repository = plainRepository<typename std::decay_t<decltype(kind)>::Entity>(*manager))
-                kind.save(*repository, pass);
+        std::as_const(ledger.network()).visit([&](const auto& entities) {
+            if (const auto repository = plainRepository<EntityOf<decltype(entities)>>(*manager))
+                run.save(*repository);
         });
     }
-    resetStates(pass);
-    m_data->kinds.forEach([&pass](auto& kind) { kind.noteHiddenMarks(pass); });
-    finishSaving(pass);
+    finishSaving(run);
 }
 
 void CableContext::import(const std::vector<std::shared_ptr<Cable>>& cables)
@@ -184,6 +188,10 @@ void CableContext::import(const std::vector<std::shared_ptr<Cable>>& cables)
 
 void CableContext::import(const std::vector<std::shared_ptr<Cable>>& cables, const CableContext& source)
 {
+    if (source.hasLoadFailed()) {
+        qCWarning(lcContext) << "Nothing is imported: the source could not be loaded";
+        return;
+    }
     RatingsByCable ratings;
     for (const auto& rating : source.Ratings()) {
         if (isLive(*rating))
@@ -192,30 +200,50 @@ void CableContext::import(const std::vector<std::shared_ptr<Cable>>& cables, con
     importWith(cables, ratings);
 }
 
+bool CableContext::isReadyForImport()
+{
+    QString failure;
+    if (!isLoaded() && !hasLoadFailed()) {
+        // Without a reload(), which would let go of what the application has attached.
+        failure = load();
+        if (failure.isEmpty())
+            finishLoading({});
+        else
+            Q_EMIT loadingFailed(failure);
+    }
+    if (!isLoaded())
+        qCWarning(lcContext).noquote() << "Nothing is imported: the network could not be loaded." << failure;
+    return isLoaded();
+}
+
 void CableContext::importWith(const std::vector<std::shared_ptr<Cable>>& cables, const RatingsByCable& ratings)
 {
     const Turn turn = takeTurn();
-    if (!m_data->isLoaded) {
-        // Without a reload(), which would let go of what the application has attached.
-        load();
-        m_data->kinds.forEach([this](const auto& kind) { takeInBesideAdded(kind.entities()); });
-    }
+    if (!isReadyForImport())
+        return;
+    CableLedger& ledger = *m_data->ledger;
+    ledger.followIds();
     // What is marked deleted here may have to come back, or to stay so.
-    m_data->kinds.forEach([](auto& kind) { kind.showMarks(); });
-    CableNetwork network = m_data->kinds.known(added());
-    CableImport import(network);
+    const auto states = ledger.showMarks();
+    CableNetwork network = ledger.network();
+    const auto isUnsaved = [&ledger](const QOR::Entities::Entity& entity) { return ledger.hasUnsavedChanges(entity); };
+    CableImport import(network, isUnsaved, loadingStrategy() != Enumerations::WithoutImages);
     for (const std::shared_ptr<Cable>& cable : cables)
         import.add(cable, cable ? ratings.value(cable->Id()) : CableImport::Ratings());
-    for (const EntityPointer& entity : import.changed())
-        attachInPlace(entity);
-    linkNetwork(network);
+    for (const EntityPointer& entity : import.run())
+        ledger.adopt(entity);
+    {
+        const EntityLedger::Deafness deafness(ledger, EntityLedger::Deafness::ToAll);
+        linkNetwork(network);
+    }
+    ledger.hideMarks(states);
 }
 
 template <typename T>
 CableContext::EntitiesOf<T> CableContext::all() const
 {
     const Turn turn = takeTurn();
-    return m_data->kinds.known<T>(added());
+    return m_data->ledger->shown<T>();
 }
 
 CableContext::EntitiesOf<Termination> CableContext::Terminations() const

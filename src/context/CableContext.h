@@ -76,11 +76,11 @@ public:
      * Copies cables of another context, with all that they refer to, into this one; saveChanges() stores them. Ids are
      * kept. What is here already wins unless the other one was written later; owners, stations and the like that are
      * here under another id and the same name are used in its place. The source is not changed, and must not be while
-     * this runs. Loads the network first when that has not been done. Of each cable only the rating that it is linked
-     * with comes along.
+     * this runs. Loads the network first when that has not been done, and refuses, with a warning, when the last load
+     * failed. Of each cable only the rating that it is linked with comes along.
      */
     void import(const std::vector<std::shared_ptr<Cable>>& cables);
-    /// The same, with every rating that @p source has of the cables.
+    /// The same, with every rating that @p source has of the cables; refused also when its last load failed.
     void import(const std::vector<std::shared_ptr<Cable>>& cables, const CableContext& source);
 
     /// A new catalogue of the types that every database has.
@@ -106,13 +106,11 @@ private:
 
     void insertDefaults();
     static void insertDefaults(const Interfaces::IEditorRepositoryManager& manager);
-    void load();
+    /// Gives the reason when something cannot be read; then nothing has changed here.
+    QString load();
     void cleanup();
-    void cleanupDuplicateSegments();
-    void cleanupInconsistentJoints();
-    bool mayCleanUp() const;
     void concat();
-    void copy();
+    bool isReadyForImport();
     void importWith(const std::vector<std::shared_ptr<Cable>>& cables, const RatingsByCable& ratings);
     template <typename T>
     EntitiesOf<T> all() const;

@@ -15,6 +15,8 @@
 #include "entities/cables/Switchgear.h"
 #include "entities/cables/Termination.h"
 
+#include <cmath>
+#include <functional>
 #include <tuple>
 
 namespace DataAccess::Context {
@@ -28,6 +30,33 @@ using ForEachCableKind =
                X<Cables::Entities::Cable>, X<Cables::Entities::Phase>, X<Cables::Entities::Segment>,
                X<Cables::Entities::Rating>>;
 
+template <>
+inline constexpr const char* kindName<Cables::Entities::Insulation> = "Insulation";
+template <>
+inline constexpr const char* kindName<Cables::Entities::SegmentType> = "SegmentType";
+template <>
+inline constexpr const char* kindName<Cables::Entities::SegmentDetail> = "SegmentDetail";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Owner> = "Owner";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Termination> = "Termination";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Switchgear> = "Switchgear";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Point> = "Point";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Station> = "Station";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Route> = "Route";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Cable> = "Cable";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Phase> = "Phase";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Segment> = "Segment";
+template <>
+inline constexpr const char* kindName<Cables::Entities::Rating> = "Rating";
+
 /// The entities of a cable network.
 using CableNetwork = EntityHashes<ForEachCableKind<EntitiesById>>;
 
@@ -37,6 +66,12 @@ bool isLive(const T& entity)
 {
     using namespace QOR::Entities::Enumerations;
     return entity.EntityState() != Deleted && entity.EntityState() != Snapshot;
+}
+
+/// Whether two values are the same, or are both unknown.
+inline bool isSameNumber(double left, double right)
+{
+    return (std::isnan(left) && std::isnan(right)) || std::equal_to<double>()(left, right);
 }
 
 } // namespace DataAccess::Context

@@ -13,6 +13,10 @@ namespace DataAccess::Context {
 template <typename T>
 using EntitiesById = QHash<QUuid, std::shared_ptr<T>>;
 
+/// How messages call the kind.
+template <typename T>
+inline constexpr const char* kindName = "";
+
 /// The type of the entities in an EntitiesById.
 template <typename Entities>
 using EntityOf = typename std::decay_t<Entities>::mapped_type::element_type;
@@ -44,6 +48,12 @@ public:
     void visit(const Visitor& visitor)
     {
         std::apply([&visitor](auto&... entities) { (visitor(entities), ...); }, m_kinds);
+    }
+
+    template <typename Visitor>
+    void visit(const Visitor& visitor) const
+    {
+        std::apply([&visitor](const auto&... entities) { (visitor(entities), ...); }, m_kinds);
     }
 
 private:

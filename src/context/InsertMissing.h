@@ -1,5 +1,6 @@
 #pragma once
 
+#include "context/Guarded.h"
 #include "repositories/IRepository.h"
 
 #include <QHash>
@@ -10,20 +11,25 @@
 namespace DataAccess::Context {
 
 /// Inserts those of @p entities whose ids @p repository, which may be null, does not have. Rows that are there stay.
+/// False when the database is out of reach.
 template <typename T>
-void insertMissing(const std::shared_ptr<Interfaces::IRepository<T>>& repository,
+bool insertMissing(const std::shared_ptr<Interfaces::IRepository<T>>& repository,
                    const std::vector<std::shared_ptr<T>>& entities)
 {
     if (!repository)
-        return;
-    const auto stored = repository->GetAll();
+        return true;
+    const Database::FailureWatch watch;
+    const auto stored = guarded(Q_FUNC_INFO, [&] { return repository->GetAll(); });
     std::vector<std::shared_ptr<T>> missing;
     for (const std::shared_ptr<T>& entity : entities) {
         if (!stored.contains(entity->Id()))
             missing.push_back(entity);
     }
-    if (!missing.empty())
-        repository->Insert(missing);
+    if (!watch.failed() && !missing.empty())
+        guarded(Q_FUNC_INFO, [&] { return repository->Insert(missing); });
+    if (watch.failed())
+        qCWarning(lcContext).noquote() << "The default types are not stored:" << failureText<T>(watch);
+    return !watch.isUnavailable();
 }
 
 } // namespace DataAccess::Context

@@ -1,8 +1,11 @@
 #include "context/PdContext.h"
 
 #include "context/CableContext.h"
-#include "context/KindSet.h"
+#include "context/Guarded.h"
+#include "context/KindLedger.h"
 #include "context/PdLinks.h"
+#include "context/PdNetwork.h"
+#include "context/SaveRun.h"
 #include "manager/AbstractRepositoryManager.h"
 #include "manager/IPdRepositoryManager.h"
 #include "repositories/cables/RatingRepository.h"
@@ -15,18 +18,18 @@
 #include "repositories/pd/PdTaskInfoRepository.h"
 #include "repositories/pd/PdTaskRepository.h"
 
-#include <exception>
-
 namespace DataAccess::Context {
 
 using namespace PD::Entities;
 using namespace QOR::Entities::Enumerations;
 using Cables::Entities::Rating;
+using Database::FailureWatch;
+using PdLedger = KindLedger<ForEachPdKind>;
 
 struct PdContext::Data
 {
+    std::shared_ptr<PdLedger> ledger;
     std::shared_ptr<Interfaces::IPdRepositoryManager> manager;
-    KindSet<ForEachPdKind> kinds;
     int loaded = 0;
     std::weak_ptr<CableContext> cables;
 };
@@ -34,9 +37,11 @@ struct PdContext::Data
 PdContext::PdContext(Enumerations::LoadingStrategies strategy,
                      const std::shared_ptr<Interfaces::IPdRepositoryManager>& manager, unsigned int value,
                      QObject* parent)
-    : AbstractContext(std::dynamic_pointer_cast<Manager::AbstractRepositoryManager>(manager), strategy, value, parent)
+    : AbstractContext(std::dynamic_pointer_cast<Manager::AbstractRepositoryManager>(manager), strategy, value, parent,
+                      std::make_shared<PdLedger>())
     , m_data(std::make_unique<Data>())
 {
+    m_data->ledger = std::static_pointer_cast<PdLedger>(ledger());
     m_data->manager = manager;
 }
 
@@ -56,68 +61,87 @@ void PdContext::reload()
 {
     const Turn turn = takeTurn();
     setIsLoading(true);
-    emptyAttached();
-    load();
+    m_data->ledger->clear();
+    const QString failure = load();
+    if (!failure.isEmpty())
+        m_data->ledger->clear();
+    finishLoading(failure);
     concat();
-    copy();
     setIsLoading(false);
     Q_EMIT loadingCompleted();
 }
 
-void PdContext::load()
+QString PdContext::load()
 {
     if (!m_data->manager)
-        return;
+        return {};
     const Interfaces::IPdRepositoryManager& manager = *m_data->manager;
-    try {
-        m_data->loaded = 0;
-        loadKind<PdTask>(manager.PdTaskRepository());
-        loadKind<PdTaskInfo>(manager.PdTaskInfoRepository());
-        loadKind<PdReport>(manager.PdReportRepository());
-        loadKind<PdIecOverview>(manager.PdIecOverviewRepository());
-        loadKind<PdMappingEvent>(manager.PdMappingEventRepository());
-        loadKind<PdSummary>(manager.PdSummaryRepository());
-        loadKind<Rating>(manager.RatingRepository());
-        loadKind<PdLbDiagram>(manager.PdLbDiagramRepository());
-    } catch (const std::exception& error) {
-        qCCritical(lcContext) << Q_FUNC_INFO << error.what();
-        Q_EMIT loadingFailed(QString::fromLocal8Bit(error.what()));
-    }
+    m_data->loaded = 0;
+    QString failure;
+    // The first kind that cannot be read ends the load.
+    static_cast<void>(loadKind<PdTask>(manager.PdTaskRepository(), failure) &&
+                      loadKind<PdTaskInfo>(manager.PdTaskInfoRepository(), failure) &&
+                      loadKind<PdReport>(manager.PdReportRepository(), failure) &&
+                      loadKind<PdIecOverview>(manager.PdIecOverviewRepository(), failure) &&
+                      loadKind<PdMappingEvent>(manager.PdMappingEventRepository(), failure) &&
+                      loadKind<PdSummary>(manager.PdSummaryRepository(), failure) &&
+                      loadKind<Rating>(manager.RatingRepository(), failure) &&
+                      loadKind<PdLbDiagram>(manager.PdLbDiagramRepository(), failure));
+    return failure;
 }
 
 template <typename T, typename Repository>
-void PdContext::loadKind(const std::shared_ptr<Repository>& repository)
+bool PdContext::loadKind(const std::shared_ptr<Repository>& repository, QString& failure)
 {
     constexpr int kinds = 8;
-    if (repository)
-        m_data->kinds.of<T>().replace(repository->GetAll());
-    Q_EMIT loadingProgress(++m_data->loaded, kinds);
+    if (repository) {
+        const FailureWatch watch;
+        m_data->ledger->load<T>(guarded(Q_FUNC_INFO, [&] { return repository->GetAll(); }));
+        failure = failureText<T>(watch);
+    }
+    if (failure.isEmpty())
+        Q_EMIT loadingProgress(++m_data->loaded, kinds);
+    return failure.isEmpty();
 }
 
 void PdContext::loadFiles(const std::vector<QUuid>& reportIds)
 {
     const Turn turn = takeTurn();
     setIsLoading(true);
-    try {
-        const auto repository = m_data->manager ? m_data->manager->PdFileRepository() : nullptr;
-        int done = 0;
-        for (const QUuid& id : reportIds) {
-            if (repository) {
-                const auto files = repository->GetByReportId(std::vector<QUuid>{id}, false);
-                EntityKind<PdFile>& kind = m_data->kinds.of<PdFile>();
-                kind.merge(files);
-                kind.forgetIf([&](const PdFile& file) { return file.ReportId() == id && !files.contains(file.Id()); });
-            }
-            Q_EMIT loadingProgress(++done, static_cast<int>(reportIds.size()));
-        }
-    } catch (const std::exception& error) {
-        qCCritical(lcContext) << Q_FUNC_INFO << error.what();
-        Q_EMIT loadingFailed(QString::fromLocal8Bit(error.what()));
+    const auto repository = m_data->manager ? m_data->manager->PdFileRepository() : nullptr;
+    QString failure;
+    int done = 0;
+    for (const QUuid& id : reportIds) {
+        const FailureWatch watch;
+        if (repository)
+            loadFilesOf(id, *repository);
+        if (failure.isEmpty())
+            failure = failureText<PdFile>(watch);
+        if (watch.isUnavailable())
+            break;
+        Q_EMIT loadingProgress(++done, static_cast<int>(reportIds.size()));
     }
+    if (!failure.isEmpty())
+        Q_EMIT loadingFailed(failure);
     concat();
-    copy();
     setIsLoading(false);
     Q_EMIT loadingCompleted();
+}
+
+void PdContext::loadFilesOf(const QUuid& reportId, Repositories::PdFileRepository& repository)
+{
+    const FailureWatch watch;
+    const auto files =
+        guarded(Q_FUNC_INFO, [&] { return repository.GetByReportId(std::vector<QUuid>{reportId}, false); });
+    if (watch.failed())
+        return;
+    PdLedger& ledger = *m_data->ledger;
+    ledger.merge(files);
+    const EntitiesOf<PdFile> known = ledger.network().of<PdFile>();
+    for (const auto& file : known) {
+        if (file->ReportId() == reportId && !files.contains(file->Id()) && !ledger.hasUnsavedChanges(*file))
+            ledger.forget(*file);
+    }
 }
 
 void PdContext::loadFiles()
@@ -129,100 +153,103 @@ void PdContext::loadFiles()
 
 void PdContext::concat()
 {
-    linkResults(m_data->kinds.known(added()));
+    PdLedger& ledger = *m_data->ledger;
+    ledger.followIds();
+    // What is marked deleted is not listed, though it may not show that.
+    const auto states = ledger.showMarks();
+    {
+        const EntityLedger::Deafness deafness(ledger, EntityLedger::Deafness::ToAll);
+        linkResults(ledger.network());
+    }
+    ledger.hideMarks(states);
     linkToCables();
 }
 
 void PdContext::linkToCables()
 {
     const Turn turn = takeTurn();
-    if (const auto context = m_data->cables.lock())
-        linkTasks(m_data->kinds.known<PdTask>(added()), context->Cables(), context->Stations());
-}
-
-void PdContext::copy()
-{
-    // What the application has changed keeps its state: files are loaded while it works on the rest.
-    m_data->kinds.forEach([this](const auto& kind) { takeInBesideAdded(kind.entities()); });
+    const auto context = m_data->cables.lock();
+    if (!context)
+        return;
+    const EntityLedger::Deafness deafness(*m_data->ledger, EntityLedger::Deafness::ToAll);
+    linkTasks(m_data->ledger->network().of<PdTask>(), context->Cables(), context->Stations());
 }
 
 void PdContext::saveChanges()
 {
     const Turn turn = takeTurn();
-    SavePass pass = beginSaving();
+    SaveRun run(*m_data->ledger);
     if (m_data->manager) {
-        processIecOverview(pass);
-        processMappingEvents(pass);
-        processSummary(pass);
-        processFiles(pass);
-        processReports(pass);
-        processTasks(pass);
-        processTaskInfo(pass);
-        processRatings(pass);
-        processLbDiagram(pass);
+        processIecOverview(run);
+        processMappingEvents(run);
+        processSummary(run);
+        processFiles(run);
+        processReports(run);
+        processTasks(run);
+        processTaskInfo(run);
+        processRatings(run);
+        processLbDiagram(run);
     }
-    resetStates(pass);
-    m_data->kinds.forEach([&pass](auto& kind) { kind.noteHiddenMarks(pass); });
-    finishSaving(pass);
+    finishSaving(run);
 }
 
 template <typename T, typename Repository>
-void PdContext::saveKind(const std::shared_ptr<Repository>& repository, SavePass& pass)
+void PdContext::saveKind(const std::shared_ptr<Repository>& repository, SaveRun& run)
 {
     if (repository)
-        m_data->kinds.of<T>().save(*repository, pass);
+        run.save<T>(*repository);
 }
 
-void PdContext::processIecOverview(SavePass& pass)
+void PdContext::processIecOverview(SaveRun& run)
 {
-    saveKind<PdIecOverview>(m_data->manager->PdIecOverviewRepository(), pass);
+    saveKind<PdIecOverview>(m_data->manager->PdIecOverviewRepository(), run);
 }
 
-void PdContext::processMappingEvents(SavePass& pass)
+void PdContext::processMappingEvents(SaveRun& run)
 {
-    saveKind<PdMappingEvent>(m_data->manager->PdMappingEventRepository(), pass);
+    saveKind<PdMappingEvent>(m_data->manager->PdMappingEventRepository(), run);
 }
 
-void PdContext::processSummary(SavePass& pass)
+void PdContext::processSummary(SaveRun& run)
 {
-    saveKind<PdSummary>(m_data->manager->PdSummaryRepository(), pass);
+    saveKind<PdSummary>(m_data->manager->PdSummaryRepository(), run);
 }
 
-void PdContext::processFiles(SavePass& pass)
+void PdContext::processFiles(SaveRun& run)
 {
-    saveKind<PdFile>(m_data->manager->PdFileRepository(), pass);
+    saveKind<PdFile>(m_data->manager->PdFileRepository(), run);
 }
 
-void PdContext::processReports(SavePass& pass)
+void PdContext::processReports(SaveRun& run)
 {
-    saveKind<PdReport>(m_data->manager->PdReportRepository(), pass);
+    saveKind<PdReport>(m_data->manager->PdReportRepository(), run);
 }
 
-void PdContext::processTasks(SavePass& pass)
+void PdContext::processTasks(SaveRun& run)
 {
-    saveKind<PdTask>(m_data->manager->PdTaskRepository(), pass);
+    saveKind<PdTask>(m_data->manager->PdTaskRepository(), run);
 }
 
-void PdContext::processTaskInfo(SavePass& pass)
+void PdContext::processTaskInfo(SaveRun& run)
 {
-    saveKind<PdTaskInfo>(m_data->manager->PdTaskInfoRepository(), pass);
+    saveKind<PdTaskInfo>(m_data->manager->PdTaskInfoRepository(), run);
 }
 
-void PdContext::processRatings(SavePass& pass)
+void PdContext::processRatings(SaveRun& run)
 {
-    saveKind<Rating>(m_data->manager->RatingRepository(), pass);
+    saveKind<Rating>(m_data->manager->RatingRepository(), run);
 }
 
-void PdContext::processLbDiagram(SavePass& pass)
+void PdContext::processLbDiagram(SaveRun& run)
 {
-    saveKind<PdLbDiagram>(m_data->manager->PdLbDiagramRepository(), pass);
+    saveKind<PdLbDiagram>(m_data->manager->PdLbDiagramRepository(), run);
 }
 
 template <typename T>
 PdContext::EntitiesOf<T> PdContext::all() const
 {
     const Turn turn = takeTurn();
-    return m_data->kinds.known<T>(added());
+    return m_data->ledger->shown<T>();
 }
 
 PdContext::EntitiesOf<PdTask> PdContext::Tasks() const

@@ -17,13 +17,17 @@ namespace DataAccess::Interfaces {
 class IPdRepositoryManager;
 }
 
+namespace DataAccess::Repositories {
+class PdFileRepository;
+}
+
 namespace DataAccess::Context {
 
 class CableContext;
 
 /**
  * The partial-discharge tests of one database, with their reports and results linked to one another. The files of
- * reports are loaded on request only, and stay until the context ends. See CableContext for the accessors and for
+ * reports are loaded on request only, and stay until the next reload(). See CableContext for the accessors and for
  * marks.
  */
 class DATAACCESS_EXPORT PdContext : public AbstractContext, public std::enable_shared_from_this<PdContext>
@@ -43,13 +47,15 @@ public:
     void reload() override;
     void saveChanges() override;
 
-    /// Loads the files of @p reportIds, with their content. Files with changes that were not saved stay as they are.
+    /// Loads the files of @p reportIds, with their content, as new objects. Files with changes that were not saved, and
+    /// detached ones, stay as they are; so do all those of a report whose files cannot be read.
     void loadFiles(const std::vector<QUuid>& reportIds);
     /// Loads the files of all reports that are loaded.
     void loadFiles();
 
     /// Tasks are linked to the cables and stations of @p context, held weakly, as often as either context is loaded;
-    /// the two take turns. To be called once, before this context is used on several threads.
+    /// the two take turns. A task whose cable or station @p context does not have keeps the id alone. To be called
+    /// once, before this context is used on several threads.
     void SetCableContext(const std::shared_ptr<CableContext>& context);
 
     EntitiesOf<PD::Entities::PdTask> Tasks() const;
@@ -65,26 +71,27 @@ public:
 private:
     struct Data;
 
-    void load();
+    /// Gives the reason when something cannot be read.
+    QString load();
     template <typename T, typename Repository>
-    void loadKind(const std::shared_ptr<Repository>& repository);
+    bool loadKind(const std::shared_ptr<Repository>& repository, QString& failure);
+    void loadFilesOf(const QUuid& reportId, Repositories::PdFileRepository& repository);
     void concat();
     void linkToCables();
-    void copy();
     template <typename T>
     EntitiesOf<T> all() const;
 
     template <typename T, typename Repository>
-    void saveKind(const std::shared_ptr<Repository>& repository, SavePass& pass);
-    void processIecOverview(SavePass& pass);
-    void processMappingEvents(SavePass& pass);
-    void processSummary(SavePass& pass);
-    void processFiles(SavePass& pass);
-    void processReports(SavePass& pass);
-    void processTasks(SavePass& pass);
-    void processTaskInfo(SavePass& pass);
-    void processRatings(SavePass& pass);
-    void processLbDiagram(SavePass& pass);
+    void saveKind(const std::shared_ptr<Repository>& repository, SaveRun& run);
+    void processIecOverview(SaveRun& run);
+    void processMappingEvents(SaveRun& run);
+    void processSummary(SaveRun& run);
+    void processFiles(SaveRun& run);
+    void processReports(SaveRun& run);
+    void processTasks(SaveRun& run);
+    void processTaskInfo(SaveRun& run);
+    void processRatings(SaveRun& run);
+    void processLbDiagram(SaveRun& run);
 
     std::unique_ptr<Data> m_data;
 };

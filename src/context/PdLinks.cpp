@@ -88,10 +88,15 @@ void linkTasks(const EntitiesById<PdTask>& tasks, const EntitiesById<Cable>& cab
                const EntitiesById<Station>& stations)
 {
     for (const auto& task : tasks) {
-        if (const auto cable = cables.value(task->CableId()))
-            task->SetCable(cable);
-        if (const auto station = stations.value(task->StationId()))
-            task->SetStation(station);
+        const auto state = task->EntityState();
+        const QUuid cableId = task->CableId();
+        const QUuid stationId = task->StationId();
+        // The object that the context does not have is let go of, though not its id.
+        task->SetCable(cables.value(cableId));
+        task->SetCableId(cableId);
+        task->SetStation(stations.value(stationId));
+        task->SetStationId(stationId);
+        task->SetEntityState(state);
     }
 }
 

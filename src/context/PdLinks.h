@@ -12,7 +12,8 @@ namespace DataAccess::Context {
  */
 void linkResults(const PdNetwork& network);
 
-/// Points the tasks at their cables and stations, as far as these are there.
+/// Points the tasks at their cables and stations, and at none where these are not there. Ids and states stay as they
+/// are.
 void linkTasks(const EntitiesById<PD::Entities::PdTask>& tasks, const EntitiesById<Cables::Entities::Cable>& cables,
                const EntitiesById<Cables::Entities::Station>& stations);
 

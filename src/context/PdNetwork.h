@@ -1,7 +1,6 @@
 #pragma once
 
-#include "context/EntityHashes.h"
-#include "entities/cables/Rating.h"
+#include "context/CableNetwork.h"
 #include "entities/pd/PdFile.h"
 #include "entities/pd/PdIecOverview.h"
 #include "entities/pd/PdLbDiagram.h"
@@ -21,6 +20,23 @@ using ForEachPdKind =
     std::tuple<X<PD::Entities::PdIecOverview>, X<PD::Entities::PdMappingEvent>, X<PD::Entities::PdSummary>,
                X<PD::Entities::PdFile>, X<PD::Entities::PdReport>, X<PD::Entities::PdTask>, X<PD::Entities::PdTaskInfo>,
                X<Cables::Entities::Rating>, X<PD::Entities::PdLbDiagram>>;
+
+template <>
+inline constexpr const char* kindName<PD::Entities::PdIecOverview> = "PdIecOverview";
+template <>
+inline constexpr const char* kindName<PD::Entities::PdMappingEvent> = "PdMappingEvent";
+template <>
+inline constexpr const char* kindName<PD::Entities::PdSummary> = "PdSummary";
+template <>
+inline constexpr const char* kindName<PD::Entities::PdFile> = "PdFile";
+template <>
+inline constexpr const char* kindName<PD::Entities::PdReport> = "PdReport";
+template <>
+inline constexpr const char* kindName<PD::Entities::PdTask> = "PdTask";
+template <>
+inline constexpr const char* kindName<PD::Entities::PdTaskInfo> = "PdTaskInfo";
+template <>
+inline constexpr const char* kindName<PD::Entities::PdLbDiagram> = "PdLbDiagram";
 
 /// Partial-discharge tests with their results.
 using PdNetwork = EntityHashes<ForEachPdKind<EntitiesById>>;

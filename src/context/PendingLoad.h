@@ -1,5 +1,6 @@
 #pragma once
 
+#include "context/Guarded.h"
 #include "repositories/IRepository.h"
 
 #include <QHash>
@@ -19,10 +20,31 @@ public:
     /// Queues the load of all that @p repository, which may be null, has.
     void start(const std::shared_ptr<Interfaces::IRepository<T>>& repository)
     {
-        if (repository)
-            m_task.reset(repository->GetAllAsync());
+        if (!repository)
+            return;
+        const Database::FailureWatch watch;
+        m_task.reset(guarded(Q_FUNC_INFO, [&] { return repository->GetAllAsync(); }));
+        m_failure = failureText<T>(watch);
     }
-    bool isFilled() const { return m_task != nullptr; }
+    bool isFilled() const { return m_task || !m_failure.isEmpty(); }
+
+    /// Waits for the load. Why it failed; empty when it did not, or none is under way.
+    QString failure()
+    {
+        if (m_task && !(m_task->Completion().get() && m_task->Failures().isEmpty())) {
+            const Database::FailureWatch watch;
+            guarded(Q_FUNC_INFO, [this] { return take(); });
+            m_failure = failureText<T>(watch);
+        }
+        return m_failure;
+    }
+
+    /// Lets go of the load, which does not run any more if it has not begun.
+    void cancel()
+    {
+        if (const auto task = std::exchange(m_task, nullptr))
+            task->Cancel();
+    }
 
     /// Waits for the load and takes what it gave; nothing when none is under way.
     Entities take()
@@ -33,6 +55,7 @@ public:
 
 private:
     std::unique_ptr<Database::Task<Entities>> m_task;
+    QString m_failure;
 };
 
 } // namespace DataAccess::Context

@@ -12,6 +12,7 @@
 #include "database/native/PostgresRowWriter.h"
 #include "database/native/SqliteRowReader.h"
 #include "database/native/SqliteRowWriter.h"
+#include "database/sqlite2/CopyWriter.h"
 
 #include <QElapsedTimer>
 #include <QMap>
@@ -180,15 +181,19 @@ QStringList Database::Tables()
     // A list that cannot be read comes back empty, without an error: a locked file must not pass for a fresh one. Asked
     // first, it is waited for once only.
     const bool sqlite = m_config->Type() != Enumerations::Postgres;
-    QSqlQuery check = Exec(
-        sqlite ? QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'")
-               : QStringLiteral("SELECT count(*) FROM pg_class WHERE relkind = 'r' AND relname !~ '^(Inv|pg_)' AND "
-                                "relnamespace IN (SELECT oid FROM pg_namespace WHERE nspname = 'public')"));
+    // The legacy driver does not list the table that it has added itself.
+    const QString count = sqlite ? QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND "
+                                                  "name <> '%1'")
+                                       .arg(Sqlite2::CopyWriter::originTable)
+                                 : QStringLiteral("SELECT count(*) FROM pg_class WHERE relkind = 'r' AND "
+                                                  "relname !~ '^(Inv|pg_)' AND relnamespace IN "
+                                                  "(SELECT oid FROM pg_namespace WHERE nspname = 'public')");
+    QSqlQuery check = Exec(count);
     const bool expected = !check.next() || check.value(0).toInt() != 0;
     check.finish();
     QStringList tables = m_connection->handle().tables(QSql::Tables);
     if (tables.isEmpty() && expected)
-        throw ExecutionException("The tables of the database cannot be listed");
+        throwStatementError(QStringLiteral("The tables of the database cannot be listed"));
     const auto isSystemTable = [](const QString& name) { return name.startsWith(QLatin1String("sqlite_")); };
     tables.erase(std::remove_if(tables.begin(), tables.end(), isSystemTable), tables.end());
     return tables;

@@ -2,6 +2,7 @@
 
 #include "database/DbWorker.h"
 #include "database/ExecutionException.h"
+#include "database/Failure.h"
 #include "database/IDatabase.h"
 #include "database/NotOpenException.h"
 #include "database/Task.h"
@@ -20,6 +21,8 @@
 namespace DataAccess::Manager {
 
 using Database::DbWorker;
+using Database::Failure;
+using Database::FailureWatch;
 using Exceptions::ExecutionException;
 using Exceptions::NotOpenException;
 using Interfaces::IDatabase;
@@ -51,6 +54,30 @@ Result run(DbWorker* worker, const MigrationModule& module, const char* function
         module.tellFailure(function, error);
         return failed;
     }
+}
+
+/// Whether a refusal may be over soon. Only a server starts up: a file is there or not, and SQLite itself has waited
+/// for a locked one.
+bool mayComeUp(IDatabase& db)
+{
+    const bool refusedFile = db.Config() && db.Config()->Type() != Enumerations::Postgres && !db.OpenError().isEmpty();
+    return db.WasBlockedByStartup() && !refusedFile;
+}
+
+bool connectPatiently(IDatabase& db)
+{
+    constexpr int attempts = 10;
+    constexpr unsigned long pause = 200;
+    // Less than the driver waits for a server that does not answer.
+    constexpr qint64 patience = 4000;
+    QElapsedTimer waiting;
+    waiting.start();
+    for (int attempt = 1; !db.Connect(); ++attempt) {
+        if (attempt == attempts || !mayComeUp(db) || waiting.hasExpired(patience))
+            return false;
+        QThread::msleep(pause);
+    }
+    return true;
 }
 
 void requireConnection(IDatabase& db)
@@ -167,19 +194,16 @@ bool AbstractMigrationManager::WaitForConnected()
 
 bool AbstractMigrationManager::WaitForConnected(DbWorker* worker)
 {
-    return run<bool>(worker, module(), Q_FUNC_INFO, false, [](IDatabase& db) {
-        constexpr int attempts = 10;
-        constexpr unsigned long pause = 200;
-        // Less than the driver waits for a server that does not answer.
-        constexpr qint64 patience = 4000;
-        QElapsedTimer waiting;
-        waiting.start();
-        for (int attempt = 1; !db.Connect(); ++attempt) {
-            if (attempt == attempts || !db.WasBlockedByStartup() || waiting.hasExpired(patience))
-                return false;
-            QThread::msleep(pause);
+    return run<bool>(worker, module(), Q_FUNC_INFO, false, [this, function = Q_FUNC_INFO](IDatabase& db) {
+        bool connected = false;
+        try {
+            connected = connectPatiently(db);
+        } catch (const Exceptions::DbException& error) {
+            qCWarning(module().category).noquote() << function << QString::fromLocal8Bit(error.what());
         }
-        return true;
+        if (!connected)
+            FailureWatch::report({db.OpenError(), Failure::Kind::Unavailable, {}, {}});
+        return connected;
     });
 }
 

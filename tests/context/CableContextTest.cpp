@@ -1,5 +1,10 @@
 #include "context/ContextDatabase.h"
+#include "context/FaultyRepository.h"
 #include "context/SampleNetwork.h"
+#include "repositories/cables/InsulationRepository.h"
+#include "repositories/cables/OwnerRepository.h"
+#include "repositories/cables/PhaseRepository.h"
+#include "repositories/cables/SegmentDetailRepository.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
@@ -7,6 +12,7 @@
 #include <QTest>
 
 #include <atomic>
+#include <future>
 #include <thread>
 
 using namespace Cables::Entities;
@@ -52,6 +58,10 @@ private Q_SLOTS:
         QCOMPARE(context.Owners().value(first->Id()), first);
         context.detach(makeOwner(QStringLiteral("a")));
         QCOMPARE(context.count(), 0U);
+        // Entities of no kind of this context, and without ids.
+        for (int i = 0; i < 2; ++i)
+            context.attach(std::make_shared<QOR::Entities::Entity>());
+        QCOMPARE(context.count(), 2U);
     }
 
     void signalsComeInOrder_data() { addBackends(); }
@@ -209,6 +219,92 @@ private Q_SLOTS:
         QCOMPARE(names,
                  QStringList({QStringLiteral("save failed"), QStringLiteral("loading"), QStringLiteral("load failed"),
                               QStringLiteral("not loading"), QStringLiteral("loaded")}));
+    }
+
+    void whatCannotBeReadIsNotTakenForEmpty()
+    {
+        ContextDatabase database(DataAccess::Enumerations::SQLite3);
+        const auto manager = database.editorManager();
+        const auto context = std::make_shared<CableContext>(DataAccess::Enumerations::Complete, manager, 0);
+        SampleNetwork(1).attachTo(*context);
+        context->saveChanges();
+        const QStringList rows = database.cableRows();
+        const auto other = database.loadedCableContext();
+        const std::vector<std::shared_ptr<Cable>> cables = {other->Cables().begin().value()};
+        QVERIFY(other->isLoaded() && !context->isLoaded());
+
+        const auto owners = std::make_shared<FaultyRepository<Repositories::OwnerRepository>>(
+            database.worker().get(), DataAccess::Enumerations::Complete, nullptr);
+        owners->fault = DataAccess::Database::Failure::Kind::Statement;
+        manager->SetOwnerRepository(owners);
+        QStringList names;
+        recordSignals(*context, names);
+        const QSignalSpy failed(context.get(), &AbstractContext::loadingFailed);
+        const LogCapture log;
+        context->reload();
+        QCOMPARE(names, QStringList({QStringLiteral("loading"), QStringLiteral("load failed"),
+                                     QStringLiteral("not loading"), QStringLiteral("loaded")}));
+        QCOMPARE(failed.front().front().toString(), QStringLiteral("Owner: out of order"));
+        context->import(cables);
+        other->import(cables, *context);
+        QCOMPARE(log.messages(QtWarningMsg, QStringLiteral("qor.context")).size(), 2);
+        QVERIFY(!context->isLoaded() && context->Cables().isEmpty() && context->count() == 0);
+
+        // Nor does a context that was never loaded import then. It keeps what was attached.
+        CableContext third(DataAccess::Enumerations::Complete, manager, 0);
+        third.attach(cables.front());
+        third.import(cables);
+        QCOMPARE(log.messages(QtWarningMsg, QStringLiteral("qor.context")).size(), 3);
+        QCOMPARE(third.count(), 1U);
+        QVERIFY(third.Phases().isEmpty());
+
+        context->saveChanges();
+        owners->fault.reset();
+        context->reload();
+        QVERIFY(context->isLoaded());
+        QCOMPARE(context->Cables().size(), 1);
+        QCOMPARE(database.cableRows(), rows);
+    }
+
+    void nothingIsReadOnceTheDatabaseIsOutOfReach()
+    {
+        ContextDatabase database(DataAccess::Enumerations::SQLite3);
+        const auto manager = database.editorManager();
+        CableContext context(DataAccess::Enumerations::Complete, manager, 0);
+        std::promise<void> ended;
+        std::atomic<bool> isPhaseRead{false};
+        const auto make = [&](auto repository, const std::function<void()>& reading) {
+            using Faulty = FaultyRepository<typename decltype(repository)::element_type>;
+            auto faulty =
+                std::make_shared<Faulty>(database.worker().get(), DataAccess::Enumerations::Complete, nullptr);
+            faulty->fault = DataAccess::Database::Failure::Kind::Unavailable;
+            faulty->reading = reading;
+            return faulty;
+        };
+        // The kinds in the order of their loads: the first is out of reach, the second runs by then, the third waits.
+        manager->SetOwnerRepository(make(std::shared_ptr<Repositories::OwnerRepository>(), [] {}));
+        manager->SetSegmentDetailRepository(
+            make(std::shared_ptr<Repositories::SegmentDetailRepository>(), [&] { ended.get_future().wait(); }));
+        manager->SetPhaseRepository(
+            make(std::shared_ptr<Repositories::PhaseRepository>(), [&] { isPhaseRead = true; }));
+        connect(&context, &AbstractContext::loadingFailed, &context, [&] { ended.set_value(); });
+        context.reload();
+        database.worker().run([](DataAccess::Interfaces::IDatabase&) {});
+        QVERIFY(!isPhaseRead);
+    }
+
+    void defaultTypesAreNotInsertedBlindly()
+    {
+        ContextDatabase database(DataAccess::Enumerations::SQLite3);
+        const auto manager = database.editorManager();
+        const auto insulations = std::make_shared<FaultyRepository<Repositories::InsulationRepository>>(
+            database.worker().get(), DataAccess::Enumerations::Complete, nullptr);
+        insulations->fault = DataAccess::Database::Failure::Kind::Unavailable;
+        manager->SetInsulationRepository(insulations);
+        const LogCapture log;
+        const CableContext context(DataAccess::Enumerations::Complete, manager, 0);
+        QVERIFY(log.contains(QStringLiteral("Insulation: out of order")));
+        QCOMPARE(database.cableRows(), QStringList());
     }
 
     void threadsTakeTurns_data() { addBackends(); }

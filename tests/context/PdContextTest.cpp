@@ -1,5 +1,7 @@
 #include "context/ContextDatabase.h"
 #include "context/SampleNetwork.h"
+#include "repositories/pd/PdFileRepository.h"
+#include "repositories/pd/PdSummaryReporsitory.h"
 #include "support/TestMain.h"
 
 #include <QSignalSpy>
@@ -135,6 +137,53 @@ private Q_SLOTS:
         QCOMPARE(rows.filter(QStringLiteral("renamed")).size(), 2);
         QCOMPARE(rows.filter(QStringLiteral("edited")).size(), 1);
         QCOMPARE(rows.filter(QStringLiteral("pd_summary")).size(), 2);
+
+        // What was found gone makes room for a new object; what is detached stays so.
+        const auto again = make<PdFile>(*context, QStringLiteral("file 2"));
+        again->SetReportId(sampleId(QStringLiteral("report 1")));
+        context->detach(file);
+        context->loadFiles();
+        file->SetEntityState(Deleted);
+        context->saveChanges();
+        QCOMPARE(database.pdRows().filter(QStringLiteral("pd_file")).size(), 3);
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM pd_file WHERE deleted")).toInt(), 0);
+        // A load lets go of files too.
+        again->SetName(QStringLiteral("let go of"));
+        context->reload();
+        QVERIFY(context->Files().isEmpty());
+        context->saveChanges();
+        QVERIFY(database.pdRows().filter(QStringLiteral("let go of")).isEmpty());
+    }
+
+    void whatCannotBeReadIsTold()
+    {
+        ContextDatabase database(DataAccess::Enumerations::SQLite3);
+        const auto manager = database.pdManager();
+        PdContext context(DataAccess::Enumerations::Complete, manager, 0);
+        attachTask(context);
+        context.saveChanges();
+        context.reload();
+        context.loadFiles();
+        const QSignalSpy failed(&context, &PdContext::loadingFailed);
+        const QSignalSpy completed(&context, &PdContext::loadingCompleted);
+        const auto broken = [&](auto repository) {
+            ContextDatabase other(DataAccess::Enumerations::SQLite3);
+            using Repository = typename decltype(repository)::element_type;
+            return std::make_shared<Repository>(other.worker().get(), DataAccess::Enumerations::Complete, nullptr);
+        };
+        manager->SetPdFileRepository(broken(manager->PdFileRepository()));
+        context.loadFiles();
+        QCOMPARE(failed.count(), 1);
+        QVERIFY(failed.back().front().toString().startsWith(QStringLiteral("PdFile: ")));
+        QCOMPARE(context.Files().size(), 3);
+        QVERIFY(context.isLoaded());
+
+        manager->SetPdSummaryRepository(broken(manager->PdSummaryRepository()));
+        context.reload();
+        QCOMPARE(failed.count(), 2);
+        QVERIFY(failed.back().front().toString().startsWith(QStringLiteral("PdSummary: ")));
+        QCOMPARE(completed.count(), 2);
+        QVERIFY(!context.isLoaded() && context.Tasks().isEmpty() && context.count() == 0);
     }
 
     void tasksFollowTheCableContext()
@@ -157,6 +206,15 @@ private Q_SLOTS:
         QVERIFY(former.expired());
         QCOMPARE(task->Cable(), cables->Cables().value(task->CableId()));
         QCOMPARE(task->EntityState(), Normal);
+
+        const std::weak_ptr<void> removed = task->Cable();
+        database.value(QStringLiteral("DELETE FROM ce_cable"));
+        cables->reload();
+        QVERIFY(removed.expired() && !task->Cable() && task->Station());
+        QCOMPARE(task->CableId(), sampleId(QStringLiteral("cable 0")));
+        const QStringList rows = database.pdRows();
+        context->saveChanges();
+        QCOMPARE(database.pdRows(), rows);
     }
 
     void aContextWithoutRepositoriesLoadsNothing()

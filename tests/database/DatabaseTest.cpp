@@ -187,7 +187,6 @@ private Q_SLOTS:
             QVERIFY(!row.next());
         }
         QVERIFY(GenericDml::removeFromTable(db, &entity, table));
-        QVERIFY(GenericDml::removeFromTable(db, &entity, table)); // that there is no such row is no failure
         QCOMPARE(GenericDml::count(db, table), 1U);
         db.Exec(QStringLiteral("DROP TABLE things")); // no statement is under way any more
 

@@ -75,6 +75,8 @@ public:
         requireNoFailure();
     }
 
+    bool touchedRow() const override { return m_touched[m_told]; }
+
 private:
     void settle() override { finish(); }
 
@@ -119,22 +121,21 @@ private:
         if (!std::exchange(m_open, false))
             return;
         m_session.setRows(nullptr);
-        const int sent = std::exchange(m_rows, 0);
+        const auto sent = static_cast<std::size_t>(std::exchange(m_rows, 0));
         QSqlError failure = PQpipelineSync(m_connection) == 1 ? takeResult("Unable to prepare statement")
                                                               : postgresError(m_connection, nullptr, s_notRun);
-        int done = 0;
-        while (!failure.isValid() && done < sent) {
+        m_touched.clear(); // of the preparation
+        while (!failure.isValid() && m_touched.size() < sent)
             failure = takeResult(s_notRun);
-            done += failure.isValid() ? 0 : 1;
-        }
+        std::size_t done = m_touched.size();
         const QSqlError end = leavePipeline();
         if (!failure.isValid() && end.isValid()) {
             failure = end;
-            done = std::max(0, sent - 1);
+            done = std::max<std::size_t>(sent, 1) - 1;
         }
         if (!m_failure.isValid())
             m_failure = failure;
-        for (int row = 0; row < done; ++row)
+        for (m_told = 0; m_told < done; ++m_told)
             m_written();
     }
 
@@ -145,6 +146,7 @@ private:
         const ExecStatusType status = PQresultStatus(result.get());
         if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
             return postgresError(m_connection, result.get(), what);
+        m_touched.push_back(qstrcmp(PQcmdTuples(result.get()), "0") != 0);
         PQclear(PQgetResult(m_connection)); // null, which ends the results of one statement
         return {};
     }
@@ -182,7 +184,9 @@ private:
     std::function<void()> m_written;
     Session& m_session;
     std::function<void()> m_makeReady;
-    std::vector<Oid> m_types; // what the rows sent are prepared for
+    std::vector<Oid> m_types;    // what the rows sent are prepared for
+    std::vector<bool> m_touched; // of each row answered in the last takeAnswers(): whether it is one of the table
+    std::size_t m_told = 0;      // the place there of the row being told as written
     int m_rowsAhead = 1;
     int m_rows = 0;      // sent, and not yet answered
     bool m_open = false; // between begin() and takeAnswers()

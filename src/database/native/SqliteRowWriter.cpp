@@ -128,6 +128,8 @@ public:
 
     void finish() override {}
 
+    bool touchedRow() const override { return sqlite3_changes(sqlite3_db_handle(m_statement)) != 0; }
+
 private:
     QSqlQuery m_query; // owns the statement
     sqlite3_stmt* m_statement;

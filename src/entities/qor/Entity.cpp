@@ -3,11 +3,19 @@
 #include "entities/qor/IObserver.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace QOR::Entities {
 
 Interfaces::IEntity::~IEntity() = default;
 Interfaces::IObserver::~IObserver() = default;
+
+void Interfaces::IObserver::contentChanged(IEntity& /*entity*/)
+{}
+void Interfaces::IObserver::stateChanged(IEntity& /*entity*/)
+{}
+void Interfaces::IObserver::idChanged(IEntity& /*entity*/, const QUuid& /*former*/)
+{}
 
 Entity::Entity() = default;
 Entity::~Entity() = default;
@@ -27,7 +35,11 @@ const QUuid& Entity::Id() const
 
 void Entity::SetId(const QUuid& id)
 {
-    assignUnstored(m_id, id);
+    if (m_id == id)
+        return;
+    const QUuid former = std::exchange(m_id, id);
+    tell([this, &former](Interfaces::IObserver& observer) { observer.idChanged(*this, former); });
+    notify();
 }
 
 const QDateTime& Entity::Timestamp() const
@@ -47,7 +59,11 @@ Enumerations::EntityState Entity::EntityState() const
 
 void Entity::SetEntityState(Enumerations::EntityState state)
 {
-    assignUnstored(m_state, state);
+    if (m_state == state)
+        return;
+    m_state = state;
+    tell([this](Interfaces::IObserver& observer) { observer.stateChanged(*this); });
+    notify();
 }
 
 bool Entity::Selected() const
@@ -62,8 +78,8 @@ void Entity::SetSelected(bool selected)
 
 void Entity::attach(Interfaces::IObserver* observer)
 {
-    if (observer != nullptr && std::find(m_observers.begin(), m_observers.end(), observer) == m_observers.end())
-        m_observers.push_back(observer);
+    if (observer != nullptr && !m_observers.contains(observer))
+        m_observers.append(observer);
 }
 
 void Entity::detach(Interfaces::IObserver* observer)
@@ -75,18 +91,25 @@ void Entity::markModified()
 {
     if (m_state == Enumerations::Normal)
         m_state = Enumerations::Modified;
+    tell([this](Interfaces::IObserver& observer) { observer.contentChanged(*this); });
     notify();
 }
 
 void Entity::notify()
 {
-    if (m_observers.empty())
+    tell([this](Interfaces::IObserver& observer) { observer.changed(*this); });
+}
+
+template <typename Call>
+void Entity::tell(const Call& call)
+{
+    if (m_observers.isEmpty())
         return;
     // An observer may detach itself or another one while it is told: only who is still attached is called.
-    const std::vector<Interfaces::IObserver*> told = m_observers;
+    const auto told = m_observers;
     for (Interfaces::IObserver* observer : told) {
-        if (std::find(m_observers.begin(), m_observers.end(), observer) != m_observers.end())
-            observer->changed(*this);
+        if (m_observers.contains(observer))
+            call(*observer);
     }
 }
 

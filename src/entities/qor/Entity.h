@@ -3,11 +3,12 @@
 #include "entities/qor/IEntity.h"
 #include "entities/qor/QorEntityExport.h"
 
+#include <QVarLengthArray>
+
 #include <cmath>
 #include <functional>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 namespace QOR::Entities {
 
@@ -66,6 +67,10 @@ protected:
     void notify();
 
 private:
+    /// Calls @p call with every observer that is still attached when it is its turn.
+    template <typename Call>
+    void tell(const Call& call);
+
     /// Whether both are stored alike: NaN and NaN are, a null and an empty text, or no time and the epoch, are not.
     template <typename T>
     static bool same(const T& left, const T& right)
@@ -80,7 +85,8 @@ private:
 
     QUuid m_id;
     QDateTime m_timestamp;
-    std::vector<Interfaces::IObserver*> m_observers;
+    /// Most entities have one observer, the context that they belong to: it takes no allocation.
+    QVarLengthArray<Interfaces::IObserver*, 1> m_observers;
     Enumerations::EntityState m_state = Enumerations::New;
     bool m_selected = false;
 };

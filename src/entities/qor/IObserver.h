@@ -2,11 +2,16 @@
 
 #include "entities/qor/QorEntityExport.h"
 
+#include <QUuid>
+
 namespace QOR::Entities::Interfaces {
 
 class IEntity;
 
-/// Is told when an entity it is attached to has changed.
+/**
+ * Is told when an entity it is attached to has changed. Who must tell what is stored with the entity from what is not
+ * overrides the last three operations, which are called before changed(), or else not at all.
+ */
 class QORENTITY_EXPORT IObserver
 {
 public:
@@ -17,6 +22,13 @@ public:
      * itself or others here, and may change the entity, which notifies again.
      */
     virtual void changed(IEntity& entity) = 0;
+
+    /// A stored property has another value.
+    virtual void contentChanged(IEntity& entity);
+    /// The entity was given another state; not when contentChanged() is called, which may imply it.
+    virtual void stateChanged(IEntity& entity);
+    /// The entity stands for another row than that of @p former.
+    virtual void idChanged(IEntity& entity, const QUuid& former);
 
 protected:
     IObserver() = default;
