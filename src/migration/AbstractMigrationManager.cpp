@@ -251,6 +251,7 @@ bool AbstractMigrationManager::Migrate()
     for (m_from = from; m_from < expected; ++m_from) {
         if (!all.at(static_cast<int>(m_from))() || !setDbVersion(m_from + 1))
             return false;
+        Q_EMIT stepCompleted(m_from + 1);
     }
     return true;
 }

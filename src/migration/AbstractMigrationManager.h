@@ -42,6 +42,10 @@ public:
     /// The messages of every Migrate() so far.
     QStringList migrationMessages() override;
 
+Q_SIGNALS:
+    /// A step of Migrate() is done and its version stored; on the thread that migrates.
+    void stepCompleted(quint32 version);
+
 protected:
     /// Runs one step; true when its changes are committed.
     using Step = std::function<bool()>;
