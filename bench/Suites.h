@@ -43,4 +43,8 @@ void measureGrowth(const Settings& settings, DataAccess::Enumerations::DatabaseT
 /// segments.
 void measureReload(const Settings& settings, DataAccess::Enumerations::DatabaseType type, Report& report);
 
+/// Copying a whole database, compared afterwards, against loading its entities and inserting them; the backup of a file
+/// against a copy of it.
+void measureTransfer(const Settings& settings, DataAccess::Enumerations::DatabaseType type, Report& report);
+
 } // namespace Bench

@@ -48,6 +48,8 @@ void measure(const Settings& settings, Report& report)
         measureMigration(settings, report);
     if (wanted("reload"))
         onBoth([&](auto type) { measureReload(settings, type, report); });
+    if (wanted("transfer"))
+        onBoth([&](auto type) { measureTransfer(settings, type, report); });
     if (wanted("timezone")) {
         setTimeZone(nullptr);
         report.beginPass(QStringLiteral("TZ not set, a tenth of the rows"));
@@ -82,7 +84,7 @@ int main(int argc, char** argv)
                                   QStringLiteral("FILE"));
     const QCommandLineOption only(
         QStringLiteral("only"),
-        QStringLiteral("Measure one of rows, memory, worker, migration, reload, timezone, growth; "
+        QStringLiteral("Measure one of rows, memory, worker, migration, reload, transfer, timezone, growth; "
                        "may be given more than once."),
         QStringLiteral("WHAT"));
     parser.addOptions({quick, json, only});

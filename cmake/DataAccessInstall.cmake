@@ -21,3 +21,9 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/DataAccessConfigVersion.
     COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/DataAccessConfig.cmake" "${PROJECT_BINARY_DIR}/DataAccessConfigVersion.cmake"
     DESTINATION ${package_dir})
+
+# From the folder of the .pc file up to the prefix, so that the prefix can be moved.
+set(pc_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+string(REGEX REPLACE "[^/]+" ".." DATAACCESS_PREFIX_FROM_PC "${pc_dir}")
+configure_file("${PROJECT_SOURCE_DIR}/cmake/DataAccess.pc.in" "${PROJECT_BINARY_DIR}/DataAccess.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/DataAccess.pc" DESTINATION ${pc_dir})

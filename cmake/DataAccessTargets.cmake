@@ -36,5 +36,7 @@ function(dataaccess_add_library name prefix folder)
     target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:dataaccess_build_settings>)
     set_target_properties(${name} PROPERTIES
         VERSION ${PROJECT_VERSION}
-        SOVERSION ${PROJECT_VERSION_MAJOR})
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        # The libraries lie side by side, wherever the prefix is moved to.
+        INSTALL_RPATH "$ORIGIN")
 endfunction()

@@ -226,10 +226,11 @@ void CableContext::importWith(const std::vector<std::shared_ptr<Cable>>& cables,
     // What is marked deleted here may have to come back, or to stay so.
     const auto states = ledger.showMarks();
     CableNetwork network = ledger.network();
-    CableImport import(network);
+    const auto isUnsaved = [&ledger](const QOR::Entities::Entity& entity) { return ledger.hasUnsavedChanges(entity); };
+    CableImport import(network, isUnsaved, loadingStrategy() != Enumerations::WithoutImages);
     for (const std::shared_ptr<Cable>& cable : cables)
         import.add(cable, cable ? ratings.value(cable->Id()) : CableImport::Ratings());
-    for (const EntityPointer& entity : import.changed())
+    for (const EntityPointer& entity : import.run())
         ledger.adopt(entity);
     {
         const EntityLedger::Deafness deafness(ledger, EntityLedger::Deafness::ToAll);

@@ -1,9 +1,12 @@
 #include "context/CableContext.h"
 #include "context/CableNetwork.h"
+#include "context/DefaultTypeIds.h"
 #include "context/InsertMissing.h"
 #include "database/LoggingCategories.h"
 #include "manager/AbstractRepositoryManager.h"
 #include "manager/IEditorRepositoryManager.h"
+
+#include <QSet>
 
 #include <algorithm>
 
@@ -123,6 +126,23 @@ std::shared_ptr<T> find(const std::vector<std::shared_ptr<T>>& entities, const Q
 }
 
 } // namespace
+
+bool isDefaultType(const QUuid& id)
+{
+    static const QSet<QUuid> ids = [] {
+        QSet<QUuid> all = {idFrom(s_cableType), idFrom(s_jointType)};
+        const auto add = [&all](const auto& rows) {
+            for (const auto& row : rows)
+                all.insert(idFrom(row.id));
+        };
+        add(s_insulations);
+        add(s_details);
+        add(s_switchgears);
+        add(s_terminations);
+        return all;
+    }();
+    return ids.contains(id);
+}
 
 std::shared_ptr<Insulation> CableContext::DefaultTypes::findInsulation(const QUuid& id) const
 {

@@ -1,8 +1,14 @@
 #include "context/CableImport.h"
 
+#include "context/DefaultTypeIds.h"
 #include "context/EntityContent.h"
+#include "context/EntityReferences.h"
 #include "database/LoggingCategories.h"
 
+#include <QSet>
+#include <QtMath>
+
+#include <algorithm>
 #include <type_traits>
 
 namespace DataAccess::Context {
@@ -12,52 +18,40 @@ using namespace QOR::Entities::Enumerations;
 
 namespace {
 
-/// Whether entities of a kind stand for the same thing when they have the same name.
+/// Whether entities of a kind may be found by their names.
 template <typename T>
 constexpr bool isKnownByName =
     std::is_same_v<T, Insulation> || std::is_same_v<T, SegmentType> || std::is_same_v<T, SegmentDetail> ||
     std::is_same_v<T, Owner> || std::is_same_v<T, Termination> || std::is_same_v<T, Switchgear> ||
     std::is_same_v<T, Station>;
 
+/// Whether each entity of a kind is a thing of its own, so that none stands for two others.
+template <typename T>
+constexpr bool isUnique = std::is_same_v<T, Station>;
+
+template <typename T, typename Interface>
+std::shared_ptr<T> withId(const std::shared_ptr<Interface>& object)
+{
+    const auto entity = std::dynamic_pointer_cast<T>(object);
+    return entity && !entity->Id().isNull() ? entity : nullptr;
+}
+
+/// Whether two measurements of a position may be of one place. What is not known may be anything.
+bool mayBeOnePlace(const Interfaces::IPoint& left, const Interfaces::IPoint& right)
+{
+    constexpr double tolerance = 0.001; // degrees of latitude: about a hundred metres
+    const double north = std::abs(left.latitude() - right.latitude());
+    const double east = std::abs(left.longitude() - right.longitude()) * std::cos(qDegreesToRadians(left.latitude()));
+    return !(north > tolerance || east > tolerance);
+}
+
 } // namespace
 
-CableImport::CableImport(CableNetwork& target)
+CableImport::CableImport(CableNetwork& target, IsUnsaved isUnsaved, bool hasImages)
     : m_target(target)
-{
-    m_target.visit([this](const auto& entities) {
-        for (const auto& entity : entities) {
-            const QString key = isLive(*entity) ? nameKey(*entity) : QString();
-            if (key.isEmpty())
-                continue;
-            QUuid& id = idsByName(*entity)[key];
-            if (id.isNull() || entity->Id() < id)
-                id = entity->Id();
-        }
-    });
-}
-
-template <typename T>
-QHash<QString, QUuid>& CableImport::idsByName(const T& /*kind*/)
-{
-    return std::get<IdByName<T>>(m_idByName).ids;
-}
-
-template <typename T>
-QString CableImport::nameKey(const T& entity) const
-{
-    if constexpr (!isKnownByName<T>) {
-        return {};
-    } else if constexpr (std::is_same_v<T, SegmentDetail>) {
-        // Sections and joints may be made of things of one name, and yet are not the same.
-        std::shared_ptr<Interfaces::ISegmentType> type = entity.Type();
-        if (!type)
-            type = m_target.find<SegmentType>(entity.TypeId());
-        const bool isJoint = type && type->IsJoint();
-        return entity.Name().isEmpty() ? QString() : entity.Name() + QLatin1Char(isJoint ? 'j' : 's');
-    } else {
-        return entity.Name();
-    }
-}
+    , m_isUnsaved(std::move(isUnsaved))
+    , m_hasImages(hasImages)
+{}
 
 void CableImport::add(const std::shared_ptr<Cable>& cable, const Ratings& ratings)
 {
@@ -69,132 +63,291 @@ void CableImport::add(const std::shared_ptr<Cable>& cable, const Ratings& rating
         return;
     }
     const auto here = m_target.find<Cable>(cable->Id());
-    m_bringsBack = !here || here->EntityState() == Deleted;
+    const bool comesBack = !here || here->EntityState() == Deleted;
     m_isIncomplete = false;
-    take<Cable>(cable);
-    takeParts(*cable);
+    collect<Cable>(cable, comesBack);
+    collectParts(*cable, comesBack);
     for (const auto& rating : ratings)
-        take<Rating>(rating);
+        collect<Rating>(rating, comesBack);
     if (m_isIncomplete)
-        qCWarning(lcContext).noquote() << "Cable" << cable->Id().toString() << "was imported without all of its parts";
+        qCWarning(lcContext).noquote() << "Cable" << cable->Id().toString() << "is imported without all of its parts";
 }
 
-void CableImport::takeParts(const Cable& cable)
+void CableImport::collectParts(const Cable& cable, bool comesBack)
 {
-    // Of what is here already the references may be here under other ids: they are taken in any case.
-    Cable references;
-    mapReferences(cable, references);
     for (const auto& phase : cable.Phases()) {
-        if (!take<Phase>(phase))
-            continue;
+        collect<Phase>(phase, comesBack);
         for (const auto& segment : phase->Segments())
-            take<Segment>(segment);
+            collect<Segment>(segment, comesBack);
     }
     if (cable.Rating())
-        take<Rating>(cable.Rating());
+        collect<Rating>(cable.Rating(), comesBack);
 }
 
 template <typename T, typename Interface>
-std::shared_ptr<T> CableImport::take(const std::shared_ptr<Interface>& object)
+void CableImport::collect(const std::shared_ptr<Interface>& object, bool comesBack)
 {
-    const auto source = std::dynamic_pointer_cast<T>(object);
-    if (!source || source->Id().isNull()) {
+    const auto entity = withId<T>(object);
+    if (!entity) {
         m_isIncomplete = true;
-        return nullptr;
+        return;
     }
-    std::shared_ptr<T> here = find(*source);
-    if (here == source || (here && !mustGiveWay(*here, *source)))
-        return here;
+    Source<T>& known = sources<T>()[entity->Id()];
+    if (known.entity && (known.comesBack || !comesBack))
+        return;
+    known = {entity, comesBack};
+    const auto here = m_target.find<T>(entity->Id());
+    if (here && here->EntityState() == Deleted && !comesBack)
+        return;
+    const bool isKept = here && !givesWay(*here, known);
+    forEachReference<T>([&](const auto& reference) {
+        using Target = typename std::decay_t<decltype(reference)>::Target;
+        const QUuid id = ((*entity).*reference.id)();
+        // What is here may refer to what stands for the source's, or to something else by now.
+        if (!id.isNull() && (!isKept || ((*here).*reference.id)() == id))
+            collectReferred<Target>(id, ((*entity).*reference.object)(), comesBack);
+    });
+    if constexpr (std::is_same_v<T, Route>) {
+        QSet<QUuid> linked;
+        for (const auto& point : entity->Points())
+            linked.insert(point->Id());
+        for (const QUuid& id : entity->PointIds()) {
+            if (!linked.contains(id) && !m_target.find<Point>(id))
+                m_isIncomplete = true;
+        }
+    }
+}
 
-    auto copy = std::make_shared<T>();
-    copyContent(*source, *copy);
-    mapReferences(*source, *copy);
-    if (!here) {
-        copy->SetId(source->Id());
-        m_target.of<T>().insert(copy->Id(), copy);
-        const QString key = nameKey(*copy);
-        if (!key.isEmpty())
-            idsByName(*copy).insert(key, copy->Id());
-        m_changed.push_back(copy);
-        return copy;
+template <typename Target, typename Interface>
+void CableImport::collectReferred(const QUuid& id, const std::shared_ptr<Interface>& object, bool comesBack)
+{
+    if constexpr (!std::is_same_v<Target, Point>) {
+        if (object) {
+            collect<Target>(object, comesBack);
+            return;
+        }
     }
-    copyContent(*copy, *here);
-    if (here->EntityState() == Deleted)
+    if (!withId<Target>(object) && !m_target.find<Target>(id))
+        m_isIncomplete = true;
+}
+
+std::vector<CableImport::EntityPointer> CableImport::run()
+{
+    place<Insulation>("Insulation");
+    place<SegmentType>("Segment type");
+    place<SegmentDetail>("Segment detail");
+    place<Owner>("Owner");
+    place<Termination>("Termination");
+    place<Switchgear>("Switchgear");
+    place<Station>("Station");
+    place<Route>("Route");
+    place<Cable>("Cable");
+    place<Phase>("Phase");
+    place<Segment>("Segment");
+    place<Rating>("Rating");
+    return std::move(m_changed);
+}
+
+template <typename T>
+void CableImport::place(const char* kind)
+{
+    Entities<T> strangers;
+    for (const Source<T>& source : qAsConst(sources<T>())) {
+        if (const auto here = m_target.find<T>(source.entity->Id()))
+            merge(source, here, kind);
+        else
+            strangers.push_back(source.entity);
+    }
+    // What is here has the names now that it will have, and nothing is here yet that was not here before.
+    if constexpr (isKnownByName<T>)
+        findByName(strangers);
+    for (const auto& stranger : strangers) {
+        if (!m_standIns.contains(stranger->Id()))
+            insert(sources<T>()[stranger->Id()]);
+    }
+}
+
+template <typename T>
+void CableImport::insert(const Source<T>& source)
+{
+    placePoints(source, static_cast<const T*>(nullptr));
+    const auto copy = std::make_shared<T>();
+    copy->SetId(source.entity->Id());
+    assignContent(*source.entity, *copy);
+    m_target.of<T>().insert(copy->Id(), copy);
+    m_changed.push_back(copy);
+}
+
+template <typename T>
+void CableImport::merge(const Source<T>& source, const std::shared_ptr<T>& here, const char* kind)
+{
+    const bool isDeleted = here->EntityState() == Deleted;
+    if (source.entity == here || (isDeleted && !source.comesBack))
+        return;
+    const bool isOverwritten = givesWay(*here, source);
+    placePoints(source, isOverwritten ? nullptr : here.get());
+    bool isChanged = isDeleted;
+    if (isOverwritten) {
+        assignContent(*source.entity, *here);
+        isChanged = here->EntityState() != Normal;
+    } else if (isLive(*here)) {
+        isChanged = complete(*source.entity, *here);
+    }
+    if (isDeleted)
         here->SetEntityState(Modified);
-    if (here->EntityState() != Normal)
+    if (isChanged)
         m_changed.push_back(here);
-    return here;
+    if (isChanged && isOverwritten)
+        qCInfo(lcContext).noquote() << kind << here->Id().toString()
+                                    << (isDeleted ? "was marked deleted, and comes back as it is at the source"
+                                                  : "is overwritten: it was written later at the source");
 }
 
-template <typename T, typename Interface>
-QUuid CableImport::refer(const QUuid& id, const std::shared_ptr<Interface>& object)
+void CableImport::placePoints(const Source<Station>& source, const Station* kept)
 {
-    if (id.isNull())
-        return id;
-    if (object) {
-        if (const auto taken = take<T>(object))
-            return taken->Id();
+    if (!kept || kept->PointId() == source.entity->PointId())
+        placePoint(source.entity->Point(), source.comesBack);
+}
+
+void CableImport::placePoints(const Source<Route>& source, const Route* kept)
+{
+    QSet<QUuid> listed;
+    if (kept)
+        listed = QSet<QUuid>(kept->PointIds().begin(), kept->PointIds().end());
+    for (const auto& point : source.entity->Points()) {
+        if (!kept || listed.contains(point->Id()))
+            placePoint(point, source.comesBack);
     }
-    if (!m_target.find<T>(id))
-        m_isIncomplete = true;
-    return id;
+}
+
+void CableImport::placePoint(const std::shared_ptr<Interfaces::IPoint>& object, bool comesBack)
+{
+    const Source<Point> source{withId<Point>(object), comesBack};
+    if (!source.entity)
+        return;
+    if (const auto here = m_target.find<Point>(source.entity->Id()))
+        merge(source, here, "Point");
+    else
+        insert(source);
 }
 
 template <typename T>
-std::shared_ptr<T> CableImport::find(const T& source)
+bool CableImport::givesWay(const T& here, const Source<T>& source) const
 {
-    if (std::shared_ptr<T> sameId = m_target.find<T>(source.Id()))
-        return sameId;
-    const QString key = nameKey(source);
-    return key.isEmpty() ? nullptr : m_target.find<T>(idsByName(source).value(key));
+    if (isDefaultType(here.Id()))
+        return false;
+    if (here.EntityState() == Deleted)
+        return source.comesBack;
+    const QDateTime& written = source.entity->Timestamp();
+    // What this import has made is New.
+    const bool isUnsaved = here.EntityState() == New || m_isUnsaved(here);
+    return !isUnsaved && written.isValid() && here.Timestamp().isValid() && written > here.Timestamp();
 }
 
 template <typename T>
-bool CableImport::mustGiveWay(const T& here, const T& source) const
+void CableImport::assignContent(const T& source, T& to)
 {
-    if (here.EntityState() == Deleted && m_bringsBack)
+    // Not at once: a value that changes to and fro would count as changed.
+    T content;
+    copyContent(source, content);
+    forEachReference<T>([&](const auto& reference) {
+        using Target = typename std::decay_t<decltype(reference)>::Target;
+        const QUuid here = (to.*reference.id)();
+        const QUuid id = standIn((content.*reference.id)());
+        const bool isLost = !id.isNull() && !m_target.find<Target>(id) && m_target.find<Target>(here);
+        (content.*reference.setId)(isLost ? here : id);
+    });
+    copyContent(content, to);
+}
+
+template <typename T>
+bool CableImport::complete(const T& source, T& here)
+{
+    bool isCompleted = false;
+    forEachReference<T>([&](const auto& reference) {
+        using Target = typename std::decay_t<decltype(reference)>::Target;
+        const QUuid id = (here.*reference.id)();
+        if (!m_standIns.contains(id) || m_target.find<Target>(id))
+            return;
+        (here.*reference.setId)(standIn(id));
+        isCompleted = true;
+    });
+    if constexpr (std::is_same_v<T, Station>) {
+        // The row of a station may have an image that was not loaded.
+        const bool lacksImage = here.Image().isNull() && (m_hasImages || here.EntityState() == New);
+        if (lacksImage && !source.Image().isNull()) {
+            here.SetImage(source.Image());
+            isCompleted = true;
+        }
+    }
+    return isCompleted;
+}
+
+template <typename T>
+void CableImport::findByName(const Entities<T>& strangers)
+{
+    QHash<QString, Entities<T>> namesakes;
+    for (const auto& stranger : strangers)
+        namesakes[stranger->Name()];
+    namesakes.remove(QString());
+    if (namesakes.isEmpty())
+        return;
+    for (const auto& entity : qAsConst(m_target.of<T>())) {
+        // One that the source has too is that one, and no other.
+        const auto found = namesakes.find(entity->Name());
+        if (found != namesakes.end() && isLive(*entity) && !(isUnique<T> && sources<T>().contains(entity->Id())))
+            found->push_back(entity);
+    }
+
+    QHash<QUuid, int> claims;
+    QHash<QUuid, QUuid> found;
+    for (const auto& stranger : strangers) {
+        const auto named = namesakes.constFind(stranger->Name());
+        if (named == namesakes.constEnd())
+            continue;
+        std::vector<QUuid> same;
+        for (const auto& namesake : *named) {
+            if (!isSameThing(*stranger, *namesake))
+                continue;
+            same.push_back(namesake->Id());
+            ++claims[namesake->Id()];
+        }
+        if (!same.empty() && (!isUnique<T> || same.size() == 1))
+            found.insert(stranger->Id(), *std::min_element(same.begin(), same.end()));
+    }
+    for (auto it = found.cbegin(); it != found.cend(); ++it) {
+        if (!isUnique<T> || claims.value(*it) == 1)
+            m_standIns.insert(it.key(), *it);
+    }
+}
+
+template <typename T>
+bool CableImport::isSameThing(const T& source, const T& here)
+{
+    if constexpr (std::is_same_v<T, Insulation>) {
+        return isSameNumber(source.Velocity(), here.Velocity());
+    } else if constexpr (std::is_same_v<T, SegmentType>) {
+        return source.IsJoint() == here.IsJoint();
+    } else if constexpr (std::is_same_v<T, SegmentDetail>) {
+        return isSameNumber(source.Velocity(), here.Velocity()) &&
+               areSameThing<SegmentType>(standIn(source.TypeId()), here.TypeId()) &&
+               areSameThing<Insulation>(standIn(source.InsulationId()), here.InsulationId());
+    } else if constexpr (std::is_same_v<T, Station>) {
+        const auto there = source.Point();
+        const auto point = m_target.find<Point>(here.PointId());
+        const bool isOneCity = source.City().isEmpty() || here.City().isEmpty() || source.City() == here.City();
+        return isOneCity && (!there || !point || mayBeOnePlace(*there, *point));
+    } else {
         return true;
-    const bool hasUnsavedChanges = here.EntityState() == New || here.EntityState() == Modified;
-    return !hasUnsavedChanges && source.Timestamp().isValid() && here.Timestamp().isValid() &&
-           source.Timestamp() > here.Timestamp();
-}
-
-void CableImport::mapReferences(const SegmentDetail& source, SegmentDetail& copy)
-{
-    copy.SetInsulationId(refer<Insulation>(source.InsulationId(), source.Insulation()));
-    copy.SetTypeId(refer<SegmentType>(source.TypeId(), source.Type()));
-}
-
-void CableImport::mapReferences(const Station& source, Station& copy)
-{
-    copy.SetPointId(refer<Point>(source.PointId(), source.Point()));
-}
-
-void CableImport::mapReferences(const Route& source, Route& /*copy*/)
-{
-    for (const auto& point : source.Points())
-        take<Point>(point);
-    for (const QUuid& id : source.PointIds()) {
-        if (!m_target.find<Point>(id))
-            m_isIncomplete = true;
     }
 }
 
-void CableImport::mapReferences(const Segment& source, Segment& copy)
+template <typename T>
+bool CableImport::areSameThing(const QUuid& left, const QUuid& right)
 {
-    copy.SetDetailId(refer<SegmentDetail>(source.DetailId(), source.Detail()));
-}
-
-void CableImport::mapReferences(const Cable& source, Cable& copy)
-{
-    copy.SetStationAId(refer<Station>(source.StationAId(), source.StationA()));
-    copy.SetStationBId(refer<Station>(source.StationBId(), source.StationB()));
-    copy.SetTerminationAId(refer<Termination>(source.TerminationAId(), source.TerminationA()));
-    copy.SetTerminationBId(refer<Termination>(source.TerminationBId(), source.TerminationB()));
-    copy.SetSwitchgearAId(refer<Switchgear>(source.SwitchgearAId(), source.SwitchGearA()));
-    copy.SetSwitchgearBId(refer<Switchgear>(source.SwitchgearBId(), source.SwitchGearB()));
-    copy.SetRouteId(refer<Route>(source.RouteId(), source.Route()));
-    copy.SetOwnerId(refer<Owner>(source.OwnerId(), source.Owner()));
+    const auto first = m_target.find<T>(left);
+    const auto second = m_target.find<T>(right);
+    return left == right || (first && second && first->Name() == second->Name() && isSameThing(*first, *second));
 }
 
 } // namespace DataAccess::Context

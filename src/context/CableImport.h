@@ -2,6 +2,7 @@
 
 #include "context/CableNetwork.h"
 
+#include <functional>
 #include <vector>
 
 namespace DataAccess::Context {
@@ -9,9 +10,10 @@ namespace DataAccess::Context {
 /**
  * Copies cables of one network, with all that they refer to, into another one.
  *
- * An entity that is in both by its id, or one with a name by that, is not copied: the one here wins, unless the other
- * one was written later and there are no unsaved changes here. What is marked deleted here comes back with a cable that
- * is new here, or was marked deleted itself.
+ * What is in both by its id stays as it is here, and only gets what it lacks, unless the other one was written later
+ * and there are no unsaved changes here. What is here under another id, with a name, is used in place of a copy when it
+ * is the same thing by all that tells such things apart; it is never changed, nor are the default types. What is marked
+ * deleted here comes back with a cable that is new here, or was marked deleted itself. docs/contexts.md has the rules.
  */
 class CableImport
 {
@@ -19,55 +21,84 @@ public:
     using EntityPointer = std::shared_ptr<QOR::Entities::Entity>;
     using Ratings = std::vector<std::shared_ptr<Cables::Entities::Interfaces::IRating>>;
 
-    /// Adds to @p target, which must outlive the object.
-    explicit CableImport(CableNetwork& target);
+    /// Whether an entity of the target differs from its row, or has none.
+    using IsUnsaved = std::function<bool(const QOR::Entities::Entity&)>;
 
-    /// Copies @p cable and @p ratings. What is missing at the source is left out, with a warning.
+    /// Adds to @p target, which must outlive the object. @p hasImages: its stations were loaded with their images.
+    CableImport(CableNetwork& target, IsUnsaved isUnsaved, bool hasImages);
+
+    /// Notes @p cable and @p ratings for run(). What is missing at the source is left out, with a warning.
     void add(const std::shared_ptr<Cables::Entities::Cable>& cable, const Ratings& ratings);
 
-    /// What was made or changed in the target: New or Modified, and not linked.
-    const std::vector<EntityPointer>& changed() const { return m_changed; }
+    /// Copies what was added. Gives what was made or changed in the target: New or Modified, and not linked.
+    std::vector<EntityPointer> run();
 
 private:
-    /// The live entities of one kind by their names; of those with one name the one with the lowest id.
     template <typename T>
-    struct IdByName
+    struct Source
     {
-        QHash<QString, QUuid> ids;
+        std::shared_ptr<T> entity;
+        /// What stands for it here is not to stay deleted.
+        bool comesBack = false;
     };
+    template <typename T>
+    using SourcesById = QHash<QUuid, Source<T>>;
+    template <typename T>
+    using Entities = std::vector<std::shared_ptr<T>>;
 
-    /// The entity here that stands for @p source, made or changed if need be; null when there is no source.
-    template <typename T, typename Interface>
-    std::shared_ptr<T> take(const std::shared_ptr<Interface>& source);
-    /// The id here of what @p object, whose id is @p id, stands for; the id itself when the object is not at hand.
-    template <typename T, typename Interface>
-    QUuid refer(const QUuid& id, const std::shared_ptr<Interface>& object);
     template <typename T>
-    std::shared_ptr<T> find(const T& source);
-    template <typename T>
-    QHash<QString, QUuid>& idsByName(const T& kind);
-    /// What entities are told apart by that stand for the same thing when it is the same; empty when there is none.
-    template <typename T>
-    QString nameKey(const T& entity) const;
-    template <typename T>
-    bool mustGiveWay(const T& here, const T& source) const;
+    SourcesById<T>& sources()
+    {
+        return std::get<SourcesById<T>>(m_sources);
+    }
 
-    /// Takes what @p source refers to, and lets @p copy refer to what stands for it here.
+    /// Notes what @p object is, and what it refers to; but for points, which come with what refers to them.
+    template <typename T, typename Interface>
+    void collect(const std::shared_ptr<Interface>& object, bool comesBack);
+    void collectParts(const Cables::Entities::Cable& cable, bool comesBack);
+    template <typename Target, typename Interface>
+    void collectReferred(const QUuid& id, const std::shared_ptr<Interface>& object, bool comesBack);
+
+    /// Copies what was noted of one kind. What it refers to under other ids must have been copied before.
     template <typename T>
-    void mapReferences(const T& /*source*/, T& /*copy*/)
+    void place(const char* kind);
+    template <typename T>
+    void merge(const Source<T>& source, const std::shared_ptr<T>& here, const char* kind);
+    template <typename T>
+    void insert(const Source<T>& source);
+    template <typename T>
+    void placePoints(const Source<T>& /*source*/, const T* /*kept*/)
     {}
-    void mapReferences(const Cables::Entities::SegmentDetail& source, Cables::Entities::SegmentDetail& copy);
-    void mapReferences(const Cables::Entities::Station& source, Cables::Entities::Station& copy);
-    void mapReferences(const Cables::Entities::Route& source, Cables::Entities::Route& copy);
-    void mapReferences(const Cables::Entities::Segment& source, Cables::Entities::Segment& copy);
-    void mapReferences(const Cables::Entities::Cable& source, Cables::Entities::Cable& copy);
+    void placePoints(const Source<Cables::Entities::Station>& source, const Cables::Entities::Station* kept);
+    void placePoints(const Source<Cables::Entities::Route>& source, const Cables::Entities::Route* kept);
+    void placePoint(const std::shared_ptr<Cables::Entities::Interfaces::IPoint>& object, bool comesBack);
 
-    void takeParts(const Cables::Entities::Cable& cable);
+    template <typename T>
+    bool givesWay(const T& here, const Source<T>& source) const;
+    /// Gives @p to all values of @p source, with the references to what stands for theirs here.
+    template <typename T>
+    void assignContent(const T& source, T& to);
+    /// Gives @p here what it lacks, and tells whether that was anything.
+    template <typename T>
+    bool complete(const T& source, T& here);
+
+    /// Notes what of the target stands for those of @p strangers, none of which is here by its id, by their names.
+    template <typename T>
+    void findByName(const Entities<T>& strangers);
+    template <typename T>
+    bool isSameThing(const T& source, const T& here);
+    /// Whether two ids are of things here that cannot be told apart.
+    template <typename T>
+    bool areSameThing(const QUuid& left, const QUuid& right);
+    QUuid standIn(const QUuid& id) const { return m_standIns.value(id, id); }
 
     CableNetwork& m_target;
-    ForEachCableKind<IdByName> m_idByName;
+    const IsUnsaved m_isUnsaved;
+    const bool m_hasImages;
+    ForEachCableKind<SourcesById> m_sources;
+    /// What is here under another id, by the id that it has at the source.
+    QHash<QUuid, QUuid> m_standIns;
     std::vector<EntityPointer> m_changed;
-    bool m_bringsBack = false;
     bool m_isIncomplete = false;
 };
 

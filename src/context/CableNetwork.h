@@ -15,6 +15,8 @@
 #include "entities/cables/Switchgear.h"
 #include "entities/cables/Termination.h"
 
+#include <cmath>
+#include <functional>
 #include <tuple>
 
 namespace DataAccess::Context {
@@ -64,6 +66,12 @@ bool isLive(const T& entity)
 {
     using namespace QOR::Entities::Enumerations;
     return entity.EntityState() != Deleted && entity.EntityState() != Snapshot;
+}
+
+/// Whether two values are the same, or are both unknown.
+inline bool isSameNumber(double left, double right)
+{
+    return (std::isnan(left) && std::isnan(right)) || std::equal_to<double>()(left, right);
 }
 
 } // namespace DataAccess::Context

@@ -76,8 +76,11 @@ void copyContent(const Cable& from, Cable& to)
     to.SetComment(from.Comment());
     to.SetLength(from.Length());
     to.SetImportance(from.Importance());
-    to.SetQrCode(from.QrCode());
-    to.SetRatingMeasureID(from.ratingMeasureID());
+    // These two have no column: a cable that was loaded lacks them.
+    if (!from.QrCode().isNull())
+        to.SetQrCode(from.QrCode());
+    if (!from.ratingMeasureID().isNull())
+        to.SetRatingMeasureID(from.ratingMeasureID());
     to.SetStationAId(from.StationAId());
     to.SetStationBId(from.StationBId());
     to.SetTerminationAId(from.TerminationAId());

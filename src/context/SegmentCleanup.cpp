@@ -3,10 +3,13 @@
 #include "context/CableContext.h"
 #include "database/LoggingCategories.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <set>
+#include <optional>
+#include <tuple>
 
 namespace DataAccess::Context {
 
@@ -16,16 +19,53 @@ namespace {
 
 using SegmentPointer = std::shared_ptr<Segment>;
 using SegmentList = std::vector<SegmentPointer>;
-/// The live segments of one phase by index; of one index in the order of their last change, the latest first.
+/// The live segments of one phase by index; of one index those first that a rating has a value of, and of these, and of
+/// the others, those that were changed last.
 using Places = std::map<unsigned int, SegmentList>;
 
-bool wasChangedLater(const SegmentPointer& left, const SegmentPointer& right)
+/// The segments that the ratings of a network have values of. Only asked about segments that may be stored twice:
+/// reading all documents takes its time.
+class RatedSegments
 {
-    return std::make_pair(left->Timestamp(), left->Id()) > std::make_pair(right->Timestamp(), right->Id());
-}
+public:
+    explicit RatedSegments(const CableNetwork& network)
+        : m_network(network)
+    {}
 
-QHash<QUuid, Places> placesByPhase(const CableNetwork& network)
+    bool contains(const Segment& segment) const
+    {
+        if (!m_ids)
+            m_ids = read();
+        return m_ids->contains(segment.Id());
+    }
+
+private:
+    QSet<QUuid> read() const
+    {
+        QSet<QUuid> ids;
+        for (const auto& rating : m_network.of<Rating>()) {
+            const QStringList phases = isLive(*rating) ? rating->phaseKeys() : QStringList();
+            for (const QString& phase : phases) {
+                const QStringList segments = rating->segmentKeysForPhase(phase);
+                for (const QString& segment : segments)
+                    ids.insert(QUuid(segment));
+            }
+        }
+        return ids;
+    }
+
+    const CableNetwork& m_network;
+    mutable std::optional<QSet<QUuid>> m_ids;
+};
+
+QHash<QUuid, Places> placesByPhase(const CableNetwork& network, const RatedSegments& rated)
 {
+    const auto isKeptRather = [&rated](const SegmentPointer& left, const SegmentPointer& right) {
+        const auto rank = [&rated](const Segment& segment) {
+            return std::make_tuple(rated.contains(segment), segment.Timestamp(), segment.Id());
+        };
+        return rank(*left) > rank(*right);
+    };
     QHash<QUuid, Places> phases;
     for (const SegmentPointer& segment : network.of<Segment>()) {
         if (isLive(*segment) && !segment->PhaseId().isNull())
@@ -33,14 +73,9 @@ QHash<QUuid, Places> placesByPhase(const CableNetwork& network)
     }
     for (Places& places : phases) {
         for (auto& place : places)
-            std::sort(place.second.begin(), place.second.end(), wasChangedLater);
+            std::sort(place.second.begin(), place.second.end(), isKeptRather);
     }
     return phases;
-}
-
-bool isSameNumber(double left, double right)
-{
-    return (std::isnan(left) && std::isnan(right)) || std::equal_to<double>()(left, right);
 }
 
 bool hasSameContent(const Segment& left, const Segment& right)
@@ -59,6 +94,12 @@ void markDeleted(Segment& segment, const Segment& kept)
 bool isKnownLength(double length)
 {
     return std::isfinite(length) && length > 0;
+}
+
+/// Whether somebody entered @p segment: what older programs made of joints, without a word of their own, was not.
+bool isEntered(const Segment& segment)
+{
+    return isKnownLength(segment.Length()) || !segment.Name().isEmpty() || segment.InstallationDate().isValid();
 }
 
 /// Whether @p segment holds nothing that @p other does not hold too, or has no value for.
@@ -91,7 +132,8 @@ class JointRepair
 public:
     explicit JointRepair(const CableNetwork& network)
         : m_network(network)
-        , m_phases(placesByPhase(network))
+        , m_rated(network)
+        , m_phases(placesByPhase(network, m_rated))
     {
         for (const Places& places : qAsConst(m_phases))
             noteUses(places);
@@ -114,7 +156,7 @@ public:
     }
 
 private:
-    /// How many live segments have a detail, and how many of these can only be joints.
+    /// How many live segments have a detail, and how many of these nobody entered as a section.
     struct Uses
     {
         int all = 0;
@@ -154,19 +196,19 @@ private:
         }
         forEachBetweenSections(places, [this](const SegmentList& place) {
             for (const SegmentPointer& segment : place) {
-                if (!isKnownLength(segment->Length()))
+                if (!isEntered(*segment))
                     ++m_uses[segment->DetailId()].asJoint;
             }
         });
     }
 
-    /// A detail that says nothing of a section, and that only joints have, is a joint's.
+    /// A detail that says nothing of a section, and that only joints have, is a joint's. A type other than the default
+    /// one was chosen by somebody.
     void retype(SegmentDetail& detail)
     {
         const Uses uses = m_uses.value(detail.Id());
         const bool saysSection = !detail.InsulationId().isNull() || isKnownLength(detail.Velocity());
-        const auto type = m_network.find<SegmentType>(detail.TypeId());
-        const bool isWrong = detail.TypeId().isNull() || (type && !type->IsJoint());
+        const bool isWrong = detail.TypeId().isNull() || detail.TypeId() == m_defaults.cableType()->Id();
         const auto jointType = m_network.find<SegmentType>(m_defaults.jointType()->Id());
         if (!isWrong || saysSection || uses.all == 0 || uses.asJoint < uses.all || !isLive(detail) || !jointType ||
             !jointType->IsJoint())
@@ -176,15 +218,16 @@ private:
         detail.SetTypeId(jointType->Id());
     }
 
-    /// A piece of no length between two sections is a joint. Its detail is replaced when it is none, or when another
-    /// segment has it too.
+    /// A piece of no length, name or date between two sections is a joint. Its detail is replaced when it is none, or
+    /// when another segment has it too.
     void giveJointDetail(Segment& segment)
     {
         const QUuid detail = segment.DetailId();
         const auto jointDetail = m_network.find<SegmentDetail>(m_defaults.getSegmentDetailJointDefault()->Id());
         const bool isWrong = detail.isNull() || isOfType(segment, false);
         const bool isOnlyHere = !detail.isNull() && m_uses.value(detail).all < 2;
-        if (!isWrong || isOnlyHere || !isSameNumber(segment.Length(), 0) || !jointDetail || !isLive(*jointDetail))
+        if (!isWrong || isOnlyHere || isEntered(segment) || !isSameNumber(segment.Length(), 0) || !jointDetail ||
+            !isLive(*jointDetail))
             return;
         qCInfo(lcContext).noquote() << "Segment" << segment.Id().toString() << "is a joint; its detail"
                                     << detail.toString() << "becomes" << jointDetail->Id().toString();
@@ -202,7 +245,7 @@ private:
             const auto same = std::find_if(kept.begin(), kept.end(), [&segment](const SegmentPointer& other) {
                 return fitsInto(*segment, *other);
             });
-            if (same == kept.end()) {
+            if (same == kept.end() || m_rated.contains(*segment)) {
                 kept.push_back(segment);
                 continue;
             }
@@ -212,6 +255,7 @@ private:
     }
 
     const CableNetwork& m_network;
+    const RatedSegments m_rated;
     const CableContext::DefaultTypes m_defaults = CableContext::defaultTypes();
     QHash<QUuid, Places> m_phases;
     QHash<QUuid, Uses> m_uses;
@@ -221,14 +265,15 @@ private:
 
 void removeDuplicateSegments(const CableNetwork& network)
 {
-    for (const Places& places : placesByPhase(network)) {
+    const RatedSegments rated(network);
+    for (const Places& places : placesByPhase(network, rated)) {
         for (const auto& place : places) {
             SegmentList kept;
             for (const SegmentPointer& segment : place.second) {
                 const auto same = std::find_if(kept.begin(), kept.end(), [&segment](const SegmentPointer& other) {
                     return hasSameContent(*segment, *other);
                 });
-                if (same == kept.end())
+                if (same == kept.end() || rated.contains(*segment))
                     kept.push_back(segment);
                 else
                     markDeleted(*segment, **same);

@@ -1,30 +1,18 @@
 #include "database/Database.h"
 
-#include "database/ExecutionException.h"
+#include "database/Failure.h"
 #include "database/InvalidDbException.h"
 #include "database/LoggingCategories.h"
 #include "database/NotOpenException.h"
-#include "database/PostgresValueConverter.h"
-#include "database/QtRowReader.h"
-#include "database/QtRowWriter.h"
-#include "database/SQLite2ValueConverter.h"
-#include "database/SQLite3ValueConverter.h"
 #include "database/SharedConnection.h"
-#include "database/StatementError.h"
-#include "database/native/PostgresRowReader.h"
-#include "database/native/PostgresRowWriter.h"
-#include "database/native/SqliteRowReader.h"
-#include "database/native/SqliteRowWriter.h"
+#include "database/native/ConnectionState.h"
 
 #include <QSqlDatabase>
-#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlResult>
 #include <QThread>
-#include <QVariant>
 
-#include <algorithm>
 #include <utility>
 
 namespace DataAccess::Database {
@@ -112,132 +100,56 @@ void Database::requireValid() const
     throw InvalidDbException("QSqlDatabase invalid");
 }
 
-bool Database::open()
+bool Database::isConnected() const
 {
-    requireValid();
-    if (m_connection->open())
+    if (!m_connection->handle().isOpen())
+        return false;
+    const QString reason = Native::endWhileIdle(m_connection->handle());
+    if (reason.isEmpty())
+        return true;
+    qCWarning(lcDatabase) << "Connection was ended by the server:" << m_config->ConnectionName() << reason;
+    return false;
+}
+
+bool Database::reopen()
+{
+    resetQuery();
+    m_connection->close();
+    const bool isOpen = m_connection->open();
+    m_query = QSqlQuery(m_connection->handle()); // There may be a reference to it.
+    if (isOpen)
         return true;
     qCCritical(lcDatabase) << "Can't open connection" << m_connection->openError();
     return false;
 }
 
-void Database::requireOpen()
+bool Database::hasFoundDead()
 {
-    if (!open())
-        throw NotOpenException("Can't open Connection");
+    return !m_connection->handle().isOpen() && !m_connection->session().hasLostTransaction();
 }
 
 void Database::resetQuery()
 {
     m_query = emptyQuery();
     m_prepared.clear();
-}
-
-void Database::fail(const QSqlQuery& query)
-{
-    // What was prepared may be lost together with the connection.
-    m_prepared.clear();
-    throwStatementError(query.lastError().text());
+    m_isWithoutConnection = false;
 }
 
 bool Database::Connect()
 {
     const auto lock = lockConnection();
-    return open();
+    requireValid();
+    return isConnected() || reopen();
 }
 
 bool Database::Disconnect()
 {
     const auto lock = lockConnection();
     requireValid();
+    m_connection->session().abandonRows();
     resetQuery();
     m_connection->close();
     return !m_connection->handle().isOpen();
-}
-
-bool Database::Exec(QSqlQuery& query)
-{
-    const auto lock = lockConnection();
-    requireOpen();
-    if (!query.exec())
-        fail(query);
-    return true;
-}
-
-bool Database::ExecBatch(QSqlQuery& query)
-{
-    const auto lock = lockConnection();
-    requireOpen();
-    if (!query.execBatch(QSqlQuery::ValuesAsRows))
-        fail(query);
-    return true;
-}
-
-QSqlQuery Database::run(const QString& sql, bool forwardOnly)
-{
-    const auto lock = lockConnection();
-    requireOpen();
-    QSqlQuery query(m_connection->handle());
-    query.setForwardOnly(forwardOnly);
-    if (!query.exec(sql) || query.lastError().isValid())
-        fail(query);
-    return query;
-}
-
-QSqlQuery Database::Exec(const QString& sql)
-{
-    return run(sql, true);
-}
-
-std::unique_ptr<Interfaces::IRowReader> Database::Read(const QString& sql)
-{
-    const auto lock = lockConnection();
-    requireOpen();
-    m_prepared.clear();
-    const QSqlDriver& driver = *m_connection->handle().driver();
-    const bool postgres = m_config->Type() == Enumerations::Postgres;
-    std::unique_ptr<Interfaces::IRowReader> reader;
-    if (postgres)
-        reader = Native::postgresRowReader(driver, sql);
-    else if (m_config->Type() == Enumerations::SQLite3)
-        reader = Native::sqliteRowReader(driver, sql);
-    // Forwards only, PostgreSQL's driver would ask for one row at a time, which takes much longer than a whole result.
-    return reader ? std::move(reader) : std::make_unique<QtRowReader>(*this, run(sql, !postgres));
-}
-
-std::unique_ptr<Interfaces::IRowWriter> Database::Write(const QString& statement, std::function<void()> written)
-{
-    const auto lock = lockConnection();
-    requireOpen();
-    m_prepared.clear();
-    QSqlQuery query(m_connection->handle());
-    std::unique_ptr<Interfaces::IRowWriter> writer;
-    if (m_config->Type() == Enumerations::Postgres)
-        writer = Native::postgresRowWriter(query, statement, written);
-    if (!writer && !query.prepare(statement))
-        throw ExecutionException(query.lastError().text().toLocal8Bit().constData());
-    if (m_config->Type() == Enumerations::SQLite3)
-        writer = Native::sqliteRowWriter(query, written);
-    return writer ? std::move(writer) : std::make_unique<QtRowWriter>(*this, query, std::move(written));
-}
-
-QStringList Database::Tables()
-{
-    const auto lock = lockConnection();
-    requireOpen();
-    // A list that cannot be read comes back empty, without an error: a locked file must not pass for a fresh one. Asked
-    // first, it is waited for once only.
-    const bool sqlite = m_config->Type() != Enumerations::Postgres;
-    QSqlQuery check = Exec(sqlite ? QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table'")
-                                  : QStringLiteral("SELECT 0"));
-    const bool expected = !check.next() || check.value(0).toInt() != 0;
-    check.finish();
-    QStringList tables = m_connection->handle().tables(QSql::Tables);
-    if (tables.isEmpty() && expected)
-        throw ExecutionException("The tables of the database cannot be listed");
-    const auto isSystemTable = [](const QString& name) { return name.startsWith(QLatin1String("sqlite_")); };
-    tables.erase(std::remove_if(tables.begin(), tables.end(), isSystemTable), tables.end());
-    return tables;
 }
 
 std::shared_ptr<Interfaces::IConfig> Database::Config()
@@ -248,78 +160,32 @@ std::shared_ptr<Interfaces::IConfig> Database::Config()
 Transaction Database::Transaction()
 {
     const auto lock = lockConnection();
-    requireOpen();
-    return ::DataAccess::Database::Transaction(&m_connection->handle());
+    return begin(false);
 }
 
-std::shared_ptr<Interfaces::IValueConverter> Database::Converter()
-{
-    return Converter(Query());
-}
-
-std::shared_ptr<Interfaces::IValueConverter> Database::Converter(QSqlQuery& query)
-{
-    switch (m_config ? m_config->Type() : Enumerations::None) {
-    case Enumerations::SQLite2:
-        return std::make_shared<Converter::SQLite2ValueConverter>(query);
-    case Enumerations::SQLite3:
-        return std::make_shared<Converter::SQLite3ValueConverter>(query);
-    case Enumerations::Postgres:
-        return std::make_shared<Converter::PostgresValueConverter>(query);
-    default:
-        return nullptr;
-    }
-}
-
-QSqlQuery& Database::Query()
+Transaction Database::WriteTransaction()
 {
     const auto lock = lockConnection();
-    Connect();
-    resetQuery();
-    m_query = QSqlQuery(m_connection->handle());
-    return m_query;
+    // The working copy of a legacy file is a database of SQLite 3, too.
+    return begin(m_config && m_config->Type() != Enumerations::Postgres);
 }
 
-QSqlQuery& Database::PreparedQuery(const QString& statement)
+Transaction Database::begin(bool locked)
 {
-    const auto lock = lockConnection();
-    if (m_prepared.isNull() || m_prepared != statement) {
-        if (Query().prepare(statement))
-            m_prepared = statement;
+    const auto attempt = [&] {
+        requireReady();
+        return ::DataAccess::Database::Transaction(m_connection->handle(), m_connection->session(), locked);
+    };
+    auto transaction = attempt();
+    if (!transaction.isOpen() && hasFoundDead())
+        transaction = attempt();
+    if (!transaction.isOpen()) {
+        const bool isUnavailable = transaction.isUnavailable();
+        qCCritical(lcDatabase) << "Can't begin a transaction:" << transaction.lastError();
+        FailureWatch::report(
+            {transaction.lastError(), isUnavailable ? Failure::Kind::Unavailable : Failure::Kind::Statement, {}, {}});
     }
-    return m_query;
-}
-
-quint64 Database::NextId(const QString& table)
-{
-    const auto lock = lockConnection();
-    requireOpen();
-    QSqlQuery& query = Query();
-    query.setForwardOnly(true);
-    const QString statement = m_config->Type() == Enumerations::Postgres
-                                  ? QStringLiteral("SELECT nextval('%1_s')")
-                                  : QStringLiteral("SELECT IFNULL(MAX(OID),0) + 1 FROM \"%1\" LIMIT 1");
-    if (!query.prepare(statement.arg(table)))
-        fail(query);
-    Exec(query);
-    if (!query.next())
-        throw ExecutionException(query.lastError().text().toLocal8Bit().constData());
-    const QVariant value = query.value(0);
-    query.finish(); // A select that is under way keeps the table from being changed.
-    bool converted = false;
-    const quint64 id = value.toULongLong(&converted);
-    if (!converted) {
-        const QString text = QStringLiteral("%1 can't convert '%2' to id").arg(table, value.toString());
-        throw ExecutionException(text.toLocal8Bit().constData());
-    }
-    return id;
-}
-
-bool Database::CreateSequence(const QString& name)
-{
-    if (!m_config || m_config->Type() != Enumerations::Postgres)
-        return true;
-    return !Exec(QStringLiteral("CREATE SEQUENCE %1_s").arg(name)).lastError().isValid();
+    return transaction;
 }
 
 bool Database::WasBlockedByStartup() const

@@ -37,6 +37,7 @@ public:
     bool ExecBatch(QSqlQuery& query) override;
     QStringList Tables() override;
     std::shared_ptr<Interfaces::IConfig> Config() override;
+    /// Logs and reports why, when the transaction cannot be started.
     ::DataAccess::Database::Transaction Transaction() override;
     std::shared_ptr<Interfaces::IValueConverter> Converter() override;
     std::shared_ptr<Interfaces::IValueConverter> Converter(QSqlQuery& query) override;
@@ -51,6 +52,7 @@ public:
     QSqlQuery& PreparedQuery(const QString& statement) override;
     std::unique_ptr<Interfaces::IRowReader> Read(const QString& sql) override;
     std::unique_ptr<Interfaces::IRowWriter> Write(const QString& statement, std::function<void()> written) override;
+    ::DataAccess::Database::Transaction WriteTransaction() override;
 
     /// Takes the connection along to @p thread; called before the object itself is moved there.
     void moveConnectionToThread(QThread* thread);
@@ -60,11 +62,19 @@ public:
 private:
     std::unique_lock<std::recursive_mutex> lockConnection() const;
     void requireValid() const;
-    bool open();
-    void requireOpen();
+    /// Whether the connection is open and, as far as is known without asking, has not been ended by the server.
+    bool isConnected() const;
+    /// Opens the connection, which is closed or was ended. Prepared statements go with it.
+    bool reopen();
+    /// Lets a statement run: on an open connection, after the rows that are under way, and not after the transaction
+    /// that it would have belonged to. Prepares @p query again when that takes a new connection. Throws DbException.
+    void requireReady(QSqlQuery* query = nullptr);
+    /// Whether the last statement has found a connection dead on which nothing else was under way: if it has changed
+    /// nothing, it may be tried once more.
+    bool hasFoundDead();
     void resetQuery();
-    /// Runs a text on a query of its own.
-    QSqlQuery run(const QString& sql, bool forwardOnly);
+    std::unique_ptr<Interfaces::IRowReader> read(const QString& sql);
+    ::DataAccess::Database::Transaction begin(bool locked);
     [[noreturn]] void fail(const QSqlQuery& query);
 
     std::shared_ptr<SharedConnection> m_connection;
@@ -72,6 +82,8 @@ private:
     QSqlQuery m_query;
     /// What m_query is prepared with; null when it is not known.
     QString m_prepared;
+    /// m_query was made in vain: the connection could not be opened.
+    bool m_isWithoutConnection = false;
 };
 
 } // namespace DataAccess::Database

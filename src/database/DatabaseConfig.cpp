@@ -1,5 +1,6 @@
 #include "database/DatabaseConfig.h"
 
+#include "database/FilePath.h"
 #include "database/LoggingCategories.h"
 #include "database/SettingsFile.h"
 
@@ -46,6 +47,13 @@ void writeIfSet(QSettings& settings, const QString& key, const QString& value)
 {
     if (!value.isEmpty())
         settings.setValue(key, value);
+}
+
+/// The settings file, to write @p config there; null when there is nothing to write, or nothing can be written.
+std::unique_ptr<SettingsFile> toChange(const std::shared_ptr<IConfig>& config)
+{
+    auto file = config ? SettingsFile::open() : nullptr;
+    return file && file->prepareChange() ? std::move(file) : nullptr;
 }
 
 QString text(const QSettings& settings, const QString& key)
@@ -197,10 +205,10 @@ void DatabaseConfig::validate()
 
 void DatabaseConfig::AddConfig(const std::shared_ptr<IConfig>& config)
 {
-    if (!config)
+    const auto file = toChange(config);
+    if (!file)
         return;
-    SettingsFile file;
-    QSettings& settings = file.settings();
+    QSettings& settings = file->settings();
     settings.beginGroup(s_group);
     settings.beginGroup(config->ConnectionName());
     settings.setValue(s_type, static_cast<int>(config->Type()));
@@ -213,32 +221,40 @@ void DatabaseConfig::AddConfig(const std::shared_ptr<IConfig>& config)
         settings.setValue(s_port, config->Port());
     settings.endGroup();
     settings.endGroup();
-    file.save();
+    file->save();
 }
 
 void DatabaseConfig::RemoveConfig(const std::shared_ptr<IConfig>& config)
 {
     if (!config)
         return;
-    SettingsFile file;
-    QSettings& settings = file.settings();
-    if (!settings.contains(QStringLiteral("QOR/%1/ConnectionName").arg(config->ConnectionName())))
+    // The store leaves out empty parts of a key: it would remove the group of all configurations.
+    if (QString(config->ConnectionName()).remove(QLatin1Char('/')).isEmpty()) {
+        qCWarning(lcDatabaseConfig) << "A configuration without a name is not in the settings";
+        return;
+    }
+    const auto file = SettingsFile::open();
+    if (!file)
+        return;
+    QSettings& settings = file->settings();
+    if (!settings.contains(QStringLiteral("QOR/%1/ConnectionName").arg(config->ConnectionName())) ||
+        !file->prepareChange())
         return;
     settings.beginGroup(s_group);
     settings.remove(config->ConnectionName());
     settings.endGroup();
-    file.save();
+    file->save();
 }
 
 void DatabaseConfig::SetDefaultConfig(const std::shared_ptr<IConfig>& config)
 {
-    if (!config)
+    const auto file = toChange(config);
+    if (!file)
         return;
-    SettingsFile file;
-    file.settings().beginGroup(s_group);
-    file.settings().setValue(s_default, config->ConnectionName());
-    file.settings().endGroup();
-    file.save();
+    file->settings().beginGroup(s_group);
+    file->settings().setValue(s_default, config->ConnectionName());
+    file->settings().endGroup();
+    file->save();
     AddConfig(config);
 }
 
@@ -263,8 +279,10 @@ bool DatabaseConfig::LoadConfig(QSettings& settings, const QUuid& id, DatabaseCo
 std::vector<std::shared_ptr<IConfig>> DatabaseConfig::GetConfiguartions()
 {
     std::vector<std::shared_ptr<IConfig>> configurations;
-    SettingsFile file;
-    QSettings& settings = file.settings();
+    const auto file = SettingsFile::open();
+    if (!file)
+        return configurations;
+    QSettings& settings = file->settings();
     if (!settings.childGroups().contains(s_group, Qt::CaseSensitive))
         return configurations;
     settings.beginGroup(s_group);
@@ -298,15 +316,16 @@ std::shared_ptr<IConfig> DatabaseConfig::DefaultConfig()
     config->SetDatabaseName(DefaultDatabasePath());
     config->SetType(Enumerations::SQLite3);
 
-    SettingsFile file;
-    file.settings().beginGroup(s_group);
-    const QUuid stored(text(file.settings(), s_default));
-    if (!stored.isNull())
-        LoadConfig(file.settings(), stored, *config);
-    file.settings().endGroup();
+    if (const auto file = SettingsFile::open()) {
+        file->settings().beginGroup(s_group);
+        const QUuid stored(text(file->settings(), s_default));
+        if (!stored.isNull())
+            LoadConfig(file->settings(), stored, *config);
+        file->settings().endGroup();
+    }
 
     if (config->Type() == Enumerations::SQLite2 || config->Type() == Enumerations::SQLite3) {
-        const QFileInfo database(config->DatabaseName());
+        const QFileInfo database(filePath(config->DatabaseName()));
         if (!database.exists()) {
             qCDebug(lcDatabaseConfig) << "[" << config->ConnectionName()
                                       << "] File not exists:" << config->DatabaseName();

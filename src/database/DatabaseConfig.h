@@ -13,8 +13,9 @@ namespace DataAccess::Database {
 /**
  * The configuration of one database, and the store that keeps configurations in the user's settings file.
  *
- * The static operations are meant for the main thread. They never throw: a settings file that cannot be written is
- * logged (category "qor.database.config"). A configuration is not synchronised; a database only reads it.
+ * The static operations are meant for the main thread. They never throw: a settings file that cannot be written, or is
+ * no regular file, is logged (category "qor.database.config") and left alone. One that is a link is read, and replaced
+ * by a file of its own when something is written. A configuration is not synchronised; a database only reads it.
  */
 class DATAACCESS_EXPORT DatabaseConfig : public Interfaces::IConfig
 {
@@ -49,7 +50,8 @@ public:
 
     /// Writes @p config into the settings file under its connection name. Empty credentials leave stored ones alone.
     static void AddConfig(const std::shared_ptr<Interfaces::IConfig>& config);
-    /// Deletes @p config from the settings file; one that is not stored changes nothing.
+    /// Deletes @p config from the settings file; one that is not stored, or has no name, changes
+    /// nothing.
     static void RemoveConfig(const std::shared_ptr<Interfaces::IConfig>& config);
     /// Writes @p config and records it as the default.
     static void SetDefaultConfig(const std::shared_ptr<Interfaces::IConfig>& config);

@@ -4,9 +4,12 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace DataAccess::Interfaces {
 class IDatabase;
-}
+class IValueConverter;
+} // namespace DataAccess::Interfaces
 namespace QOR::Entities::Interfaces {
 class IEntity;
 }
@@ -14,8 +17,9 @@ class IEntity;
 namespace DataAccess::Database {
 
 /**
- * The statements that are the same for every entity table, for use inside jobs. They never throw: a failed statement is
- * logged (category "qor.database") and answered with 0 or false.
+ * The statements that are the same for every entity table, for use inside jobs. They never throw: what fails is logged
+ * (category "qor.database"), reported to the FailureWatch, and answered with 0 or false. Whoever changes a row that is
+ * not there has failed, too.
  */
 class DATAACCESS_EXPORT GenericDml
 {
@@ -28,6 +32,12 @@ public:
     /// Deletes the row of @p entity. False also for no entity and for one without an id.
     static bool removeFromTable(Interfaces::IDatabase& db, QOR::Entities::Interfaces::IEntity* entity,
                                 const QString& table);
+
+    /// Runs @p statement, which changes the row of @p entity in @p table, with the values that @p bind binds. False
+    /// also for no entity and for one without an id. Logs on behalf of @p function.
+    static bool changeRow(Interfaces::IDatabase& db, const QOR::Entities::Interfaces::IEntity* entity,
+                          const QString& table, const QString& statement,
+                          const std::function<void(Interfaces::IValueConverter&)>& bind, const char* function);
 };
 
 } // namespace DataAccess::Database

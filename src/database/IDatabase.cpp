@@ -1,10 +1,8 @@
 #include "database/IDatabase.h"
 
-#include "database/ExecutionException.h"
 #include "database/QtRowReader.h"
 #include "database/QtRowWriter.h"
-
-#include <QSqlError>
+#include "database/StatementError.h"
 
 #include <utility>
 
@@ -39,7 +37,7 @@ std::unique_ptr<IRowWriter> IDatabase::Write(const QString& statement, std::func
 {
     QSqlQuery& query = Query();
     if (!query.prepare(statement))
-        throw Exceptions::ExecutionException(query.lastError().text().toLocal8Bit().constData());
+        throw Database::failureOf(query);
     // A copy of its own: the connection's query is free for others.
     return std::make_unique<Database::QtRowWriter>(*this, query, std::move(written));
 }

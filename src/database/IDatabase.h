@@ -40,7 +40,7 @@ public:
     virtual bool Disconnect() = 0;
     /// Runs a prepared query. Never false: throws ExecutionException with the driver's text.
     virtual bool Exec(QSqlQuery& query) = 0;
-    /// Runs one statement; the query returned holds its result and walks it forwards only. Throws ExecutionException.
+    /// Runs one statement; the query returned holds its result, to be walked forwards. Throws ExecutionException.
     virtual QSqlQuery Exec(const QString& sql) = 0;
     /// Runs a prepared query once for each row of its list-valued bindings. Throws ExecutionException.
     virtual bool ExecBatch(QSqlQuery& query) = 0;

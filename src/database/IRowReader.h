@@ -25,6 +25,8 @@ public:
     virtual const IValueConverter& row() const = 0;
     /// What ended the reading before the last row, in the driver's words; empty when nothing did.
     virtual QString error() const = 0;
+    /// Whether that was because the database is locked or out of reach.
+    virtual bool isUnavailable() const;
 };
 
 } // namespace DataAccess::Interfaces

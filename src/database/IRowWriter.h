@@ -26,6 +26,10 @@ public:
     virtual void run() = 0;
     /// Waits for all rows sent, and frees the connection for other statements. Throws ExecutionException.
     virtual void finish() = 0;
+
+    /// Whether the row just told as written is one of the table: an update of a row that is not there writes none. To
+    /// be asked while it is told, before another statement runs; true where that is not known.
+    virtual bool touchedRow() const;
 };
 
 } // namespace DataAccess::Interfaces

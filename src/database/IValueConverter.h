@@ -20,10 +20,10 @@ namespace DataAccess::Interfaces {
 /**
  * Binds values to a query and reads them from it in the form in which one backend stores them.
  *
- * Binding throws ExecutionException for a value that no backend gives back as it was: a text with NUL characters, lone
- * surrogates or one of the noncharacters U+FFFE and U+FFFF, a date outside the years 1 to 9999, and an integer above
- * the largest signed one. A null text and an invalid date are bound as NULL. Reading never throws: what does not
- * convert gives the type's default value, and NaN for a floating type and NULL.
+ * Binding throws ExecutionException, which names the property but not the value, for a value that no backend gives back
+ * as it was: a text with NUL characters, lone surrogates or one of the noncharacters U+FFFE and U+FFFF, a date outside
+ * the years 1 to 9999, and an integer above the largest signed one. A null text and an invalid date are bound as NULL.
+ * Reading never throws: what does not convert gives the type's default value, and NaN for a floating type and NULL.
  */
 class DATAACCESS_EXPORT IValueConverter
 {

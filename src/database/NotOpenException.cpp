@@ -2,6 +2,10 @@
 
 namespace DataAccess::Exceptions {
 
+NotOpenException::NotOpenException(const char* message)
+    : DbException(message, true)
+{}
+
 NotOpenException::~NotOpenException() = default;
 
 Enumerations::ExceptionType NotOpenException::type() const

@@ -9,6 +9,8 @@ class DATAACCESS_EXPORT NotOpenException final : public DbException
 {
 public:
     using DbException::DbException;
+    /// Says that the database is out of reach.
+    explicit NotOpenException(const char* message);
     ~NotOpenException() override;
 
     Enumerations::ExceptionType type() const override;

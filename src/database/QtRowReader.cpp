@@ -1,12 +1,18 @@
 #include "database/QtRowReader.h"
 
 #include "database/IDatabase.h"
+#include "database/StatementError.h"
 
 #include <QSqlError>
 
 namespace DataAccess {
 
 Interfaces::IRowReader::~IRowReader() = default;
+
+bool Interfaces::IRowReader::isUnavailable() const
+{
+    return false;
+}
 
 namespace Database {
 
@@ -28,6 +34,11 @@ const Interfaces::IValueConverter& QtRowReader::row() const
 QString QtRowReader::error() const
 {
     return m_query.lastError().isValid() ? m_query.lastError().text() : QString();
+}
+
+bool QtRowReader::isUnavailable() const
+{
+    return failureOf(m_query).isUnavailable();
 }
 
 } // namespace Database

@@ -22,6 +22,7 @@ public:
     bool next() override;
     const Interfaces::IValueConverter& row() const override;
     QString error() const override;
+    bool isUnavailable() const override;
 
 private:
     QSqlQuery m_query;

@@ -8,6 +8,11 @@ namespace DataAccess {
 
 Interfaces::IRowWriter::~IRowWriter() = default;
 
+bool Interfaces::IRowWriter::touchedRow() const
+{
+    return true;
+}
+
 namespace Database {
 
 QtRowWriter::QtRowWriter(Interfaces::IDatabase& db, const QSqlQuery& query, std::function<void()> written)
@@ -30,6 +35,11 @@ void QtRowWriter::run()
 
 void QtRowWriter::finish()
 {}
+
+bool QtRowWriter::touchedRow() const
+{
+    return m_query.numRowsAffected() != 0;
+}
 
 } // namespace Database
 } // namespace DataAccess

@@ -23,6 +23,7 @@ public:
     Interfaces::IValueConverter& values() override;
     void run() override;
     void finish() override;
+    bool touchedRow() const override;
 
 private:
     Interfaces::IDatabase& m_db;

@@ -21,13 +21,13 @@ SQLite3ValueConverter::~SQLite3ValueConverter() = default;
 
 void SQLite3ValueConverter::bindValue(const QString& placeholder, const QDate& value)
 {
-    requireStorable(value);
+    requireStorable(placeholder, value);
     bind(placeholder, Database::SQLiteDateTime::format(value));
 }
 
 void SQLite3ValueConverter::bindValue(const QString& placeholder, const QDateTime& value)
 {
-    requireStorable(value.date());
+    requireStorable(placeholder, value.date());
     bindTime(placeholder, value, &Database::SQLiteDateTime::format);
 }
 

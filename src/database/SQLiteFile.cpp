@@ -72,6 +72,9 @@ QSqlError SQLiteFile::enter(const QString& path)
     leave();
     if (path.isEmpty())
         return unusable("The database file has no name");
+    // SQLite would take the name to end there, and so another file.
+    if (path.contains(QChar(QChar::Null)))
+        return unusable("The name of the database file has a NUL character");
     if (path == QLatin1String(":memory:"))
         return {};
     OpenFiles& open = openFiles();

@@ -1,5 +1,6 @@
 #include "database/SharedConnection.h"
 
+#include "database/FilePath.h"
 #include "database/IConfig.h"
 #include "database/LoggingCategories.h"
 #include "database/sqlite2/Sqlite2Driver.h"
@@ -32,6 +33,13 @@ QString driverName(DatabaseType type)
     }
 }
 
+/// What the driver is to open.
+QString databaseName(Interfaces::IConfig& config)
+{
+    const bool isFile = config.Type() == Enumerations::SQLite2 || config.Type() == Enumerations::SQLite3;
+    return isFile ? filePath(config.DatabaseName()) : config.DatabaseName();
+}
+
 /// The connections by name, and the lock that every registration and look-up holds.
 struct Registry
 {
@@ -44,6 +52,11 @@ Registry& registry()
     // Never destroyed: a database may still end after the static objects of the process.
     static auto* const instance = new Registry;
     return *instance;
+}
+
+QSqlError nameInUse()
+{
+    return {QString(), QStringLiteral("The connection name is in use for another database"), QSqlError::UnknownError};
 }
 
 QSqlDatabase addConnection(const QString& name, const SharedConnection::Target& target)
@@ -79,15 +92,17 @@ SharedConnection::SharedConnection(const QSqlDatabase& handle, Target target)
 std::shared_ptr<SharedConnection> SharedConnection::acquire(Interfaces::IConfig& config)
 {
     const QString name = config.ConnectionName();
-    Target target{config.Type(), config.DatabaseName(), config.HostName(),
-                  config.Port(), config.UserName(),     config.Password()};
+    Target target{config.Type(), databaseName(config), config.HostName(),
+                  config.Port(), config.UserName(),    config.Password()};
     Registry& registered = registry();
     const std::lock_guard<std::mutex> lock(registered.mutex);
 
     std::shared_ptr<SharedConnection> connection = registered.connections.value(name);
     if (connection && connection->m_users > 0 && !(connection->m_target == target)) {
         qCCritical(lcDatabase) << "Connection name in use for another database:" << name;
-        return std::make_shared<SharedConnection>(QSqlDatabase(), std::move(target));
+        connection = std::make_shared<SharedConnection>(QSqlDatabase(), std::move(target));
+        connection->m_openError = nameInUse();
+        return connection;
     }
     if (connection && connection->m_users == 0 && connection->abandon(target)) {
         registered.connections.remove(name);

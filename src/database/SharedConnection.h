@@ -2,6 +2,7 @@
 
 #include "database/DatabaseType.h"
 #include "database/SQLiteFile.h"
+#include "database/Session.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -55,6 +56,8 @@ public:
     std::recursive_mutex& mutex() { return m_mutex; }
     QSqlDatabase& handle() { return m_handle; }
     const QSqlDatabase& handle() const { return m_handle; }
+    /// What is under way on the connection.
+    Session& session() { return m_session; }
 
     /// Opens the connection unless it is open. On SQLite also makes sure that the file can be read as a database.
     bool open();
@@ -77,6 +80,7 @@ private:
 
     std::recursive_mutex m_mutex;
     QSqlDatabase m_handle;
+    Session m_session{m_handle};
     SQLiteFile m_file;
     Target m_target;
     QSqlError m_openError;

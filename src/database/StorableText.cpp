@@ -2,6 +2,8 @@
 
 #include "database/ExecutionException.h"
 
+#include <QByteArray>
+
 namespace DataAccess::Converter {
 
 namespace {
@@ -21,15 +23,22 @@ bool isStorable(const QString& text)
 
 } // namespace
 
-QString storable(const QString& text)
+QString storable(const QString& text, const QString& placeholder)
 {
     if (!isStorable(text))
-        throw Exceptions::ExecutionException(
-            "A text with NUL characters, lone surrogates or noncharacters cannot be stored");
+        refuseValue("A text with NUL characters, lone surrogates or noncharacters cannot be stored", placeholder);
     // A leading byte order mark counts as no part of the text, for SQLite where it is bound and for PostgreSQL's driver
     // where it is read; a second one does.
     constexpr QChar byteOrderMark(QChar::ByteOrderMark);
     return text.startsWith(byteOrderMark) ? byteOrderMark + text : text;
+}
+
+void refuseValue(const char* reason, const QString& placeholder)
+{
+    QByteArray text(reason);
+    if (!placeholder.isNull())
+        text += " as \"" + placeholder.midRef(1).toLocal8Bit() + '"';
+    throw Exceptions::ExecutionException(text.constData());
 }
 
 } // namespace DataAccess::Converter

@@ -1,7 +1,13 @@
 #include "database/Transaction.h"
 
+#include "database/DbException.h"
+#include "database/Session.h"
+#include "database/StatementError.h"
+#include "database/native/ConnectionState.h"
+
 #include <QSqlDatabase>
 #include <QSqlDriver>
+#include <QSqlQuery>
 
 #include <utility>
 
@@ -10,60 +16,134 @@ namespace DataAccess::Database {
 Transaction::Transaction(QSqlDatabase* db)
     : m_db(db)
 {
-    if (m_db != nullptr && !(m_db->isValid() && m_db->transaction()))
-        m_db = nullptr;
+    begin(false);
+}
+
+Transaction::Transaction(QSqlDatabase& db, Session& session, bool locked)
+    : m_db(&db)
+{
+    if (begin(locked))
+        m_held = session.hold();
 }
 
 Transaction::Transaction(Transaction&& other) noexcept
     : m_db(std::exchange(other.m_db, nullptr))
+    , m_held(std::move(other.m_held))
+    , m_lastError(other.m_lastError)
+    , m_isUnavailable(other.m_isUnavailable)
 {}
 
 Transaction& Transaction::operator=(Transaction&& other) noexcept
 {
-    if (this != &other)
+    if (this != &other) {
         m_db = std::exchange(other.m_db, nullptr);
+        m_held = std::move(other.m_held);
+        m_lastError = other.m_lastError;
+        m_isUnavailable = other.m_isUnavailable;
+    }
     return *this;
 }
 
 Transaction::~Transaction()
 {
-    if (m_db != nullptr)
-        m_db->rollback();
+    if (m_db == nullptr || wasLost())
+        return;
+    if (m_held)
+        m_held->session.abandonRows();
+    m_db->rollback();
+}
+
+bool Transaction::begin(bool locked)
+{
+    if (m_db == nullptr || !m_db->isValid()) {
+        fail(QStringLiteral("The connection is invalid"), true);
+    } else if (!Native::canBegin(*m_db)) {
+        fail(QStringLiteral("A transaction is open already"), false);
+    } else if (locked) {
+        QSqlQuery query(*m_db);
+        if (query.exec(QStringLiteral("BEGIN IMMEDIATE")))
+            return true;
+        const Exceptions::ExecutionException failure = failureOf(query);
+        fail(QString::fromLocal8Bit(failure.what()), failure.isUnavailable());
+    } else if (m_db->transaction()) {
+        return true;
+    } else {
+        failByDriver();
+    }
+    m_db = nullptr;
+    return false;
 }
 
 bool Transaction::commit()
 {
-    if (m_db == nullptr || !m_db->commit())
-        return false;
-    m_db = nullptr;
+    if (m_db == nullptr || wasLost())
+        return refuse();
+    try {
+        if (m_held)
+            m_held->session.settleRows();
+    } catch (const Exceptions::DbException& error) {
+        return fail(QString::fromLocal8Bit(error.what()), error.isUnavailable());
+    }
+    if (!m_db->commit())
+        return failByDriver();
+    close();
     return true;
 }
 
 bool Transaction::rollback()
 {
-    if (m_db == nullptr || !m_db->rollback())
-        return false;
-    m_db = nullptr;
+    if (!isOpen())
+        return refuse();
+    if (m_held)
+        m_held->session.abandonRows();
+    if (!m_db->rollback())
+        return failByDriver();
+    close();
     return true;
+}
+
+void Transaction::close()
+{
+    m_db = nullptr;
+    m_held.reset();
+}
+
+/// A guard without a transaction is asked to end it. Keeps the reason why there is none. Gives false.
+bool Transaction::refuse()
+{
+    if (!m_lastError.isEmpty())
+        return false;
+    return m_held ? fail(QStringLiteral("The database has ended the transaction by itself"), true)
+                  : fail(QStringLiteral("No transaction is open"), false);
+}
+
+bool Transaction::fail(const QString& reason, bool isUnavailable)
+{
+    m_lastError = reason;
+    m_isUnavailable = isUnavailable;
+    return false;
+}
+
+bool Transaction::failByDriver()
+{
+    const QSqlError error = m_db->lastError();
+    const QString words = error.text().trimmed();
+    return fail(words.isEmpty() ? QStringLiteral("The database refused without a reason") : words,
+                ::DataAccess::Database::isUnavailable(error) || !m_db->isOpen() || Native::metLock(*m_db));
 }
 
 bool Transaction::isOpen() const
 {
-    return m_db != nullptr;
+    return m_db != nullptr && !(m_held && m_held->isLost);
 }
 
 bool Transaction::wasLost()
 {
-    if (m_db == nullptr)
+    const bool isKnown = m_held && m_held->isLost;
+    if (!isKnown && (m_db == nullptr || Native::hasTransaction(*m_db)))
         return false;
-    // PostgreSQL keeps a failed transaction until it is rolled back, but it ends with the connection; what follows
-    // would go over a new one.
-    if (m_db->isOpen()) {
-        // SQLite has no nested transactions: one can be started only when the old one is gone.
-        if (m_db->driver()->dbmsType() != QSqlDriver::SQLite || !m_db->transaction())
-            return false;
-        m_db->rollback();
-    }
+    if (m_held)
+        m_held->isLost = true;
     m_db = nullptr;
     return true;
 }

@@ -2,18 +2,26 @@
 
 #include "database/DataAccessExport.h"
 
+#include <QString>
+
+#include <memory>
+
 class QSqlDatabase;
 
 namespace DataAccess::Database {
 
+class Session;
+struct HeldTransaction;
+
 /**
  * A transaction of one connection, rolled back when the guard ends while it is open. Used on the worker thread only.
- * Nothing here throws or logs. On SQLite the write lock is taken by the first write, not here.
+ * Nothing here throws or logs.
  */
 class DATAACCESS_EXPORT Transaction
 {
 public:
-    /// Starts a transaction on @p db, which must outlive the guard. The guard is closed when that fails.
+    /// Starts a transaction on @p db, which must outlive the guard. The guard is closed when that fails, and when one
+    /// is open on the connection already. On SQLite the write lock is taken by the first write, not here.
     explicit Transaction(QSqlDatabase* db);
     Transaction(Transaction&& other) noexcept;
     /// Takes over @p other. A transaction that this guard still held is left to the connection.
@@ -30,13 +38,32 @@ public:
 
     /**
      * Whether the backend has ended the transaction by itself, as SQLite does after an input/output error or on a full
-     * disk, and a server that ends the connection; what is written after that would stay. The guard is closed then. To
-     * be asked right after a failed statement.
+     * disk, and a server that ends the connection. The guard is closed then, and as long as it lives the statements of
+     * its IDatabase throw: they would stay, as one half of what was to be done. To be asked after a failed statement.
      */
     bool wasLost();
 
+    /// Why the last begin, commit or rollback failed, in the driver's words; never empty after a failure. A guard that
+    /// could not be opened keeps the reason for that.
+    QString lastError() const { return m_lastError; }
+    /// Whether that was because the database is locked or out of reach.
+    bool isUnavailable() const { return m_isUnavailable; }
+
 private:
-    QSqlDatabase* m_db;
+    friend class Database;
+
+    /// Starts a transaction that @p session knows of. @p locked: with SQLite's write lock from the start.
+    Transaction(QSqlDatabase& db, Session& session, bool locked);
+    bool begin(bool locked);
+    bool refuse();
+    bool fail(const QString& reason, bool isUnavailable);
+    bool failByDriver();
+    void close();
+
+    QSqlDatabase* m_db; // null: closed
+    std::shared_ptr<HeldTransaction> m_held;
+    QString m_lastError;
+    bool m_isUnavailable = false;
 };
 
 } // namespace DataAccess::Database

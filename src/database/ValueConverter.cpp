@@ -1,6 +1,5 @@
 #include "database/ValueConverter.h"
 
-#include "database/ExecutionException.h"
 #include "database/StorableText.h"
 
 #include <QBuffer>
@@ -16,7 +15,6 @@ namespace DataAccess {
 Interfaces::IValueConverter::~IValueConverter() = default;
 
 namespace Converter {
-using Exceptions::ExecutionException;
 
 namespace {
 
@@ -75,10 +73,10 @@ void ValueConverter::bindTime(const QString& placeholder, const QDateTime& value
     bind(placeholder, m_boundTimeText);
 }
 
-void ValueConverter::requireStorable(const QDate& date)
+void ValueConverter::requireStorable(const QString& placeholder, const QDate& date)
 {
     if (date.isValid() && (date.year() < 1 || date.year() > 9999))
-        throw ExecutionException("A date outside the years 1 to 9999 cannot be stored");
+        refuseValue("A date outside the years 1 to 9999 cannot be stored", placeholder);
 }
 
 void ValueConverter::bindValue(const QString& placeholder, signed char value)
@@ -111,7 +109,7 @@ void ValueConverter::bindValue(const QString& placeholder, quint64 value)
 {
     // The backends' integers are signed, and SQLite would make a larger one a floating number.
     if (value > static_cast<quint64>(std::numeric_limits<qint64>::max()))
-        throw ExecutionException("An integer above 9223372036854775807 cannot be stored");
+        refuseValue("An integer above 9223372036854775807 cannot be stored", placeholder);
     bind(placeholder, static_cast<qint64>(value));
 }
 
@@ -127,7 +125,7 @@ void ValueConverter::bindValue(const QString& placeholder, double value)
 
 void ValueConverter::bindValue(const QString& placeholder, const QString& value)
 {
-    bind(placeholder, storable(value));
+    bind(placeholder, storable(value, placeholder));
 }
 
 void ValueConverter::bindValue(const QString& placeholder, const QUuid& value)
@@ -142,13 +140,13 @@ void ValueConverter::bindValue(const QString& placeholder, const QByteArray& val
 
 void ValueConverter::bindValue(const QString& placeholder, const QDate& value)
 {
-    requireStorable(value);
+    requireStorable(placeholder, value);
     bind(placeholder, value);
 }
 
 void ValueConverter::bindValue(const QString& placeholder, const QDateTime& value)
 {
-    requireStorable(value.date());
+    requireStorable(placeholder, value.date());
     bindTime(placeholder, value, &isoText);
 }
 
@@ -161,7 +159,7 @@ void ValueConverter::bindValue(const QString& placeholder, const QImage& value)
     QByteArray png;
     QBuffer buffer(&png);
     if (!buffer.open(QIODevice::WriteOnly) || !value.save(&buffer, "PNG"))
-        throw ExecutionException("The image cannot be saved as PNG");
+        refuseValue("The image cannot be saved as PNG", placeholder);
     bind(placeholder, QString::fromLatin1(png.toBase64()));
 }
 
@@ -343,7 +341,7 @@ void ValueConverter::append(QList<QVariant>& list, qint64 value) const
 
 void ValueConverter::append(QList<QVariant>& list, const QString& value) const
 {
-    list.append(storable(value));
+    list.append(storable(value, QString()));
 }
 
 void ValueConverter::append(QList<QVariant>& list, const QByteArray& value) const

@@ -75,8 +75,8 @@ protected:
     virtual void bind(const QString& placeholder, const QVariant& value);
     /// Binds the text that @p format makes of @p value.
     void bindTime(const QString& placeholder, const QDateTime& value, QString (*format)(const QDateTime&));
-    /// Throws ExecutionException when @p date does not come back from a database as it was.
-    static void requireStorable(const QDate& date);
+    /// Throws ExecutionException when @p date, bound to @p placeholder, does not come back from a database as it was.
+    static void requireStorable(const QString& placeholder, const QDate& date);
 
 private:
     QSqlQuery& m_query;

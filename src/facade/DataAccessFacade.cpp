@@ -2,19 +2,24 @@
 
 #include "context/CableContext.h"
 #include "context/PdContext.h"
+#include "database/Failure.h"
 #include "database/IConfig.h"
 #include "database/LoggingCategories.h"
+#include "database/Task.h"
 #include "facade/RunningDatabase.h"
 #include "factories/EditorRepositoryManagerFactory.h"
 #include "factories/LbRepositoryManagerFactory.h"
 #include "factories/PdRepositoryManagerFactory.h"
 #include "manager/RepositoryManager.h"
+#include "migration/IdSpelling.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "migration/pd/PdMigrationManager.h"
 
 #include <QCoreApplication>
 
 #include <cstdlib>
+#include <exception>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <set>
@@ -27,6 +32,11 @@ namespace DataAccess {
 namespace Interfaces {
 
 IDataAccessFacade::~IDataAccessFacade() = default;
+
+QString IDataAccessFacade::LastError(std::shared_ptr<IConfig>) const
+{
+    return {};
+}
 
 } // namespace Interfaces
 
@@ -49,7 +59,49 @@ private:
     Interfaces::IMigrationManager& m_manager;
 };
 
+/// False, and reported, when it failed.
+bool unifyIds(Database::DbWorker& worker)
+{
+    Database::Task<bool> task([](Interfaces::IDatabase& db) { return Manager::IdSpelling(db).unify(); });
+    worker.insert(task.toJob());
+    try {
+        return task.Result();
+    } catch (const std::exception& error) {
+        const QString reason = QString::fromLocal8Bit(error.what());
+        qCWarning(lcFacade).noquote() << "The ids are not looked at:" << reason;
+        Database::FailureWatch::report({reason, Database::Failure::Kind::Unavailable, {}, {}});
+        return false;
+    }
+}
+
 } // namespace
+
+/// How far the opening of one database has come.
+struct DataAccessFacade::Opening
+{
+    const Interfaces::IConfig& config;
+    /// The schemas that are newer than this build.
+    QStringList newerFeatures = {};
+    /// The first failure; empty while there is none.
+    QString error = {};
+    /// The connection was refused.
+    bool isOutOfReach = false;
+    /// Another program kept a schema from being changed, for longer than there is waiting.
+    bool isLocked = false;
+
+    /// Says that @p what failed, for the reason that @p watch was told.
+    void fail(const QString& what, const Database::FailureWatch& watch)
+    {
+        if (!error.isEmpty())
+            return;
+        QString reason = watch.reason().simplified();
+        if (!config.IsValid())
+            reason = QStringLiteral("the configuration does not name a database completely");
+        else if (reason.isEmpty())
+            reason = QStringLiteral("the log says why");
+        error = what + QStringLiteral(": ") + reason;
+    }
+};
 
 struct DataAccessFacade::Data
 {
@@ -68,6 +120,8 @@ struct DataAccessFacade::Data
     std::mutex mutex;
     /// By identity. Keeps the configurations alive: another one at the same address would be taken for this one.
     std::map<std::shared_ptr<Interfaces::IConfig>, std::unique_ptr<RunningDatabase>> databases;
+    /// Why a database is not open. Does not keep the configurations alive: they may never be used again.
+    std::map<std::weak_ptr<Interfaces::IConfig>, QString, std::owner_less<>> errors;
     /// Held, shared, by threads that are removing databases, which the table no longer knows.
     std::shared_mutex removals;
     /// Type, host and port of what is closed when the process exits.
@@ -92,21 +146,24 @@ std::shared_ptr<Interfaces::IRepositoryManager>
 DataAccessFacade::AddDatabase(std::shared_ptr<Interfaces::IConfig> config)
 {
     if (RunningDatabase::isDatabaseThread()) {
-        qCCritical(lcFacade) << "No database can be opened on the thread of one";
-        return nullptr;
+        const QString reason = QStringLiteral("No database can be opened on the thread of one");
+        qCCritical(lcFacade).noquote() << reason;
+        return refuse(config, reason);
     }
-    const std::lock_guard<std::recursive_mutex> opening(m_data->opening);
+    const std::lock_guard<std::recursive_mutex> lockOpening(m_data->opening);
+    refuse(config, {});
     if (auto repositories = GetRepositories(config))
         return repositories;
 
     auto database = std::make_unique<RunningDatabase>(config);
-    QStringList newerFeatures;
-    if (!bringUpToDate(*database, newerFeatures)) {
+    Opening opening{*config};
+    checkSchemas(*database, opening);
+    if (!opening.error.isEmpty()) {
         database.reset();
         qCWarning(lcFacade) << "QOR did not initialized";
-        return nullptr;
+        return refuse(config, opening.error);
     }
-    database->repositories = makeRepositories(*database, *config, newerFeatures);
+    database->repositories = makeRepositories(*database, *config, opening.newerFeatures);
     closeAllAtEnd(*config);
     const std::lock_guard<std::mutex> lock(m_data->mutex);
     // Unless a receiver of a signal has opened it meanwhile.
@@ -114,24 +171,59 @@ DataAccessFacade::AddDatabase(std::shared_ptr<Interfaces::IConfig> config)
     return entry->second->repositories;
 }
 
-bool DataAccessFacade::bringUpToDate(RunningDatabase& database, QStringList& newerFeatures)
+std::shared_ptr<Interfaces::IRepositoryManager>
+DataAccessFacade::refuse(const std::shared_ptr<Interfaces::IConfig>& config, const QString& reason)
 {
-    bool success = true;
+    const std::lock_guard<std::mutex> lock(m_data->mutex);
+    auto& errors = m_data->errors;
+    for (auto error = errors.begin(); error != errors.end();)
+        error = error->first.expired() || error->first.lock() == config ? errors.erase(error) : std::next(error);
+    if (!reason.isEmpty())
+        errors.emplace(config, reason);
+    return nullptr;
+}
+
+QString DataAccessFacade::LastError(std::shared_ptr<Interfaces::IConfig> config) const
+{
+    const std::lock_guard<std::mutex> lock(m_data->mutex);
+    const auto error = m_data->errors.find(config);
+    return error == m_data->errors.end() ? QString() : error->second;
+}
+
+void DataAccessFacade::checkSchemas(RunningDatabase& database, Opening& opening)
+{
     for (const auto& migration : m_data->migrations) {
         const WorkerScope scope(*migration, database.worker());
-        migration->WaitForConnected();
-        const quint32 version = migration->DbVersion();
-        if (version == migration->InvalidVersion()) {
-            success = false;
-            Q_EMIT unknownDB(QStringLiteral("Error reading database: cannot determine database version."));
-        } else if (version > migration->ExpectedVersion()) {
-            newerFeatures.append(migration->feature());
-            Q_EMIT migrationError(QStringLiteral("Database newer than this: ") + migration->feature());
-        } else if (!migration->Migrate()) {
-            success = false;
-        }
+        checkSchema(*migration, opening);
     }
-    return success;
+    // A newer build may spell ids in ways of its own.
+    if (!opening.error.isEmpty() || !opening.newerFeatures.isEmpty())
+        return;
+    const Database::FailureWatch watch;
+    // What can be read and not written is good for reading as it is.
+    if (!unifyIds(*database.worker()) && watch.isUnavailable())
+        opening.fail(QStringLiteral("The ids cannot be brought to one spelling"), watch);
+}
+
+void DataAccessFacade::checkSchema(Interfaces::IMigrationManager& migration, Opening& opening)
+{
+    const Database::FailureWatch watch;
+    // What has refused a moment ago, after all the waiting there is, would only take as long to refuse again.
+    if (!opening.isOutOfReach && !migration.WaitForConnected()) {
+        opening.isOutOfReach = true;
+        opening.fail(QStringLiteral("The database cannot be opened"), watch);
+    }
+    const quint32 version = opening.isOutOfReach ? migration.InvalidVersion() : migration.DbVersion();
+    if (version == migration.InvalidVersion()) {
+        opening.fail(QStringLiteral("The schema version %1 cannot be read").arg(migration.feature()), watch);
+        Q_EMIT unknownDB(QStringLiteral("Error reading database: cannot determine database version."));
+    } else if (version > migration.ExpectedVersion()) {
+        opening.newerFeatures.append(migration.feature());
+        Q_EMIT migrationError(QStringLiteral("Database newer than this: ") + migration.feature());
+    } else if (opening.isLocked || !migration.Migrate()) {
+        opening.isLocked = watch.isUnavailable();
+        opening.fail(QStringLiteral("The schema %1 cannot be brought up to date").arg(migration.feature()), watch);
+    }
 }
 
 std::shared_ptr<Interfaces::IRepositoryManager> DataAccessFacade::makeRepositories(RunningDatabase& database,

@@ -6,6 +6,10 @@
 
 namespace DataAccess {
 
+namespace Interfaces {
+class IMigrationManager;
+}
+
 class RunningDatabase;
 
 /**
@@ -29,6 +33,7 @@ public:
     void RemoveDatabase(std::shared_ptr<Interfaces::IConfig> config) override;
     QHash<QString, QString> GetVersions() override;
     QStringList GetMigrationMessages() override;
+    QString LastError(std::shared_ptr<Interfaces::IConfig> config) const override;
 
 Q_SIGNALS:
     /// The schema version of a database cannot be read; it is not opened.
@@ -39,10 +44,14 @@ Q_SIGNALS:
 
 private:
     struct Data;
+    struct Opening;
 
     explicit DataAccessFacade(QObject* parent);
 
-    bool bringUpToDate(RunningDatabase& database, QStringList& newerFeatures);
+    std::shared_ptr<Interfaces::IRepositoryManager> refuse(const std::shared_ptr<Interfaces::IConfig>& config,
+                                                           const QString& reason);
+    void checkSchemas(RunningDatabase& database, Opening& opening);
+    void checkSchema(Interfaces::IMigrationManager& migration, Opening& opening);
     std::shared_ptr<Interfaces::IRepositoryManager>
     makeRepositories(RunningDatabase& database, Interfaces::IConfig& config, const QStringList& newerFeatures);
     void closeAll();

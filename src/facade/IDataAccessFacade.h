@@ -14,8 +14,8 @@ class IConfig;
 class IRepositoryManager;
 
 /// The single object through which an application opens databases. A database is known by the configuration object that
-/// it was opened with. Any thread may call; the thread of a database, within a job, GetRepositories() and
-/// GetVersions().
+/// it was opened with. Any thread may call; the thread of a database, within a job, GetRepositories(),
+/// GetVersions() and LastError().
 class DATAACCESS_EXPORT IDataAccessFacade
 {
 public:
@@ -24,7 +24,7 @@ public:
     // Applications rely on the order of these.
     /**
      * Opens the database of @p config, brings its schemas up to date, and gives a manager of all that there is for it;
-     * the same one as before when it is open already. Null when it could not be brought up: the log says why. One
+     * the same one as before when it is open already. Null when it could not be brought up: LastError() says why. One
      * database is opened at a time; the caller waits. There has to be an application object. Throws
      * std::invalid_argument when @p config is null.
      */
@@ -41,6 +41,11 @@ public:
     virtual QHash<QString, QString> GetVersions() = 0;
     /// What the user should be told about the migrations that have run.
     virtual QStringList GetMigrationMessages() = 0;
+    /**
+     * Why the last AddDatabase() of @p config gave null: one sentence, with what the database or its driver said, never
+     * a password. Empty when it gave a manager, or was never called. The default knows no reasons.
+     */
+    virtual QString LastError(std::shared_ptr<IConfig> config) const;
 
 protected:
     IDataAccessFacade() = default;

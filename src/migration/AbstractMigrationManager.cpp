@@ -2,9 +2,11 @@
 
 #include "database/DbWorker.h"
 #include "database/ExecutionException.h"
+#include "database/Failure.h"
 #include "database/IDatabase.h"
 #include "database/NotOpenException.h"
 #include "database/Task.h"
+#include "migration/Backup.h"
 #include "migration/MigrationModule.h"
 #include "migration/MigrationStep.h"
 #include "migration/SchemaVersion.h"
@@ -19,6 +21,8 @@
 namespace DataAccess::Manager {
 
 using Database::DbWorker;
+using Database::Failure;
+using Database::FailureWatch;
 using Exceptions::ExecutionException;
 using Exceptions::NotOpenException;
 using Interfaces::IDatabase;
@@ -30,59 +34,104 @@ constexpr quint32 invalidVersion = std::numeric_limits<quint32>::max();
 /// Runs @p job on @p worker and waits for its result; @p failed without a worker and when the job throws.
 template <typename Result>
 Result run(DbWorker* worker, const MigrationModule& module, const char* function, Result failed,
-           std::function<Result(IDatabase&)> job)
+           const std::function<Result(IDatabase&)>& job)
 {
-    if (worker == nullptr)
-        return failed;
     try {
-        Database::Task<Result> task(std::move(job));
+        if (worker == nullptr)
+            throw NotOpenException("there is no database");
+        Database::Task<Result> task([&](IDatabase& db) {
+            // Told here, it comes after what the job itself has told.
+            try {
+                return job(db);
+            } catch (const std::exception& error) {
+                module.tellFailure(function, error);
+                return failed;
+            }
+        });
         worker->insert(task.toJob());
         return task.Result();
     } catch (const std::exception& error) {
-        qCWarning(module.category).noquote() << function << QString::fromLocal8Bit(error.what());
+        module.tellFailure(function, error);
         return failed;
     }
 }
 
-void connect(IDatabase& db)
+/// Whether a refusal may be over soon. Only a server starts up: a file is there or not, and SQLite itself has waited
+/// for a locked one.
+bool mayComeUp(IDatabase& db)
+{
+    const bool refusedFile = db.Config() && db.Config()->Type() != Enumerations::Postgres && !db.OpenError().isEmpty();
+    return db.WasBlockedByStartup() && !refusedFile;
+}
+
+bool connectPatiently(IDatabase& db)
+{
+    constexpr int attempts = 10;
+    constexpr unsigned long pause = 200;
+    // Less than the driver waits for a server that does not answer.
+    constexpr qint64 patience = 4000;
+    QElapsedTimer waiting;
+    waiting.start();
+    for (int attempt = 1; !db.Connect(); ++attempt) {
+        if (attempt == attempts || !mayComeUp(db) || waiting.hasExpired(patience))
+            return false;
+        QThread::msleep(pause);
+    }
+    return true;
+}
+
+void requireConnection(IDatabase& db)
 {
     if (!db.Connect())
-        throw NotOpenException(("the database cannot be opened: " + db.OpenError().toLocal8Bit()).constData());
+        throw NotOpenException(("the database cannot be opened: " + db.OpenError().toLocal8Bit()).constData(), true);
+}
+
+QByteArray reason(const Database::Transaction& transaction)
+{
+    return transaction.lastError().toLocal8Bit();
+}
+
+/// Makes other programs wait that migrate the same database; on SQLite the transaction has done that by itself.
+void lockOthersOut(StatementRunner& statements)
+{
+    if (!statements.isPostgres())
+        return;
+    statements.execute(QStringLiteral("SET LOCAL lock_timeout = '10s'"));
+    statements.execute(QStringLiteral("SELECT pg_advisory_xact_lock(hashtext('DataAccess migration'))"));
 }
 
 /**
- * Makes other programs wait that migrate the same database. SQLite allows one writer at a time, and a statement that
- * would write is one, whether there are rows for it or not.
+ * Runs @p work on the database at version @p from, in a transaction of its own. Two programs that open one database at
+ * the same time take turns: what the other has done meanwhile is not done again, as an early step on the tables of a
+ * late one would discard rows.
  */
-void lockOthersOut(MigrationStep& step, bool hasVersions)
+bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 from,
+                   const std::function<void(MigrationStep&, Backup&)>& work)
 {
-    if (step.isPostgres()) {
-        step.execute(QStringLiteral("SET LOCAL lock_timeout = '10s'"));
-        step.execute(QStringLiteral("SELECT pg_advisory_xact_lock(hashtext('DataAccess migration'))"));
-    } else if (hasVersions) {
-        step.execute(QStringLiteral("DELETE FROM features WHERE 1=0"));
-    }
-}
-
-/**
- * Runs @p work in a transaction of its own, unless the version is not @p expected any more. Two programs that open one
- * database at the same time must not both bring it up to date: an early step on the tables of a late one discards rows.
- */
-bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 expected,
-                   const std::function<void(MigrationStep&)>& work)
-{
-    connect(db);
-    const bool hasVersions = db.Tables().contains(QStringLiteral("features"));
-    Database::Transaction transaction = db.Transaction();
+    requireConnection(db);
+    Database::Transaction transaction = db.WriteTransaction();
     if (!transaction.isOpen())
-        throw NotOpenException("the transaction cannot be started");
+        throw NotOpenException(("the transaction cannot be started: " + reason(transaction)).constData(),
+                               transaction.isUnavailable());
     MigrationStep step(db, module);
-    lockOthersOut(step, hasVersions);
-    if (SchemaVersion(module.feature).read(step) != expected)
+    lockOthersOut(step);
+    const quint32 stored = SchemaVersion(module.feature).read(step);
+    if (stored > from && stored <= module.expectedVersion)
+        return true;
+    if (stored != from)
         throw ExecutionException("the schema version was changed by another program");
-    work(step);
+    Backup backup(step, module);
+    try {
+        work(step, backup);
+    } catch (...) {
+        // An attempt that fails every time must not fill the disk.
+        if (transaction.wasLost() || transaction.rollback())
+            backup.withdraw();
+        throw;
+    }
     if (!transaction.commit())
-        throw ExecutionException("the transaction cannot be committed");
+        throw ExecutionException(("the transaction cannot be committed: " + reason(transaction)).constData(),
+                                 transaction.isUnavailable());
     return true;
 }
 
@@ -119,10 +168,12 @@ void AbstractMigrationManager::setDbWorker(DbWorker* worker)
 quint32 AbstractMigrationManager::DbVersion() const
 {
     return run<quint32>(m_worker, module(), Q_FUNC_INFO, invalidVersion, [this](IDatabase& db) {
-        if (!db.Connect())
-            return invalidVersion;
+        requireConnection(db);
         StatementRunner statements(db);
-        return SchemaVersion(module().feature).read(statements);
+        const quint32 version = SchemaVersion(module().feature).read(statements);
+        if (version == invalidVersion)
+            throw ExecutionException("the stored number is no version");
+        return version;
     });
 }
 
@@ -143,19 +194,16 @@ bool AbstractMigrationManager::WaitForConnected()
 
 bool AbstractMigrationManager::WaitForConnected(DbWorker* worker)
 {
-    return run<bool>(worker, module(), Q_FUNC_INFO, false, [](IDatabase& db) {
-        constexpr int attempts = 10;
-        constexpr unsigned long pause = 200;
-        // Less than the driver waits for a server that does not answer.
-        constexpr qint64 patience = 4000;
-        QElapsedTimer waiting;
-        waiting.start();
-        for (int attempt = 1; !db.Connect(); ++attempt) {
-            if (attempt == attempts || !db.WasBlockedByStartup() || waiting.hasExpired(patience))
-                return false;
-            QThread::msleep(pause);
+    return run<bool>(worker, module(), Q_FUNC_INFO, false, [this, function = Q_FUNC_INFO](IDatabase& db) {
+        bool connected = false;
+        try {
+            connected = connectPatiently(db);
+        } catch (const Exceptions::DbException& error) {
+            qCWarning(module().category).noquote() << function << QString::fromLocal8Bit(error.what());
         }
-        return true;
+        if (!connected)
+            FailureWatch::report({db.OpenError(), Failure::Kind::Unavailable, {}, {}});
+        return connected;
     });
 }
 
@@ -178,8 +226,9 @@ QStringList AbstractMigrationManager::migrationMessages()
 bool AbstractMigrationManager::setDbVersion(unsigned int version)
 {
     return run<bool>(m_worker, module(), Q_FUNC_INFO, false, [this, version](IDatabase& db) {
-        return inTransaction(db, module(), m_from,
-                             [&](MigrationStep& step) { SchemaVersion(module().feature).write(step, version); });
+        return inTransaction(db, module(), m_from, [&](MigrationStep& step, Backup&) {
+            SchemaVersion(module().feature).write(step, version);
+        });
     });
 }
 
@@ -191,12 +240,18 @@ bool AbstractMigrationManager::Migrate()
         return true;
     qCDebug(module().category).noquote() << module().logPrefix + QStringLiteral("Migrate FROM:") << from << "TO"
                                          << expected;
-    if (from > expected)
+    if (from == invalidVersion)
+        return false; // Told when it was read.
+    if (from > expected) {
+        module().tellFailure(Q_FUNC_INFO, ExecutionException("the database is newer than this build"));
         return false;
+    }
+    m_isPrepared = false;
     const QVector<Step> all = steps();
     for (m_from = from; m_from < expected; ++m_from) {
         if (!all.at(static_cast<int>(m_from))() || !setDbVersion(m_from + 1))
             return false;
+        Q_EMIT stepCompleted(m_from + 1);
     }
     return true;
 }
@@ -204,11 +259,21 @@ bool AbstractMigrationManager::Migrate()
 bool AbstractMigrationManager::runStep(const char* function, const std::function<void(MigrationStep&)>& changes)
 {
     return run<bool>(m_worker, module(), function, false, [&](IDatabase& db) {
-        return inTransaction(db, module(), m_from, [&](MigrationStep& step) {
+        return inTransaction(db, module(), m_from, [&](MigrationStep& step, Backup& backup) {
+            if (!m_isPrepared) {
+                requireCredible(step, m_from);
+                backup.make();
+                m_isPrepared = true;
+            }
             changes(step);
-            step.restoreForeignKeys();
+            step.restoreAttachments();
         });
     });
+}
+
+void AbstractMigrationManager::requireCredible(MigrationStep& /*step*/, quint32 /*version*/)
+{
+    // No step that discards nothing can do harm.
 }
 
 unsigned int AbstractMigrationManager::createTable(IDatabase& db, const QStringList& existingTables,
@@ -220,7 +285,7 @@ unsigned int AbstractMigrationManager::createTable(IDatabase& db, const QStringL
         db.Exec(statementParts.join(QLatin1Char(' ')));
         return createSequence(db, tableName) ? 0 : 1;
     } catch (const std::exception& error) {
-        qCWarning(module().category).noquote() << Q_FUNC_INFO << QString::fromLocal8Bit(error.what());
+        module().tellFailure(Q_FUNC_INFO, error);
         return 1;
     }
 }

@@ -42,6 +42,10 @@ public:
     /// The messages of every Migrate() so far.
     QStringList migrationMessages() override;
 
+Q_SIGNALS:
+    /// A step of Migrate() is done and its version stored; on the thread that migrates.
+    void stepCompleted(quint32 version);
+
 protected:
     /// Runs one step; true when its changes are committed.
     using Step = std::function<bool()>;
@@ -49,17 +53,20 @@ protected:
     virtual const MigrationModule& module() const = 0;
     /// The steps, as many as the expected version says; the first one reaches version 1.
     virtual QVector<Step> steps() = 0;
+    /// Throws when the database shows that it cannot be at @p version, and the steps after it would discard rows.
+    virtual void requireCredible(MigrationStep& step, quint32 version);
 
     /**
      * Connects the database of @p worker; while it is blocked by start-up, up to ten times at 200 ms. A server that
      * does not answer is asked once.
      */
     bool WaitForConnected(Database::DbWorker* worker);
-    /// Stores @p version; false when that fails, and when the stored version is not the one that the step began with.
+    /// Stores @p version, unless another program has come further meanwhile; false when that fails.
     bool setDbVersion(unsigned int version);
     /**
-     * Runs @p changes as one job and in one transaction, which is rolled back if anything fails. @p function names the
-     * step in the log.
+     * Runs @p changes as one job and in one transaction, which is rolled back if anything fails; a step that another
+     * program has done meanwhile is left out. Before the first one the backup is made. @p function names the step in
+     * the log.
      */
     bool runStep(const char* function, const std::function<void(MigrationStep&)>& changes);
 
@@ -80,6 +87,7 @@ protected:
 private:
     Database::DbWorker* m_worker = nullptr;
     quint32 m_from = 0;
+    bool m_isPrepared = false;
 };
 
 } // namespace DataAccess::Manager

@@ -2,6 +2,9 @@
 
 #include <QLoggingCategory>
 #include <QString>
+#include <QStringList>
+
+#include <exception>
 
 namespace DataAccess::Manager {
 
@@ -16,6 +19,11 @@ struct MigrationModule
     const QLoggingCategory& (*category)();
     /// What stands in front of the log line of a migration.
     QString logPrefix;
+    /// The tables that the steps may change, besides the settings tables; in lower case.
+    QStringList tables;
+
+    /// Logs what has failed in @p function, and reports it to whoever wants to tell the application why.
+    void tellFailure(const char* function, const std::exception& error) const;
 };
 
 } // namespace DataAccess::Manager

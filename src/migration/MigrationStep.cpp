@@ -50,7 +50,32 @@ void MigrationStep::drop(const QString& table, DetachedForeignKeys::Rows rows)
 
 void MigrationStep::discard(const QString& table)
 {
+    const qint64 rows = count(table);
     drop(table, DetachedForeignKeys::Rows::Discarded);
+    tellDiscarded(table, rows);
+}
+
+void MigrationStep::empty(const QString& table)
+{
+    tellDiscarded(table, execute(QStringLiteral("DELETE FROM ") + table, {}));
+}
+
+void MigrationStep::dropCopied(const QString& table)
+{
+    drop(table, DetachedForeignKeys::Rows::Discarded);
+}
+
+void MigrationStep::replace(const TableDefinition& layout)
+{
+    m_attachments.remember(*this, layout.name);
+    drop(layout.name, DetachedForeignKeys::Rows::Kept);
+    create(layout);
+}
+
+void MigrationStep::tellDiscarded(const QString& table, qint64 rows) const
+{
+    if (rows > 0)
+        qCWarning(m_module.category) << "Discarded" << rows << "rows of" << table;
 }
 
 void MigrationStep::rebuild(const TableDefinition& from, const TableDefinition& to, const QString& workName,
@@ -60,12 +85,11 @@ void MigrationStep::rebuild(const TableDefinition& from, const TableDefinition& 
         return;
     create(from.workTable(workName));
     execute(save);
-    drop(to.name, DetachedForeignKeys::Rows::Kept);
-    create(to);
+    replace(to);
     execute(restore);
     if (afterwards)
         afterwards();
-    drop(workName, DetachedForeignKeys::Rows::Discarded);
+    dropCopied(workName);
 }
 
 void MigrationStep::require(unsigned int errors) const
@@ -74,8 +98,10 @@ void MigrationStep::require(unsigned int errors) const
         throw Exceptions::ExecutionException("the step is broken off");
 }
 
-void MigrationStep::restoreForeignKeys()
+void MigrationStep::restoreAttachments()
 {
+    for (const QString& lost : m_attachments.restore(*this))
+        qCWarning(m_module.category).noquote() << "Lost with the old layout of its table:" << lost;
     for (const QString& foreignKey : m_foreignKeys.attach(*this))
         qCWarning(m_module.category) << "Foreign key lost:" << foreignKey;
 }

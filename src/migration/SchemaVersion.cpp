@@ -4,7 +4,9 @@
 #include "migration/StatementRunner.h"
 
 #include <QDateTime>
+#include <QSet>
 
+#include <algorithm>
 #include <utility>
 
 namespace DataAccess::Manager {
@@ -47,6 +49,28 @@ quint32 SchemaVersion::read(StatementRunner& statements) const
             "WHERE f.name = '%1' AND f.module = '' AND f.type = 'I'")
             .arg(m_feature));
     return rows.isEmpty() ? 0 : static_cast<quint32>(rows.first().first().toString().toLongLong());
+}
+
+bool SchemaVersion::hasTraces(StatementRunner& statements) const
+{
+    const auto rowsOf = [&](const char* settings, const char* columns) {
+        StatementRunner::Rows all;
+        for (const QString& table : statements.database().Tables()) {
+            if (table.compare(QLatin1String(settings), Qt::CaseInsensitive) == 0)
+                all += statements.rows(QStringLiteral("SELECT %1 FROM \"%2\"").arg(QLatin1String(columns), table));
+        }
+        return all;
+    };
+    QSet<QString> ids;
+    for (const QVariantList& row : rowsOf("features", "CAST(id AS TEXT), CAST(name AS TEXT)")) {
+        const QString name = row.at(1).toString().simplified().remove(QLatin1Char(' '));
+        if (name.contains(m_feature, Qt::CaseInsensitive))
+            return true;
+        ids.insert(row.first().toString());
+    }
+    const StatementRunner::Rows values = rowsOf("feature_defaults", "CAST(featureid AS TEXT)");
+    return std::any_of(values.begin(), values.end(),
+                       [&](const QVariantList& row) { return !ids.contains(row.first().toString()); });
 }
 
 void SchemaVersion::write(StatementRunner& statements, quint32 version) const

@@ -20,6 +20,11 @@ public:
 
     /// The stored version; 0 when there is none. Throws ExecutionException when the database cannot be read.
     quint32 read(StatementRunner& statements) const;
+    /**
+     * Whether the settings tables show that there was a version once: a row of that name, whatever else it says and
+     * however it is spelled, or a value that belongs to no row. Throws ExecutionException.
+     */
+    bool hasTraces(StatementRunner& statements) const;
     /// Stores @p version; to be called in a transaction. Throws ExecutionException.
     void write(StatementRunner& statements, quint32 version) const;
 

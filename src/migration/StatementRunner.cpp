@@ -16,9 +16,10 @@ using Interfaces::IDatabase;
 
 namespace {
 
-[[noreturn]] void fail(const char* what, const QString& reason)
+[[noreturn]] void fail(const char* what, const QString& reason, bool unavailable = false)
 {
-    throw ExecutionException((QLatin1String(what) + QLatin1Char(' ') + reason).toLocal8Bit().constData());
+    const QString text = QLatin1String(what) + QLatin1Char(' ') + reason;
+    throw ExecutionException(text.toLocal8Bit().constData(), unavailable);
 }
 
 /// Runs @p statement and says on failure what has failed.
@@ -28,7 +29,7 @@ auto attempt(const char* what, Function statement)
     try {
         return statement();
     } catch (const DbException& error) {
-        fail(what, QString::fromLocal8Bit(error.what()));
+        fail(what, QString::fromLocal8Bit(error.what()), error.isUnavailable());
     }
 }
 
@@ -119,6 +120,11 @@ StatementRunner::Rows StatementRunner::rows(const QString& select)
 StatementRunner::Rows StatementRunner::rows(const QString& select, const Values& values)
 {
     return readAll(executePrepared(m_db, select, values));
+}
+
+qint64 StatementRunner::count(const QString& table)
+{
+    return rows(QStringLiteral("SELECT count(*) FROM \"%1\"").arg(table)).first().first().toLongLong();
 }
 
 } // namespace DataAccess::Manager

@@ -36,6 +36,8 @@ public:
     /// All rows of a select, read to the end. The values can be bound to a statement and are stored as they were.
     Rows rows(const QString& select);
     Rows rows(const QString& select, const Values& values);
+    /// The number of rows of @p table.
+    qint64 count(const QString& table);
 
 private:
     Interfaces::IDatabase& m_db;

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "database/IDatabase.h"
+#include "database/StorableText.h"
 #include "entities/qor/EntityState.h"
 
 #include <QDateTime>
 #include <QString>
 #include <QUuid>
 
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -33,6 +35,15 @@ struct Statements
 /// The two ways to write a row.
 enum class Write { Insert, Update };
 
+/// Binds an index. Throws ExecutionException for one that is too large for the 32-bit columns of PostgreSQL, on every
+/// backend: SQLite would store what can then not be brought to a server.
+inline void bindIndex(Interfaces::IValueConverter& values, const QString& placeholder, unsigned int index)
+{
+    if (index > static_cast<unsigned int>(std::numeric_limits<int>::max()))
+        Converter::refuseValue("An index above 2147483647 cannot be stored", placeholder);
+    values.bindValue(placeholder, index);
+}
+
 /// How the entities of one table are stored: the statements, and what stands between a row and an object.
 template <typename T>
 class EntityMapping
@@ -55,7 +66,7 @@ public:
     virtual QString getAll(Interfaces::IDatabase& /*db*/) const { return statements().getAll; }
     virtual QString getById(Interfaces::IDatabase& /*db*/) const { return statements().getById; }
 
-    /// How an id stands in the text of a statement.
+    /// How an id stands in the text of a statement; null for an id that no row has.
     virtual QString idText(const QUuid& id) const { return id.toString(); }
 
     /// The id of the current row.

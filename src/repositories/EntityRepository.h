@@ -1,5 +1,6 @@
 #pragma once
 
+#include "repositories/EntityBatch.h"
 #include "repositories/EntityRows.h"
 #include "repositories/IRepository.h"
 #include "repositories/Repository.h"
@@ -75,10 +76,11 @@ protected:
     Task<Entities>* getRows(std::function<QString(Interfaces::IDatabase&)> statementFor, Bookkeeping columns,
                             const char* function)
     {
-        return submit<Entities>([mapping = m_mapping, statementFor = std::move(statementFor), columns,
+        return submit<Entities>([table = table(), mapping = m_mapping, statementFor = std::move(statementFor), columns,
                                  function](Interfaces::IDatabase& db) {
             const auto statement = [&](Interfaces::IDatabase& database) { return QStringList(statementFor(database)); };
-            return EntityRows::byId(EntityRows::read(db, statement, *mapping, columns, function), *mapping);
+            const Database::Operation operation(function, table);
+            return EntityRows::byId(EntityRows::read(db, statement, *mapping, columns, operation), *mapping);
         });
     }
 
@@ -98,7 +100,8 @@ private:
     {
         return submit<bool>([table = table(), mapping = m_mapping, kind, entities = std::move(entities),
                              function](Interfaces::IDatabase& db) {
-            return EntityRows::write(db, kind, table, entities, *mapping, function);
+            const Database::Operation operation(function, table);
+            return EntityBatch<T>(db, *mapping, entities, operation).write(kind, table);
         });
     }
 

@@ -1,16 +1,12 @@
 #pragma once
 
-#include "database/BatchCache.h"
-#include "database/ExecutionException.h"
-#include "database/LoggingCategories.h"
+#include "database/DbException.h"
+#include "database/Operation.h"
 #include "repositories/EntityMapping.h"
 
 #include <QHash>
-#include <QSqlError>
-#include <QSqlQuery>
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 /// What the jobs of an entity repository do with the rows of its table.
@@ -45,23 +41,15 @@ inline QString withId(QString statement, const QString& table, const QString& id
     return statement;
 }
 
-/// The connection's query with @p statement prepared. Throws ExecutionException with the driver's text.
-inline QSqlQuery& prepare(Interfaces::IDatabase& db, const QString& statement)
-{
-    QSqlQuery& query = db.Query();
-    if (!query.prepare(statement))
-        throw Exceptions::ExecutionException(query.lastError().text().toLocal8Bit().constData());
-    return query;
-}
-
 /**
  * Runs the selects that @p statementsFor gives for the database, and makes an entity of each row. A select that fails
  * gives no rows at all; a value that cannot be converted ends the reading, with a warning, and gives the rows before
- * it.
+ * it. Both are reported as failures of @p operation.
  */
 template <typename T, typename StatementsFor>
 std::vector<std::shared_ptr<T>> read(Interfaces::IDatabase& db, const StatementsFor& statementsFor,
-                                     const EntityMapping<T>& mapping, const Bookkeeping& columns, const char* function)
+                                     const EntityMapping<T>& mapping, const Bookkeeping& columns,
+                                     const Database::Operation& operation)
 {
     std::vector<std::shared_ptr<T>> rows;
     bool executed = false;
@@ -78,21 +66,22 @@ std::vector<std::shared_ptr<T>> read(Interfaces::IDatabase& db, const Statements
                 mapping.readBookkeeping(row, columns, *entity);
                 rows.push_back(std::move(entity));
             }
-            const QString error = reader->error();
-            if (!error.isEmpty()) {
-                qCWarning(lcDatabase) << function << error;
+            if (!reader->error().isEmpty()) {
+                operation.readFailed(*reader);
                 return {};
             }
         }
     } catch (const Exceptions::DbException& error) {
-        if (!executed)
+        if (!executed) {
+            operation.selectFailed(db, error);
             return {};
-        qCWarning(lcDatabase) << function << error.what();
+        }
+        operation.failed(db, error);
     }
     try {
         mapping.readMore(db, rows);
     } catch (const Exceptions::DbException& error) {
-        qCWarning(lcDatabase) << function << error.what();
+        operation.failed(db, error);
         return {};
     }
     return rows;
@@ -115,10 +104,14 @@ template <typename T>
 std::shared_ptr<T> readById(Interfaces::IDatabase& db, const QString& table, const QUuid& id,
                             const EntityMapping<T>& mapping, const char* function)
 {
+    const QString idText = mapping.idText(id);
+    if (idText.isNull())
+        return nullptr;
     const auto statement = [&](Interfaces::IDatabase& database) {
-        return QStringList(withId(mapping.getById(database), table, mapping.idText(id)));
+        return QStringList(withId(mapping.getById(database), table, idText));
     };
-    return single(read(db, statement, mapping, mapping.statements().bookkeeping, function), mapping);
+    const Database::Operation operation(function, table);
+    return single(read(db, statement, mapping, mapping.statements().bookkeeping, operation), mapping);
 }
 
 /// @p rows by id, of each id the row that counts.
@@ -133,65 +126,6 @@ QHash<QUuid, std::shared_ptr<T>> byId(std::vector<std::shared_ptr<T>> rows, cons
             present = std::move(entity);
     }
     return entities;
-}
-
-/// What a write leaves in @p entity, once it is in the table: the time @p now, and the state of a stored one.
-template <typename T>
-void markWritten(const std::shared_ptr<T>& entity, const QDateTime& now, const EntityMapping<T>& mapping)
-{
-    using namespace QOR::Entities::Enumerations;
-    entity->SetTimestamp(now);
-    mapping.written(entity);
-    if (entity->EntityState() != Deleted && entity->EntityState() != Snapshot)
-        entity->SetEntityState(Normal);
-}
-
-/// Writes @p entities in one transaction. Stops at the first failure, logs it, and then nothing is kept.
-template <typename T>
-bool write(Interfaces::IDatabase& db, Write kind, const QString& table, const std::vector<std::shared_ptr<T>>& entities,
-           const EntityMapping<T>& mapping, const char* function)
-{
-    const Statements& statements = mapping.statements();
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    try {
-        Database::Transaction transaction = db.Transaction();
-        if (!transaction.isOpen())
-            return false;
-        std::optional<Database::BatchCache> cache;
-        auto next = entities.begin(); // the first that is not known to be written
-        const auto written = [&] {
-            if (!cache)
-                cache.emplace(db, entities.size());
-            while (!*next)
-                ++next;
-            mapping.writeMore(db, kind, **next);
-            markWritten(*next++, now, mapping);
-        };
-        const QString& statement = kind == Write::Insert ? statements.insert : statements.update;
-        const auto writer = db.Write(withTable(statement, table), written);
-        Interfaces::IValueConverter& values = writer->values();
-        for (const std::shared_ptr<T>& entity : entities) {
-            if (!entity)
-                continue;
-            if (entity->Id().isNull()) {
-                writer->finish();
-                qCWarning(lcDatabase) << function << "An entity without an id cannot be stored";
-                return false;
-            }
-            mapping.bindBookkeeping(values, *entity, now);
-            mapping.bind(values, *entity);
-            if (kind == Write::Update)
-                mapping.bindStored(db, values, entity);
-            writer->run();
-            if (mapping.usesConnection())
-                writer->finish();
-        }
-        writer->finish();
-        return transaction.commit();
-    } catch (const Exceptions::DbException& error) {
-        qCWarning(lcDatabase) << function << error.what();
-        return false;
-    }
 }
 
 } // namespace DataAccess::Repositories::EntityRows

@@ -17,7 +17,8 @@ namespace DataAccess::Interfaces {
  * thread.
  *
  * Soft-deleted and snapshot rows are returned like all others. Failures are logged and answered with an empty result
- * or false. A repository without a worker throws std::invalid_argument, one whose worker has ended NotOpenException.
+ * or false; a FailureWatch of the caller, or Task::Failures(), tells such an answer from that of an empty table. A
+ * repository without a worker throws std::invalid_argument, one whose worker has ended NotOpenException.
  */
 template <typename T>
 class DATAACCESS_EXPORT IRepository
@@ -42,15 +43,17 @@ public:
     virtual bool Insert(EntityList entities) { return wait(InsertAsync(std::move(entities))); }
     virtual Task<bool>* InsertAsync(EntityList entities) = 0;
 
-    /// Writes existing rows in one transaction: all of them, or none and false. Null entities are skipped.
+    /// Writes existing rows in one transaction: all of them, or none and false. Null entities are skipped. Each row
+    /// that is not there is reported.
     virtual bool Update(EntityList entities) { return wait(UpdateAsync(std::move(entities))); }
     virtual Task<bool>* UpdateAsync(EntityList entities) = 0;
 
-    /// Marks rows deleted. One that cannot be is logged and does not stop the others; true when that was committed.
+    /// Marks rows deleted. One that cannot be, or is not there, is reported and does not stop the others, unless the
+    /// database is locked or out of reach; true when the transaction was committed.
     virtual bool Delete(EntityList entities) { return wait(DeleteAsync(std::move(entities))); }
     virtual Task<bool>* DeleteAsync(EntityList entities) = 0;
 
-    /// Deletes rows. One that cannot be is logged and does not stop the others; true when that was committed.
+    /// Deletes rows, as Delete() does.
     virtual bool Remove(EntityList entities) { return wait(RemoveAsync(std::move(entities))); }
     virtual Task<bool>* RemoveAsync(EntityList entities) = 0;
 

@@ -34,7 +34,7 @@ public:
     /// Runs @p select, which finds the row that the current transaction is to update, and lets nobody else change it.
     static QSqlQuery selectForUpdate(Interfaces::IDatabase& db, const QString& select)
     {
-        // SQLite has the whole file locked from the first read of a transaction on.
+        // On SQLite a transaction that writes has the whole file locked from its start.
         return db.Exec(db.Config()->Type() == Enumerations::Postgres ? select + QLatin1String(" FOR UPDATE") : select);
     }
 

@@ -5,6 +5,7 @@
 #include "database/DbWorker.h"
 #include "database/GenericDml.h"
 #include "database/LoggingCategories.h"
+#include "database/Operation.h"
 
 #include <optional>
 #include <stdexcept>
@@ -20,28 +21,35 @@ using QOR::Entities::Entity;
 namespace {
 
 template <typename RowOperation>
-bool runForEachRow(IDatabase& db, const std::vector<std::shared_ptr<Entity>>& entities, const RowOperation& operation,
-                   const char* function)
+bool runForEachRow(IDatabase& db, const std::vector<std::shared_ptr<Entity>>& entities, const RowOperation& change,
+                   const Database::Operation& operation, const char* function)
 {
+    QUuid row;
     try {
-        Database::Transaction transaction = db.Transaction();
+        Database::Transaction transaction = db.WriteTransaction();
         if (!transaction.isOpen())
-            return false;
+            return false; // The connection has told why.
         std::optional<Database::BatchCache> cache;
         for (const std::shared_ptr<Entity>& entity : entities) {
-            if (operation(db, entity.get())) {
+            row = entity ? entity->Id() : QUuid();
+            const Database::FailureWatch watch;
+            if (change(db, entity.get())) {
                 if (!cache)
                     cache.emplace(db, entities.size());
                 continue;
             }
-            qCCritical(lcDatabase) << function << (entity ? entity->Id() : QUuid()) << "failed";
-            // What is written after the backend gave the transaction up would stay, as one half of the batch.
-            if (transaction.wasLost())
+            qCCritical(lcDatabase) << function << row << "failed";
+            // Each further row would wait in vain for a database that is locked or out of reach; and what is written
+            // after the backend gave the transaction up would stay, as one half of the batch.
+            if (watch.isUnavailable() || transaction.wasLost())
                 return false;
         }
-        return transaction.commit();
+        if (transaction.commit())
+            return true;
+        operation.commitFailed(transaction);
+        return false;
     } catch (const DbException& error) {
-        qCWarning(lcDatabase) << function << error.what();
+        operation.failed(db, error, row);
         return false;
     }
 }
@@ -116,9 +124,10 @@ Database::Task<bool>* Repository::remove(EntityVector entities)
 
 Database::Task<bool>* Repository::forEachRow(EntityVector entities, RowOperation operation, const char* function)
 {
-    return submit<bool>([entities = std::move(entities), operation = std::move(operation), function](IDatabase& db) {
-        return runForEachRow(db, entities, operation, function);
-    });
+    return submit<bool>(
+        [table = table(), entities = std::move(entities), operation = std::move(operation), function](IDatabase& db) {
+            return runForEachRow(db, entities, operation, Database::Operation(function, table), function);
+        });
 }
 
 } // namespace DataAccess::Repositories

@@ -50,10 +50,10 @@ protected:
     Database::Task<bool>* del(EntityVector entities);
     Database::Task<bool>* remove(EntityVector entities);
 
-    /// Does something to the row of one entity, which may be null; false, with a message, when that cannot be done.
+    /// Does something to the row of one entity, which may be null; false when that cannot be done, which it reports.
     using RowOperation = std::function<bool(Interfaces::IDatabase&, QOR::Entities::Entity*)>;
-    /// Queues @p operation on each entity in one transaction. One that gives false does not stop the others; a
-    /// DbException ends the batch, and nothing of it is kept.
+    /// Queues @p operation on each entity in one transaction. One that gives false does not stop the others, unless it
+    /// reported that the database is locked or out of reach. Then, as with a DbException, nothing of the batch is kept.
     Database::Task<bool>* forEachRow(EntityVector entities, RowOperation operation, const char* function);
 
     /// Queues @p job on the worker. The caller owns the task. Throws std::invalid_argument without a worker.

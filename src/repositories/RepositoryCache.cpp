@@ -6,7 +6,9 @@ namespace DataAccess::Repositories {
 
 void warnOfUnsuitableRepository(const char* function)
 {
-    qCWarning(lcDatabase) << function << "The repository behind the cache cannot answer this query";
+    const char* const reason = "The repository behind the cache cannot answer this query";
+    qCWarning(lcDatabase) << function << reason;
+    Database::FailureWatch::report({QString::fromLatin1(reason), Database::Failure::Kind::Statement, {}, {}});
 }
 
 } // namespace DataAccess::Repositories

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/Failure.h"
 #include "entities/qor/EntityState.h"
 #include "repositories/ICachedRepository.h"
 
@@ -10,7 +11,8 @@
 
 namespace DataAccess::Repositories {
 
-/// Warns that @p function, a query of a cache, finds another kind of repository behind the cache than it asks.
+/// Warns and reports that @p function of a cache finds no repository behind the cache, or one of another kind than it
+/// needs.
 DATAACCESS_EXPORT void warnOfUnsuitableRepository(const char* function);
 
 /**
@@ -19,7 +21,8 @@ DATAACCESS_EXPORT void warnOfUnsuitableRepository(const char* function);
  *
  * The synchronous operations may be called from any thread but the worker's; they run one after the other, each under
  * the lock for its whole run. An observer of an entity must therefore not call the cache back. One that throws leaves
- * the cache as it was; Reload() leaves it empty then. The asynchronous operations go straight to the repository and
+ * the cache as it was; Reload() leaves it empty then. What a read gives that reports a failure is handed out, but never
+ * kept: it may be a part, or nothing, of what is there. The asynchronous operations go straight to the repository and
  * leave the cache alone: after writing that way, call Reload() or Wipe().
  *
  * The repository is shared. Without one, reads find nothing, writes are false, and the asynchronous operations throw
@@ -46,8 +49,13 @@ public:
     Entities GetAll() override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_cache.isEmpty() && m_repository)
-            replace(m_repository->GetAll());
+        if (m_cache.isEmpty() && m_repository) {
+            const Database::FailureWatch watch;
+            Entities all = m_repository->GetAll();
+            if (watch.failed())
+                return all;
+            replace(std::move(all));
+        }
         m_handedOut = true;
         return m_cache;
     }
@@ -61,8 +69,10 @@ public:
             return *known;
         if (!m_repository)
             return nullptr;
+        const Database::FailureWatch watch;
         std::shared_ptr<T> entity = m_repository->GetById(id);
-        changeable().insert(id, entity);
+        if (!watch.failed())
+            changeable().insert(id, entity);
         return entity;
     }
 
@@ -101,8 +111,12 @@ public:
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         replace({});
-        if (m_repository)
-            replace(m_repository->GetAll());
+        if (!m_repository)
+            return;
+        const Database::FailureWatch watch;
+        Entities all = m_repository->GetAll();
+        if (!watch.failed())
+            replace(std::move(all));
     }
 
     void Wipe() override
@@ -186,6 +200,8 @@ private:
     bool write(bool (IRepository::*operation)(EntityList), const EntityList& entities, const Follow& follow)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_repository)
+            warnOfUnsuitableRepository(Q_FUNC_INFO);
         if (!m_repository || !((*m_repository).*operation)(entities))
             return false;
         for (const std::shared_ptr<T>& entity : entities) {
@@ -203,7 +219,10 @@ private:
             warnOfUnsuitableRepository(function);
             return {};
         }
+        const Database::FailureWatch watch;
         Entities found = query(*concrete);
+        if (watch.failed())
+            return found;
         for (const std::shared_ptr<T>& entity : std::as_const(found))
             cache(entity);
         return found;

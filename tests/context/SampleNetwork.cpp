@@ -113,16 +113,12 @@ SampleNetwork::SampleNetwork(int count)
     : m_owner(make<Owner>(QStringLiteral("owner")))
     , m_termination(make<Termination>(QStringLiteral("termination")))
     , m_switchgear(make<Switchgear>(QStringLiteral("switchgear")))
-    , m_section(make<SegmentDetail>(QStringLiteral("section")))
-    , m_joint(m_types.getSegmentDetailJointDefault())
+    , m_section(makeDetail(QStringLiteral("section"), false))
+    , m_joint(makeDetail(QStringLiteral("joint"), true))
 {
     m_owner->SetName(QStringLiteral("Grid"));
     m_termination->SetName(QStringLiteral("Plug"));
     m_switchgear->SetName(QStringLiteral("Vacuum"));
-    m_section->SetName(QStringLiteral("Sample"));
-    m_section->SetVelocity(171e6);
-    m_section->SetInsulation(m_types.insulations.back());
-    m_section->SetType(m_types.cableType());
     for (int number = 0; number < count; ++number)
         addCable(number);
 }
@@ -142,9 +138,27 @@ std::shared_ptr<T> SampleNetwork::make(const QString& name)
     return entity;
 }
 
+std::shared_ptr<SegmentDetail> SampleNetwork::makeDetail(const QString& name, bool isJoint)
+{
+    auto detail = make<SegmentDetail>(name);
+    const auto insulation = make<Insulation>(name + QStringLiteral(" insulation"));
+    const auto type = make<SegmentType>(name + QStringLiteral(" type"));
+    insulation->SetName(insulation->Id().toString());
+    insulation->SetVelocity(170e6);
+    type->SetName(type->Id().toString());
+    type->SetIsJoint(isJoint);
+    detail->SetName(name);
+    detail->SetVelocity(isJoint ? 0 : 171e6);
+    detail->SetIsFavorite(true);
+    detail->SetInsulation(insulation);
+    detail->SetType(type);
+    return detail;
+}
+
 std::shared_ptr<Point> SampleNetwork::makePoint(const QString& name, double offset)
 {
     auto point = make<Point>(name);
+    point->SetIndex(7);
     point->setLatitude(54 + offset / 1000);
     point->setLongitude(10.25);
     return point;
@@ -154,6 +168,8 @@ std::shared_ptr<Station> SampleNetwork::makeStation(const QString& name, double 
 {
     auto station = make<Station>(name);
     station->SetName(name);
+    station->SetCity(QStringLiteral("Kiel"));
+    station->SetDescrition(QStringLiteral("By the harbour"));
     station->SetPoint(makePoint(name + QStringLiteral(" point"), offset));
     QImage image(2, 2, QImage::Format_RGB32);
     image.fill(Qt::darkGreen);
@@ -168,6 +184,14 @@ void SampleNetwork::addCable(int number)
     cables.push_back(cable);
     cable->SetNumber(name);
     cable->SetVoltage(20e3);
+    cable->SetInstallationDate(QDate(1987, 5, 4));
+    cable->SetDiagnosticStatus(static_cast<Enumerations::DiagnosticStatus>(2));
+    cable->SetCity(QStringLiteral("Kiel"));
+    cable->SetType(static_cast<Enumerations::CableType>(1));
+    cable->SetCableStatus(3);
+    cable->SetComment(QStringLiteral("Below the quay"));
+    cable->SetLength(1234.5);
+    cable->SetImportance(4);
     cable->SetOwner(m_owner);
     cable->SetStationA(makeStation(name + QStringLiteral(" A"), number));
     cable->SetStationB(makeStation(name + QStringLiteral(" B"), number + 0.5));
@@ -205,6 +229,7 @@ void SampleNetwork::addPhases(Cable& cable, const QString& name)
             segment->SetIndex(j);
             segment->SetName(QStringLiteral("S%1").arg(j));
             segment->SetLength(isJoint ? 0 : 100.5 + j);
+            segment->SetInstallationDate(QDate(1987, 5, 5));
             segment->SetDetail(isJoint ? m_joint : m_section);
             phase->AddSegment(segment);
         }
@@ -215,6 +240,13 @@ void SampleNetwork::addRating(Cable& cable, const QString& name)
 {
     const auto rating = make<Rating>(name + QStringLiteral(" rating"));
     rating->SetCableID(cable.Id());
+    rating->SetTaskID(sampleId(name + QStringLiteral(" task")));
+    rating->SetMeasureID(5);
+    rating->SetModeId(6);
+    rating->SetComment(QStringLiteral("Seen twice"));
+    rating->SetAutomatic(Rating::Positive);
+    rating->SetOldCable(Rating::Negative);
+    rating->SetEventselectionmodel(Rating::Median);
     rating->SetMeasureTime(QDateTime(QDate(2021, 6, 14), QTime(10, 30)));
     rating->setSummary(1.5, 0);
     cable.SetRating(rating);

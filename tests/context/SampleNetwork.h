@@ -8,8 +8,8 @@ namespace TestSupport {
 
 /**
  * Cables with everything that a cable can have: two stations with points and images, terminations, switchgear, an
- * owner, a route of ten points, three phases, twenty segments of which some are joints, a rating. The same ids on every
- * run; all New, all linked to one another, with the ids of the default types.
+ * owner, a route of ten points, three phases, twenty segments of which some are joints, a rating. Every property that
+ * is stored has another value than in a new object. The same ids on every run; all New, all linked to one another.
  */
 class SampleNetwork
 {
@@ -25,6 +25,7 @@ public:
 private:
     template <typename T>
     std::shared_ptr<T> make(const QString& name);
+    std::shared_ptr<Cables::Entities::SegmentDetail> makeDetail(const QString& name, bool isJoint);
     std::shared_ptr<Cables::Entities::Point> makePoint(const QString& name, double offset);
     std::shared_ptr<Cables::Entities::Station> makeStation(const QString& name, double offset);
     void addCable(int number);
@@ -32,7 +33,6 @@ private:
     void addPhases(Cables::Entities::Cable& cable, const QString& name);
     void addRating(Cables::Entities::Cable& cable, const QString& name);
 
-    DataAccess::Context::CableContext::DefaultTypes m_types = DataAccess::Context::CableContext::defaultTypes();
     std::shared_ptr<Cables::Entities::Owner> m_owner;
     std::shared_ptr<Cables::Entities::Termination> m_termination;
     std::shared_ptr<Cables::Entities::Switchgear> m_switchgear;

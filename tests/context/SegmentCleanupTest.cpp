@@ -17,8 +17,9 @@ using Context::CableContext;
 
 namespace {
 
-/// Segments of a phase in a short form: "index name length detail", separated by commas. A length of - is unknown. The
-/// details: section and section2 of XLPE, joint, default (of joints), wrong (a joint's, with the type of sections).
+/// Segments of a phase in a short form: "index name length detail date", separated by commas. A length of - is unknown,
+/// and the date may be left out. The details: section and section2 with an insulation, joint, default (of joints),
+/// wrong (a joint's, with the type of sections), typed (with a type of its own).
 struct Network
 {
     QString before;
@@ -26,7 +27,7 @@ struct Network
 };
 
 const QString s_details[] = {QStringLiteral("section"), QStringLiteral("section2"), QStringLiteral("joint"),
-                             QStringLiteral("wrong"), QStringLiteral("other")};
+                             QStringLiteral("wrong"),   QStringLiteral("other"),    QStringLiteral("typed")};
 
 std::shared_ptr<SegmentDetail> makeDetail(const QString& name)
 {
@@ -38,7 +39,11 @@ std::shared_ptr<SegmentDetail> makeDetail(const QString& name)
     detail->SetVelocity(isSection ? 166e6 : 0);
     if (isSection)
         detail->SetInsulationId(types.insulations.front()->Id());
-    detail->SetTypeId(isSection || name == QLatin1String("wrong") ? types.cableType()->Id() : types.jointType()->Id());
+    if (name == QLatin1String("typed"))
+        detail->SetTypeId(sampleId(QStringLiteral("type")));
+    else
+        detail->SetTypeId(isSection || name == QLatin1String("wrong") ? types.cableType()->Id()
+                                                                      : types.jointType()->Id());
     return detail;
 }
 
@@ -69,16 +74,18 @@ std::shared_ptr<Segment> makeSegment(const QString& text, int number)
     if (words.at(2) != QLatin1String("-"))
         segment->SetLength(words.at(2).toDouble());
     segment->SetDetailId(detailId(words.at(3)));
+    segment->SetInstallationDate(QDate::fromString(words.value(4), Qt::ISODate));
     return segment;
 }
 
 QString describe(const Cables::Entities::Interfaces::ISegment& segment)
 {
-    return QStringLiteral("%1 %2 %3 %4")
+    const QDate date = segment.InstallationDate();
+    return QStringLiteral("%1 %2 %3 %4%5")
         .arg(segment.Index())
         .arg(segment.Name().isEmpty() ? QStringLiteral("-") : segment.Name())
         .arg(std::isnan(segment.Length()) ? QStringLiteral("-") : QString::number(segment.Length()))
-        .arg(detailName(segment.DetailId()));
+        .arg(detailName(segment.DetailId()), date.isValid() ? date.toString(QStringLiteral(" yyyy-MM-dd")) : QString());
 }
 
 } // namespace
@@ -105,24 +112,26 @@ private Q_SLOTS:
         add("unknown lengths are alike", "0 a - section, 0 a - section", "0 a - section");
         addSound("sections and joints", "0 a 5 section, 1 b 0 joint, 2 c 5 section2, 3 - 0 default, 4 d 5 section");
         addSound("two joints side by side", "0 a 5 section, 1 b 0 joint, 2 c 0 joint, 3 d 5 section");
-        add("a joint with the detail of a section", "0 a 5 section, 1 b 0 section, 2 c 5 section",
-            "0 a 5 section, 1 b 0 default, 2 c 5 section");
-        add("a joint without detail", "0 a 5 section, 1 b 0 none, 2 c 5 section",
-            "0 a 5 section, 1 b 0 default, 2 c 5 section");
-        addSound("the only one with its detail", "0 a 5 section, 1 b 0 section2, 2 c 5 section");
-        addSound("a section of unknown length", "0 a 5 section, 1 b - section, 2 c 5 section");
-        addSound("a last piece of no length", "0 a 5 section, 1 b 0 section");
+        add("a joint with the detail of a section", "0 a 5 section, 1 - 0 section, 2 c 5 section",
+            "0 a 5 section, 1 - 0 default, 2 c 5 section");
+        addSound("a section entered without its length",
+                 "0 a 5 section, 1 b 0 section, 2 c 5 section, 3 - 0 section 2020-02-29, 4 d 5 section");
+        add("a joint without detail", "0 a 5 section, 1 - 0 none, 2 c 5 section",
+            "0 a 5 section, 1 - 0 default, 2 c 5 section");
+        addSound("the only one with its detail", "0 a 5 section, 1 - 0 section2, 2 c 5 section");
+        addSound("a section of unknown length", "0 a 5 section, 1 - - section, 2 c 5 section");
+        addSound("a last piece of no length", "0 a 5 section, 1 - 0 section");
         add("a joint stored twice", "0 a 5 section, 1 b 0 joint, 1 - 0.5 joint, 2 c 5 section",
             "0 a 5 section, 1 b 0.5 joint, 2 c 5 section");
         addSound("joints that contradict each other",
                  "0 a 5 section, 1 b 0 joint, 1 c 0 joint, 1 b 0 other, 2 d 5 section");
-        add("first made a joint, then found twice", "0 a 5 section, 1 b 0 section, 1 - 0 default, 2 c 5 section",
+        add("first made a joint, then found twice", "0 a 5 section, 1 - 0 section, 1 b 0 default, 2 c 5 section",
             "0 a 5 section, 1 b 0 default, 2 c 5 section");
-        addSound("a joint's detail of a section's type", "0 a 5 section, 1 b - wrong, 2 c 5 section");
+        addSound("a joint's detail of a section's type", "0 a 5 section, 1 - - wrong, 2 c 5 section");
         QTest::newRow("on a server") << int(DataAccess::Enumerations::Postgres)
                                      << Network{
-                                            QStringLiteral("0 a 5 section, 0 a 5 section, 1 b 0 none, 2 c 5 section"),
-                                            QStringLiteral("0 a 5 section, 1 b 0 default, 2 c 5 section")};
+                                            QStringLiteral("0 a 5 section, 0 a 5 section, 1 - 0 none, 2 c 5 section"),
+                                            QStringLiteral("0 a 5 section, 1 - 0 default, 2 c 5 section")};
     }
     void networksAreRepairedOnce()
     {
@@ -154,37 +163,71 @@ private Q_SLOTS:
         QCOMPARE(database.cableRows(), rows);
     }
 
-    void theOneChangedLastIsKept()
+    void theOneRatedOrChangedLastIsKept_data()
     {
+        QTest::addColumn<QString>("segment");
+        QTest::addColumn<QVector<int>>("rated");
+        QTest::addColumn<QVector<int>>("kept");
+        for (const char* segment : {"0 a 5 section", "0 a 0 joint"}) {
+            const QString text = QString::fromLatin1(segment);
+            QTest::addRow("%s, changed last", segment) << text << QVector<int>{} << QVector<int>{1};
+            QTest::addRow("%s, rated", segment) << text << QVector<int>{2} << QVector<int>{2};
+            QTest::addRow("%s, both rated", segment) << text << QVector<int>{0, 2} << QVector<int>{0, 2};
+        }
+    }
+    void theOneRatedOrChangedLastIsKept()
+    {
+        QFETCH(QString, segment);
+        QFETCH(QVector<int>, rated);
+        QFETCH(QVector<int>, kept);
         ContextDatabase database(DataAccess::Enumerations::SQLite3);
-        const auto phase = store(database, QStringLiteral("0 a 5 section, 0 a 5 section, 0 a 5 section"));
-        database.worker().run([](DataAccess::Interfaces::IDatabase& db) {
+        const auto idOf = [](int number) { return sampleId(QStringLiteral("segment %1").arg(number)); };
+        auto rating = std::make_shared<Rating>();
+        rating->SetId(sampleId(QStringLiteral("rating")));
+        for (const int number : qAsConst(rated))
+            rating->setValue(0, idOf(number).toString(), 1.5);
+        store(database, QStringList({segment, segment, segment}).join(QLatin1Char(',')), rating);
+        database.worker().run([&idOf](DataAccess::Interfaces::IDatabase& db) {
             db.Exec(QStringLiteral("UPDATE ce_segment SET timestamp = '2030-01-01 00:00:00.000' WHERE id = '%1'")
-                        .arg(sampleId(QStringLiteral("segment 1")).toString()));
+                        .arg(idOf(1).toString()));
         });
         const auto context = database.loadedCableContext();
-        QCOMPARE(context->Phases().value(phase)->Segments().size(), std::size_t(1));
-        QCOMPARE(context->Phases().value(phase)->Segments().front()->Id(), sampleId(QStringLiteral("segment 1")));
+        for (int number = 0; number < 3; ++number)
+            QCOMPARE(context->Segments().value(idOf(number))->EntityState() != Deleted, kept.contains(number));
     }
 
+    void aDetailOfJointsOnlyGetsTheirType_data()
+    {
+        QTest::addColumn<QString>("segments");
+        QTest::addColumn<bool>("isJoint");
+        QTest::newRow("a joint") << QStringLiteral("0 a 5 section, 1 - 0 wrong, 2 c 5 section") << true;
+        QTest::newRow("a section") << QStringLiteral("0 a 5 section, 1 b - wrong, 2 c 5 section") << false;
+        QTest::newRow("a type of its own") << QStringLiteral("0 a 5 section, 1 - 0 typed, 2 c 5 section") << false;
+    }
     void aDetailOfJointsOnlyGetsTheirType()
     {
+        QFETCH(QString, segments);
         ContextDatabase database(DataAccess::Enumerations::SQLite3);
-        store(database, QStringLiteral("0 a 5 section, 1 b 0 wrong, 2 c 5 section"));
+        store(database, segments);
         const auto context = database.loadedCableContext();
-        QVERIFY(context->SegmentDetails().value(sampleId(QStringLiteral("wrong")))->Type()->IsJoint());
-        QCOMPARE(context->Segments().value(sampleId(QStringLiteral("segment 1")))->DetailId(),
-                 sampleId(QStringLiteral("wrong")));
+        const auto segment = context->Segments().value(sampleId(QStringLiteral("segment 1")));
+        QTEST(segment->Detail()->Type()->IsJoint(), "isJoint");
+        QCOMPARE(segment->DetailId(), sampleId(segments.section(QLatin1Char(' '), 7, 7).remove(QLatin1Char(','))));
     }
 
 private:
     /// Stores the segments past the context, and returns the id of their phase.
-    static QUuid store(ContextDatabase& database, const QString& segments)
+    static QUuid store(ContextDatabase& database, const QString& segments,
+                       const std::shared_ptr<Rating>& rating = nullptr)
     {
         const auto context = database.cableContext();
         auto phase = std::make_shared<Phase>();
         phase->SetId(sampleId(QStringLiteral("phase")));
         context->attach(phase);
+        context->attach(rating);
+        auto type = std::make_shared<SegmentType>();
+        type->SetId(sampleId(QStringLiteral("type")));
+        context->attach(type);
         for (const QString& name : s_details)
             context->attach(makeDetail(name));
         int number = 0;

@@ -1,5 +1,6 @@
 #include "database/Database.h"
 #include "database/ExecutionException.h"
+#include "database/Failure.h"
 #include "support/FileLocker.h"
 #include "support/LogCapture.h"
 #include "support/PrivateServer.h"
@@ -64,6 +65,47 @@ class ConnectionFaultsTest : public QObject
         if (timer.elapsed() > patience || db.WasBlockedByStartup() != retriable)
             return QStringLiteral("late, or the wrong advice to try again");
         return log.contains(QStringLiteral("Can't open connection \"")) ? db.OpenError() : QStringLiteral("not logged");
+    }
+
+    /// Has the server end the connection of @p db, and waits until it has.
+    static void endConnection(const TestDatabase& database, IDatabase& db)
+    {
+        Database::Database other(database.config());
+        const int process = scalar(db, "SELECT pg_backend_pid()").toInt();
+        other.Exec(QStringLiteral("SELECT pg_terminate_backend(%1)").arg(process));
+        const QString gone = QStringLiteral("SELECT FROM pg_stat_activity WHERE pid = %1").arg(process);
+        while (other.Read(gone)->next()) {
+        }
+    }
+
+    /// Statements of all kinds, of which four insert a 7 into the table t; @p row does so as well.
+    static std::vector<std::function<void(IDatabase&)>> statements(Interfaces::IRowWriter& row)
+    {
+        static const QString insert = QStringLiteral("INSERT INTO t VALUES (7)");
+        return {[](IDatabase& db) { db.Exec(insert); },
+                [](IDatabase& db) { db.Exec(db.PreparedQuery(insert)); },
+                [](IDatabase& db) { db.Read(QStringLiteral("SELECT * FROM t")); },
+                [](IDatabase& db) { db.Tables(); },
+                [](IDatabase& db) {
+                    Database::Transaction transaction = db.Transaction();
+                    db.Exec(insert);
+                    transaction.commit();
+                },
+                [&row](IDatabase&) {
+                    row.run();
+                    row.finish();
+                }};
+    }
+
+    /// Whether @p statement fails because the database is locked or out of reach.
+    static bool isUnavailable(const std::function<void()>& statement)
+    {
+        try {
+            statement();
+        } catch (const DbException& error) {
+            return error.isUnavailable();
+        }
+        qFatal("a statement that cannot be run has succeeded");
     }
 
 private Q_SLOTS:
@@ -204,16 +246,120 @@ private Q_SLOTS:
     {
         const TestDatabase database(Enumerations::Postgres);
         Database::Database db(database.config());
-        Database::Database other(database.config());
         db.Exec(QStringLiteral("CREATE TABLE t (a INTEGER)"));
-        Database::Transaction transaction = db.Transaction();
-        db.Exec(QStringLiteral("INSERT INTO t VALUES (1)"));
-        other.Exec(
-            QStringLiteral("SELECT pg_terminate_backend(%1)").arg(scalar(db, "SELECT pg_backend_pid()").toInt()));
-        QVERIFY_EXCEPTION_THROWN(db.Exec(QStringLiteral("INSERT INTO t VALUES (2)")), ExecutionException);
-        // The next statement goes over a new connection, without the transaction.
-        QVERIFY(transaction.wasLost() && !transaction.isOpen() && !transaction.commit());
+        const LogCapture log;
+        for (const bool isFirstStatement : {true, false}) {
+            Database::Transaction transaction = db.Transaction();
+            const auto row = db.Write(QStringLiteral("INSERT INTO t VALUES (7)"), [] {});
+            db.Exec(QStringLiteral("INSERT INTO t VALUES (1)"));
+            endConnection(database, db);
+            // What is under way fails; over a new connection it would stay, without the transaction.
+            if (isFirstStatement)
+                QVERIFY_EXCEPTION_THROWN(db.Exec(QStringLiteral("INSERT INTO t VALUES (2)")), ExecutionException);
+            else
+                QVERIFY(!transaction.commit() && !transaction.lastError().isEmpty());
+            for (const auto& statement : statements(*row)) {
+                QVERIFY_EXCEPTION_THROWN(statement(db), DbException);
+                QVERIFY(isUnavailable([&] { statement(db); }));
+            }
+            QVERIFY(!transaction.commit() && !transaction.isOpen());
+        }
         QCOMPARE(scalar(db, "SELECT count(*) FROM t").toInt(), 0);
+    }
+
+    void endedWhileIdle()
+    {
+        const TestDatabase database(Enumerations::Postgres);
+        Database::Database db(database.config());
+        db.Exec(QStringLiteral("CREATE TABLE t (a INTEGER)"));
+        const LogCapture log;
+        const auto row = db.Write(QStringLiteral("INSERT INTO t VALUES (7)"), [] {});
+        const auto all = statements(*row);
+        for (const auto& statement : all) {
+            endConnection(database, db);
+            statement(db);
+        }
+        QSqlQuery& prepared = db.PreparedQuery(QStringLiteral("INSERT INTO t VALUES (:a)"));
+        prepared.bindValue(QStringLiteral(":a"), 7);
+        endConnection(database, db);
+        db.Exec(prepared);
+        // Each has had its effect once.
+        QCOMPARE(scalar(db, "SELECT count(*) FROM t WHERE a = 7").toInt(), 5);
+        QCOMPARE(log.messages(QtCriticalMsg, QStringLiteral("qor.database")), QStringList());
+        const QStringList warnings = log.messages(QtWarningMsg, QStringLiteral("qor.database"));
+        QCOMPARE(warnings.size(), static_cast<int>(all.size()) + 1);
+        QVERIFY2(warnings[0].contains(QStringLiteral("terminating connection")), qUtf8Printable(warnings[0]));
+    }
+
+    void foundDead()
+    {
+        const TestDatabase database(Enumerations::Postgres);
+        Database::Database db(database.config());
+        const LogCapture log;
+        const auto breakOff = [&] {
+            db.Connect();
+            const auto isConnection = [&](int file) {
+                sockaddr_in peer = {};
+                socklen_t size = sizeof(peer);
+                return getpeername(file, reinterpret_cast<sockaddr*>(&peer), &size) == 0 &&
+                       peer.sin_family == AF_INET && ntohs(peer.sin_port) == database.config()->Port();
+            };
+            int file = 0;
+            while (!isConnection(file))
+                ++file;
+            shutdown(file, SHUT_WR); // nothing is to be seen of it until something is sent
+        };
+        breakOff();
+        QVERIFY(db.Read(QStringLiteral("SELECT 1"))->next());
+        breakOff();
+        QVERIFY(db.Exec(db.PreparedQuery(QStringLiteral("SELECT 1"))));
+        breakOff();
+        QVERIFY(db.Transaction().commit());
+    }
+
+    void lockedOrOutOfReach_data()
+    {
+        QTest::addColumn<int>("backend");
+        QTest::addColumn<QString>("limit");
+        QTest::addColumn<bool>("expected");
+        const int sqlite = Enumerations::SQLite3;
+        const int postgres = Enumerations::Postgres;
+        QTest::newRow("busy") << sqlite << "PRAGMA busy_timeout = 0" << true;
+        QTest::newRow("lock time-out") << postgres << "SET lock_timeout = 1" << true;
+        QTest::newRow("statement time-out") << postgres << "SET statement_timeout = 20" << true;
+        QTest::newRow("no SQL, SQLite") << sqlite << QString() << false;
+        QTest::newRow("no SQL, PostgreSQL") << postgres << QString() << false;
+    }
+    void lockedOrOutOfReach()
+    {
+        QFETCH(QString, limit);
+        QFETCH(bool, expected);
+        const TestDatabase database;
+        Database::Database db(database.config());
+        Database::Database other(database.config());
+        const LogCapture log;
+        db.Exec(QStringLiteral("CREATE TABLE t (a INTEGER)"));
+        const auto row = db.Write(QStringLiteral("INSERT INTO t VALUES (7)"), [] {});
+        if (limit.isEmpty()) {
+            db.Exec(QStringLiteral("DROP TABLE t"));
+        } else {
+            db.Exec(limit);
+            const bool isSqlite = database.type() == Enumerations::SQLite3;
+            other.Exec(isSqlite ? QStringLiteral("BEGIN EXCLUSIVE") : QStringLiteral("BEGIN"));
+            if (!isSqlite)
+                other.Exec(QStringLiteral("LOCK TABLE t"));
+        }
+        for (const std::function<void()>& statement : std::vector<std::function<void()>>{
+                 [&] { db.Exec(QStringLiteral("INSERT INTO t VALUES (1)")); },
+                 [&] { db.Read(QStringLiteral("SELECT * FROM t")); },
+                 [&] { db.IDatabase::Write(QStringLiteral("DELETE FROM t"), [] {})->run(); }, [&] { row->run(); }})
+            QCOMPARE(isUnavailable(statement), expected);
+        if (database.type() == Enumerations::SQLite3 && expected) {
+            const Database::FailureWatch watch;
+            const Database::Transaction transaction = db.WriteTransaction();
+            QVERIFY(!transaction.isOpen() && transaction.isUnavailable() && watch.isUnavailable());
+            QVERIFY(watch.reason().contains(QStringLiteral("locked")));
+        }
     }
 
     void restartedServer()

@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QUuid>
 
+#include <sys/stat.h>
+
 using namespace DataAccess::Enumerations;
 using DataAccess::Database::DatabaseConfig;
 using TestSupport::LogCapture;
@@ -157,6 +159,73 @@ private Q_SLOTS:
         DatabaseConfig::RemoveConfig(config);
         QCOMPARE(DatabaseConfig::GetConfiguartions().size(), size_t(1));
         QCOMPARE(DatabaseConfig::GetConfiguartions().front()->ConnectionName(), kept->ConnectionName());
+    }
+
+    void namelessIsNotRemoved()
+    {
+        DatabaseConfig::AddConfig(serverConfig(QStringLiteral("kept")));
+        for (const char* const name : {"", "//"}) {
+            const auto nameless = serverConfig(QStringLiteral("nameless"));
+            nameless->SetConnectionName(QLatin1String(name));
+            DatabaseConfig::AddConfig(nameless);
+            const LogCapture log;
+            DatabaseConfig::RemoveConfig(nameless);
+            QVERIFY(log.contains(QStringLiteral("without a name")));
+            QCOMPARE(DatabaseConfig::GetConfiguartions().size(), size_t(1));
+        }
+    }
+
+    void noRegularFile_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("pipe") << QStringLiteral("user/Talvik/QOR.ini");
+        QTest::newRow("pipe for the organisation") << QStringLiteral("user/Talvik.ini");
+        QTest::newRow("pipe for all users") << QStringLiteral("system/Talvik/QOR.ini");
+    }
+    void noRegularFile()
+    {
+        QFETCH(QString, file);
+        const QString pipe = m_home->filePath(file);
+        QVERIFY(QDir().mkpath(QFileInfo(pipe).path()) && mkfifo(QFile::encodeName(pipe).constData(), 0600) == 0);
+        const LogCapture log;
+        const auto config = serverConfig(QStringLiteral("secret"));
+        DatabaseConfig::AddConfig(config);
+        DatabaseConfig::SetDefaultConfig(config);
+        DatabaseConfig::RemoveConfig(config);
+        QVERIFY(DatabaseConfig::GetConfiguartions().empty());
+        QVERIFY(DatabaseConfig::DefaultConfig()->IsValid());
+        const QStringList told = log.messages(QtCriticalMsg, QStringLiteral("qor.database.config"));
+        QCOMPARE(told.count(QStringLiteral("Can't read settings: \"%1\" is no regular file").arg(pipe)), 5);
+    }
+
+    void linksAreReadAndNeverWritten_data()
+    {
+        QTest::addColumn<bool>("leadsSomewhere");
+        QTest::newRow("to a file") << true;
+        QTest::newRow("to nothing") << false;
+    }
+    void linksAreReadAndNeverWritten()
+    {
+        QFETCH(bool, leadsSomewhere);
+        const QString store = Store().fileName();
+        const QString foreign = path("foreign.ini");
+        if (leadsSomewhere) {
+            DatabaseConfig::AddConfig(serverConfig(QStringLiteral("of the file")));
+            QVERIFY(QFile::rename(store, foreign) && QFile::setPermissions(foreign, s_usable));
+        }
+        QVERIFY(QDir().mkpath(QFileInfo(store).path()) && QFile::link(foreign, store));
+        const auto stored = [] { return static_cast<int>(DatabaseConfig::GetConfiguartions().size()); };
+        QCOMPARE(stored(), int(leadsSomewhere));
+        QVERIFY(QFileInfo(store).isSymLink());
+        const LogCapture log;
+        DatabaseConfig::AddConfig(serverConfig(QStringLiteral("new")));
+        QVERIFY(log.contains(QStringLiteral("is no link to \"%1\" any more").arg(foreign)));
+        QCOMPARE(stored(), int(leadsSomewhere) + 1);
+        QCOMPARE(QFileInfo::exists(foreign), leadsSomewhere);
+        QVERIFY(!leadsSomewhere || QSettings(foreign, QSettings::IniFormat).allKeys().size() == 7);
+        QVERIFY(!leadsSomewhere || QFile::permissions(foreign) & QFile::WriteOther);
+        QVERIFY(!QFileInfo(store).isSymLink() && !(QFile::permissions(store) & QFile::ReadOther));
+        QCOMPARE(QFileInfo(store).dir().entryList(QDir::Files), QStringList(QStringLiteral("QOR.ini")));
     }
 
     void groupsOfOthers()

@@ -58,8 +58,11 @@ private Q_SLOTS:
             QVERIFY(db.IsValid() == (reason != invalid) && !db.IsOpen());
             QSqlQuery query = QSqlQuery(QSqlDatabase());
             const std::function<void()> calls[] = {[&] { db.Exec(query) || db.ExecBatch(query); },
-                                                   [&] { db.Exec(QStringLiteral("SELECT 1")); }, [&] { db.Tables(); },
-                                                   [&] { db.Transaction(); }, [&] { db.NextId(QStringLiteral("t")); }};
+                                                   [&] { db.Exec(QStringLiteral("SELECT 1")); },
+                                                   [&] { db.Tables(); },
+                                                   [&] { db.Transaction(); },
+                                                   [&] { db.NextId(QStringLiteral("t")); },
+                                                   [&] { db.Exec(db.PreparedQuery(QStringLiteral("SELECT 1"))); }};
             for (const auto& call : calls) {
                 try {
                     call();
@@ -70,7 +73,9 @@ private Q_SLOTS:
                 }
             }
             QVERIFY(db.WasBlockedByStartup());
-            if (reason == invalid) {
+            if (reason != invalid) {
+                QCOMPARE(errors(log).size(), static_cast<int>(std::size(calls))); // each has tried once
+            } else {
                 QVERIFY_EXCEPTION_THROWN(db.Connect(), InvalidDbException);
                 QVERIFY_EXCEPTION_THROWN(db.Disconnect(), InvalidDbException);
                 QCOMPARE(errors(log).last(), QString::fromLatin1(invalid));
@@ -113,6 +118,22 @@ private Q_SLOTS:
         }
         QVERIFY(!db.WasBlockedByStartup() && db.Disconnect() && db.Disconnect() && !db.IsOpen());
         QCOMPARE(scalar(db, "SELECT max(id) FROM t").toInt(), 3); // a batch is no transaction
+    }
+
+    void resultsAreHeld_data() { TestSupport::addBackends(); }
+    void resultsAreHeld()
+    {
+        const TestDatabase database;
+        Database::Database db(database.config());
+        db.Exec(QStringLiteral("CREATE TABLE t (id INTEGER PRIMARY KEY, seen INTEGER)"));
+        db.Exec(QStringLiteral("INSERT INTO t VALUES (1, 0), (2, 0), (3, 0), (4, 0), (5, 0), (6, 0), (7, 0)"));
+        QSqlQuery rows = db.Exec(QStringLiteral("SELECT id FROM t"));
+        while (rows.next())
+            db.Exec(QStringLiteral("UPDATE t SET seen = 1 WHERE id = %1").arg(rows.value(0).toInt()));
+        QCOMPARE(scalar(db, "SELECT sum(seen) FROM t").toInt(), 7);
+        if (database.type() == Enumerations::Postgres)
+            QVERIFY_EXCEPTION_THROWN(db.Exec(QStringLiteral("SELECT 1 / (id - 5) FROM t ORDER BY id")),
+                                     ExecutionException);
     }
 
     void idsAndTables_data() { TestSupport::addBackends(); }
@@ -166,7 +187,6 @@ private Q_SLOTS:
             QVERIFY(!row.next());
         }
         QVERIFY(GenericDml::removeFromTable(db, &entity, table));
-        QVERIFY(GenericDml::removeFromTable(db, &entity, table)); // that there is no such row is no failure
         QCOMPARE(GenericDml::count(db, table), 1U);
         db.Exec(QStringLiteral("DROP TABLE things")); // no statement is under way any more
 

@@ -1,5 +1,9 @@
+#include "database/BatchCache.h"
 #include "database/Database.h"
 #include "database/ExecutionException.h"
+#include "database/Failure.h"
+#include "support/LogCapture.h"
+#include "support/RunningWorker.h"
 #include "support/Scalar.h"
 #include "support/TestDatabase.h"
 #include "support/TestMain.h"
@@ -85,7 +89,9 @@ private Q_SLOTS:
             Transaction transaction = m_db->Transaction();
             insert(1);
             m_db->Exec(QStringLiteral("INSERT INTO c VALUES (2)"));
-            QVERIFY(!transaction.commit() && transaction.isOpen());
+            QVERIFY(!transaction.commit() && transaction.isOpen() && !transaction.isUnavailable());
+            QVERIFY2(transaction.lastError().contains(QLatin1String("foreign key"), Qt::CaseInsensitive),
+                     qUtf8Printable(transaction.lastError()));
         }
         QCOMPARE(rows(), 0);
         Transaction next = m_db->Transaction();
@@ -112,12 +118,23 @@ private Q_SLOTS:
             return; // keeps it, as after any failed statement
         m_db->Exec(QStringLiteral("CREATE TABLE large (a BLOB)"));
         m_db->Exec(QStringLiteral("PRAGMA max_page_count = 10"));
-        Transaction transaction = m_db->Transaction();
-        insert(1);
-        QVERIFY_EXCEPTION_THROWN(m_db->Exec(QStringLiteral("INSERT INTO large VALUES (zeroblob(100000))")),
-                                 ExecutionException);
-        QVERIFY(transaction.wasLost() && !transaction.isOpen() && !transaction.commit());
+        const QVariant cache = TestSupport::scalar(*m_db, "PRAGMA cache_size");
+        for (const bool isAsked : {true, false}) {
+            Transaction transaction = m_db->Transaction();
+            const Database::BatchCache largeCache(*m_db, 1000);
+            const auto row = m_db->Write(QStringLiteral("INSERT INTO t VALUES (7)"), [] {});
+            insert(1);
+            QVERIFY_EXCEPTION_THROWN(m_db->Exec(QStringLiteral("INSERT INTO large VALUES (zeroblob(100000))")),
+                                     ExecutionException);
+            QVERIFY(!isAsked || (transaction.wasLost() && !transaction.isOpen()));
+            // What were written now would stay.
+            QVERIFY_EXCEPTION_THROWN(insert(2), ExecutionException);
+            QVERIFY_EXCEPTION_THROWN(row->run(), ExecutionException);
+            QVERIFY(!transaction.commit() && !transaction.isOpen() && !transaction.lastError().isEmpty());
+            QVERIFY_EXCEPTION_THROWN(rows(), ExecutionException);
+        }
         QCOMPARE(rows(), 0);
+        QCOMPARE(TestSupport::scalar(*m_db, "PRAGMA cache_size"), cache);
         QVERIFY(m_db->Transaction().isOpen());
     }
 
@@ -129,8 +146,43 @@ private Q_SLOTS:
             QVERIFY(!transaction.isOpen() && !transaction.commit() && !transaction.rollback() &&
                     !transaction.wasLost());
         }
-        const Transaction outer = m_db->Transaction();
-        QVERIFY(isPostgres() || !m_db->Transaction().isOpen()); // SQLite has no nested ones
+        Transaction outer = m_db->Transaction();
+        insert(1);
+        for (const bool isWriting : {false, true}) {
+            const TestSupport::LogCapture log;
+            const Database::FailureWatch watch;
+            Transaction inner = isWriting ? m_db->WriteTransaction() : m_db->Transaction();
+            QVERIFY(!inner.isOpen() && !inner.commit() && !inner.lastError().isEmpty());
+            QCOMPARE(log.messages(QtCriticalMsg, QStringLiteral("qor.database")).size(), 1);
+            QVERIFY(log.contains(inner.lastError()) && watch.reason() == inner.lastError() && !watch.isUnavailable());
+        }
+        QVERIFY(outer.commit());
+        QCOMPARE(rows(), 1);
+        // An unread select does not pass for a transaction.
+        QSqlQuery& unread = m_db->Query();
+        unread.setForwardOnly(true);
+        QVERIFY(unread.exec(QStringLiteral("SELECT 1 UNION ALL SELECT 2")) && unread.next());
+        QVERIFY(m_db->Transaction().isOpen());
+    }
+
+    void writeAfterReadWaits()
+    {
+        TestSupport::RunningWorker other(m_database->config());
+        std::promise<void> hasWritten;
+        other.get()->insert([&](Interfaces::IDatabase& db) {
+            Transaction transaction = db.Transaction();
+            db.Exec(QStringLiteral("INSERT INTO t VALUES (1)"));
+            hasWritten.set_value();
+            QThread::msleep(300);
+            transaction.commit();
+        });
+        hasWritten.get_future().wait();
+        Transaction transaction = m_db->WriteTransaction();
+        QVERIFY(rows() <= 1);
+        insert(2);
+        QVERIFY(transaction.commit());
+        other.run([](Interfaces::IDatabase&) {});
+        QCOMPARE(rows(), 2);
     }
 };
 

@@ -215,6 +215,7 @@ void PdTextFormsTest::chargeAtVoltage_data()
     QTest::newRow("close") << charges << 20400.0001 << unknown;
     QTest::newRow("other side") << charges << -20400.0 << unknown;
     QTest::newRow("no voltage") << charges << unknown << unknown;
+    QTest::newRow("infinite voltage") << charges << infinite << unknown;
     QTest::newRow("no charges") << Charges() << 20400.0 << unknown;
 }
 

@@ -13,7 +13,7 @@
 #include "support/TestMain.h"
 
 #include <QDir>
-#include <QFile>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -130,17 +130,19 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("damage");
         QTest::addColumn<QByteArray>("repair");
         QTest::addColumn<bool>("isUnknown");
+        QTest::addColumn<QString>("reason");
         for (const int backend : {int(Enumerations::SQLite3), int(Enumerations::Postgres)}) {
             QTest::addRow("unreadable version, %d", backend)
                 << backend << QByteArray("ALTER TABLE feature_defaults RENAME COLUMN value TO lost")
-                << QByteArray("ALTER TABLE feature_defaults RENAME COLUMN lost TO value") << true;
+                << QByteArray("ALTER TABLE feature_defaults RENAME COLUMN lost TO value") << true
+                << QStringLiteral("^The schema version CablesVersion cannot be read: .*value");
             QTest::addRow("step that fails, %d", backend)
                 << backend
                 << QByteArray("UPDATE feature_defaults SET value = '3' WHERE value = '9';"
                               "ALTER TABLE ce_segment RENAME TO lost")
                 << QByteArray("UPDATE feature_defaults SET value = '9' WHERE value = '3';"
                               "ALTER TABLE lost RENAME TO ce_segment")
-                << false;
+                << false << QStringLiteral("^The schema CablesVersion cannot be brought up to date: .*ce_segment");
         }
     }
     void aFaultLeavesNothing()
@@ -148,6 +150,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, damage);
         QFETCH(QByteArray, repair);
         QFETCH(bool, isUnknown);
+        QFETCH(QString, reason);
         const TestDatabase database;
         const auto facade = DataAccessFacade::Instance();
         const auto config = database.config();
@@ -158,6 +161,8 @@ private Q_SLOTS:
         const LogCapture log;
         QVERIFY(!facade->AddDatabase(config));
         QVERIFY(!facade->GetRepositories(config));
+        QVERIFY2(facade->LastError(config).contains(QRegularExpression(reason)),
+                 qUtf8Printable(facade->LastError(config)));
         QTRY_VERIFY(threadCount() <= m_threads);
         QCOMPARE(unknown.isEmpty(), !isUnknown);
         for (const QVariantList& arguments : unknown)
@@ -169,10 +174,11 @@ private Q_SLOTS:
         // Once the fault is mended, the same configuration opens.
         execute(database, repair);
         QVERIFY(facade->AddDatabase(config));
+        QVERIFY(facade->LastError(config).isEmpty());
         facade->RemoveDatabase(config);
     }
 
-    void neitherDoesAnExceptionNorAFileThatIsNoDatabase()
+    void neitherDoesAnException()
     {
         const TestDatabase database(Enumerations::SQLite3);
         const auto facade = DataAccessFacade::Instance();
@@ -183,11 +189,6 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(facade->AddDatabase(config), std::runtime_error);
         QVERIFY_EXCEPTION_THROWN(facade->AddDatabase(nullptr), std::invalid_argument);
         QVERIFY(!facade->GetRepositories(config));
-        QFile file(database.name());
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("no database at all") > 0);
-        file.close();
-        const LogCapture log;
-        QVERIFY(!facade->AddDatabase(database.config()));
         QTRY_VERIFY(threadCount() <= m_threads);
     }
 
@@ -200,7 +201,8 @@ private Q_SLOTS:
         QVERIFY(facade->AddDatabase(config));
         facade->RemoveDatabase(config);
         execute(database, "UPDATE feature_defaults SET value = '10' WHERE value = '9';"
-                          "UPDATE feature_defaults SET value = '9' WHERE value = '8'; DELETE FROM ce_insulation");
+                          "UPDATE feature_defaults SET value = '9' WHERE value = '8'; DELETE FROM ce_insulation;"
+                          "INSERT INTO ce_owner (id) VALUES ('{AAAAAAAA-0000-4000-8000-00000000000A}')");
         const QSignalSpy newer(facade.get(), &DataAccessFacade::migrationError);
         const LogCapture log;
         const auto manager = facade->AddDatabase(config);
@@ -212,6 +214,7 @@ private Q_SLOTS:
         QCOMPARE(newer.last().first().toString(), QStringLiteral("Database newer than this: PdVersion"));
         QVERIFY(!log.messages(QtWarningMsg, QStringLiteral("qor.context")).isEmpty());
         QCOMPARE(execute(database, "SELECT count(*) FROM ce_insulation").toInt(), 0);
+        QCOMPARE(execute(database, "SELECT count(*) FROM ce_owner WHERE id LIKE '%{AAAAAAAA%'").toInt(), 1);
     }
 
     void queuedJobsFinishAndLaterOnesFail_data() { addBackends(); }

@@ -116,6 +116,10 @@ private Q_SLOTS:
             QVERIFY(isLinked(segment->PhaseId(), segment->Phase(), network->Phases()));
             QVERIFY(isLinked(segment->DetailId(), segment->Detail(), network->SegmentDetails()));
         }
+        // The old library wrote some ids in capitals.
+        const auto switchgear = manager->EditorRepositories()->SwitchgearRepository();
+        const auto unknown = switchgear->GetById(QUuid(QStringLiteral("{016831d8-0d3a-4e30-b568-ecb848ec2a01}")));
+        QVERIFY(unknown && switchgear->Update({unknown}));
         facade->RemoveDatabase(config);
         QCOMPARE(bytesOf(config->DatabaseName()), before);
     }

@@ -1,4 +1,4 @@
-#include "database/ExecutionException.h"
+#include "database/Failure.h"
 #include "database/IDatabase.h"
 #include "migration/MigrationFixture.h"
 #include "migration/editor/EditorMigrationManager.h"
@@ -10,11 +10,9 @@
 #include <QFile>
 #include <QTest>
 
-#include <functional>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
-#include <utility>
 
 using namespace DataAccess;
 using namespace TestSupport;
@@ -53,10 +51,10 @@ private Q_SLOTS:
     void givesEachSegmentItsDetail();
     void leavesNothingOfAFailedStep_data();
     void leavesNothingOfAFailedStep();
-    void readsStoredVersions_data();
-    void readsStoredVersions();
-    void givesUpWhenAnotherProgramMigrates_data() { addBackends(); }
-    void givesUpWhenAnotherProgramMigrates();
+    void callsNothingMigratedThatStays_data() { addBackends(); }
+    void callsNothingMigratedThatStays();
+    void keepsWhatOthersPutOnATable_data() { addBackends(); }
+    void keepsWhatOthersPutOnATable();
     void survivesWithoutDatabase();
     void asksASilentServerOnce();
     void takesNoLockedFileForAFreshOne();
@@ -93,11 +91,18 @@ void EditorMigrationTest::migratesFromEveryVersion()
     QCOMPARE(log.contains(QStringLiteral("FOREIGN KEY(mid) REFERENCES measures(id)")),
              opened.database.type() == Enumerations::Postgres && !withCableBook && version != 0 && version < 5);
     if (withCableBook) {
-        QCOMPARE(opened.manager.migrationMessages().size(), version == 0 || version == 5 ? 1 : 0);
+        QCOMPARE(opened.manager.migrationMessages().size(), version == 5 ? 1 : 0);
         const QString deleted = QStringLiteral("Deleted %1 unused items in %2");
         QVERIFY(log.contains(deleted.arg(version > 0 ? 1 : 0).arg(QStringLiteral("ce_switchgear"))));
         QCOMPARE(log.contains(deleted.arg(1).arg(QStringLiteral("ce_segment_details"))), version >= 4 && version < 8);
     }
+
+    QCOMPARE(log.contains(QStringLiteral("Evaluations that could not be migrated stay in \"evaluation\" : 2")),
+             version == 5 && !withCableBook);
+
+    const QString discarded = QStringLiteral("Discarded 1 rows of \"%1\"");
+    QCOMPARE(log.contains(discarded.arg(QStringLiteral("CE_STATION"))), version == 0);
+    QCOMPARE(log.contains(discarded.arg(QStringLiteral("evaluation"))), version == 5 && withCableBook);
 
     // Each row's schema is compared with that of the first, which began with an empty database.
     static QMap<QPair<int, bool>, QStringList> fresh;
@@ -170,7 +175,11 @@ void EditorMigrationTest::leavesNothingOfAFailedStep()
     const QStringList schema = MigrationFixture::schema(opened.worker);
     const QStringList content = MigrationFixture::content(opened.worker);
     const LogCapture log;
+    const Database::FailureWatch watch;
     QVERIFY(!opened.manager.Migrate());
+    QVERIFY(!watch.reason().isEmpty() && !watch.reason().contains(QStringLiteral("broken off")));
+    QVERIFY(log.contains(watch.reason()));
+    QCOMPARE(MigrationFixture::backupContent(opened.worker, opened.database), QStringList());
     QCOMPARE(opened.manager.DbVersion(), static_cast<quint32>(version));
     QCOMPARE(MigrationFixture::schema(opened.worker), schema);
     QCOMPARE(MigrationFixture::content(opened.worker), content);
@@ -187,85 +196,53 @@ void EditorMigrationTest::leavesNothingOfAFailedStep()
              QStringList());
 }
 
-void EditorMigrationTest::readsStoredVersions_data()
+void EditorMigrationTest::callsNothingMigratedThatStays()
 {
-    QTest::addColumn<int>("backend");
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<quint32>("version");
-    QTest::addColumn<quint32>("steps");
-    QTest::addColumn<bool>("migrates");
-    const auto addVersion = [](const char* change, quint32 version, quint32 steps, bool migrates) {
-        addCase(QString::fromLatin1(change), QString::fromLatin1(change), version, steps, migrates);
-    };
-    const quint32 invalid = 4294967295U;
-    addVersion("UPDATE feature_defaults SET value = '10'", 10, 0, false);
-    addVersion("UPDATE feature_defaults SET value = 'abc'", 0, 9, true);
-    addVersion("UPDATE feature_defaults SET value = '4294967304'", 8, 1, true);
-    addVersion("UPDATE feature_defaults SET value = '-1'", invalid, 0, false);
-    addVersion("DELETE FROM feature_defaults", 0, 9, true);
-    addVersion("DELETE FROM features WHERE id = 102", 0, 9, true);
-    addVersion("UPDATE features SET module = 'm' WHERE id = 102", 0, 9, true);
-    addVersion("ALTER TABLE feature_defaults RENAME COLUMN value TO other", invalid, 0, false);
-}
-
-void EditorMigrationTest::readsStoredVersions()
-{
-    QFETCH(QString, change);
-    QFETCH(quint32, version);
-    QFETCH(quint32, steps);
-    QFETCH(bool, migrates);
+    const LogCapture log;
     Opened opened;
-    MigrationFixture::create(opened.worker, MigrationFixture::Editor, 8, MigrationFixture::With);
-    if (change.contains(QLatin1String("features")))
-        MigrationFixture::execute(opened.worker, {QStringLiteral("DELETE FROM feature_defaults")});
-    MigrationFixture::execute(opened.worker, {change});
-    const QStringList before = MigrationFixture::content(opened.worker);
-    const auto isNewer = [&] { return opened.worker.run(&EditorMigrationManager::isNewerThanThisBuild); };
-    if (change.contains(QLatin1String("RENAME")))
-        QVERIFY_EXCEPTION_THROWN(isNewer(), Exceptions::ExecutionException);
-    else
-        QCOMPARE(isNewer(), version > 9);
-    QCOMPARE(opened.manager.DbVersion(), version);
-    QCOMPARE(opened.manager.MigrationSteps(), steps);
-    QCOMPARE(opened.manager.Migrate(), migrates);
-    if (migrates) {
-        QCOMPARE(opened.manager.DbVersion(), opened.manager.ExpectedVersion());
-        QCOMPARE(MigrationFixture::rows(opened.worker,
-                                        QStringLiteral("SELECT count(*) FROM features AS f JOIN feature_defaults AS d "
-                                                       "ON d.featureid = f.id WHERE name = 'CablesVersion' AND "
-                                                       "module = '' AND type = 'I' AND NOT admin = (1 = 1)")),
-                 QStringLiteral("1"));
-    } else {
-        QCOMPARE(MigrationFixture::content(opened.worker), before);
-    }
+    MigrationFixture::create(opened.worker, MigrationFixture::Editor, 5, MigrationFixture::Without);
+    MigrationFixture::execute(opened.worker, {QStringLiteral("DELETE FROM evaluation WHERE id < 3")});
+    QVERIFY(opened.manager.Migrate());
+    QCOMPARE(opened.manager.migrationMessages(), QStringList());
+    QCOMPARE(MigrationFixture::rows(opened.worker, QStringLiteral("SELECT id FROM evaluation ORDER BY id")),
+             QStringLiteral("3; 4"));
 }
 
-/// The other program does all its work after this one has read the version: what this one would do is outdated.
-void EditorMigrationTest::givesUpWhenAnotherProgramMigrates()
+/// Whatever others have put on a table that a step rebuilds. What fits the new layout no more is told.
+void EditorMigrationTest::keepsWhatOthersPutOnATable()
 {
+    const LogCapture log;
     Opened opened;
     MigrationFixture::create(opened.worker, MigrationFixture::Editor, 1, MigrationFixture::With);
-    RunningWorker otherWorker(opened.database.config());
-    EditorMigrationManager other;
-    other.setDbWorker(otherWorker.get());
-    static std::function<void()> interlude;
-    interlude = [&] {
-        QVERIFY(other.Migrate());
-        MigrationFixture::execute(otherWorker,
-                                  {QStringLiteral("INSERT INTO ce_insulation (id, name) VALUES ('i', 'PE')")});
-    };
-    const QtMessageHandler handler = [](QtMsgType, const QMessageLogContext&, const QString& text) {
-        if (text.contains(QLatin1String("Migrate FROM:")) && interlude)
-            std::exchange(interlude, nullptr)();
-    };
-    const QtMessageHandler previous = qInstallMessageHandler(handler);
-    const bool migrated = opened.manager.Migrate();
-    qInstallMessageHandler(previous);
-    QVERIFY(!migrated);
-    QVERIFY(!interlude);
-    QCOMPARE(opened.manager.DbVersion(), 9U);
-    QCOMPARE(MigrationFixture::rows(opened.worker, QStringLiteral("SELECT name FROM ce_insulation")),
-             QStringLiteral("PE"));
+    MigrationFixture::execute(
+        opened.worker,
+        {QStringLiteral("CREATE UNIQUE INDEX \"My index\" ON ce_cable (number, city) WHERE snap IS NULL"),
+         QStringLiteral("CREATE INDEX speed ON ce_segment (velocity)")});
+    QString select = QStringLiteral("SELECT sql FROM sqlite_master WHERE tbl_name = 'ce_cable' AND type = 'index'");
+    if (opened.database.type() == Enumerations::Postgres) {
+        for (const char* statement :
+             {"GRANT SELECT, DELETE ON ce_cable TO PUBLIC", "GRANT UPDATE (number) ON ce_cable TO PUBLIC",
+              "ALTER DEFAULT PRIVILEGES GRANT INSERT ON TABLES TO PUBLIC",
+              "ALTER TABLE ce_cable ADD CONSTRAINT short CHECK (city <> 'here')",
+              "COMMENT ON TABLE ce_cable IS 'It''s \"all\" ours'",
+              "COMMENT ON COLUMN ce_cable.number IS 'on the plate'", "COMMENT ON INDEX \"My index\" IS 'for searching'",
+              "COMMENT ON CONSTRAINT short ON ce_cable IS 'why'"})
+            MigrationFixture::execute(opened.worker, {QString::fromLatin1(statement)});
+        select = QStringLiteral(
+            "SELECT (SELECT array_agg(a::text ORDER BY a::text) FROM aclexplode(relacl) AS a), obj_description(oid), "
+            "(SELECT array_agg(pg_get_indexdef(indexrelid) || coalesce(obj_description(indexrelid, 'pg_class'), '') "
+            "ORDER BY indexrelid::regclass::text) FROM pg_index WHERE indrelid = oid), "
+            "(SELECT array_agg(pg_get_constraintdef(c.oid) || coalesce(obj_description(c.oid), '') ORDER BY conname) "
+            "FROM pg_constraint AS c WHERE conrelid = pg_class.oid), "
+            "(SELECT array_agg(attname || attacl::text || col_description(attrelid, attnum)) FROM pg_attribute "
+            "WHERE attrelid = oid AND attname = 'number') FROM pg_class WHERE relname = 'ce_cable'");
+    }
+    const QString before = MigrationFixture::rows(opened.worker, select);
+    QVERIFY(opened.manager.Migrate());
+    QCOMPARE(MigrationFixture::rows(opened.worker, select), before);
+    QVERIFY(log.contains(QStringLiteral("Lost with the old layout of its table: CREATE INDEX speed")));
+    QCOMPARE(MigrationFixture::faults(opened.worker, MigrationFixture::Editor, 1, MigrationFixture::With),
+             QStringList());
 }
 
 void EditorMigrationTest::survivesWithoutDatabase()

@@ -1,4 +1,5 @@
 #include "migration/editor/EditorMigrationManager.h"
+#include "migration/pd/PdMigrationManager.h"
 #include "support/RunningWorker.h"
 #include "support/TestDatabase.h"
 
@@ -6,7 +7,8 @@
 
 #include <cstdio>
 
-/// Migrates the database of a type and name, and says before when it is ready to; 0 when that succeeds.
+/// Migrates the database of a type and name, after it has said that it is ready to and its input has ended; 0 when that
+/// succeeds.
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
@@ -16,11 +18,15 @@ int main(int argc, char** argv)
     const auto config = TestSupport::serverConfig(arguments.at(2));
     config->SetType(static_cast<DataAccess::Enumerations::DatabaseType>(arguments.at(1).toInt()));
     const TestSupport::RunningWorker worker(config);
-    DataAccess::Manager::EditorMigrationManager manager;
-    manager.setDbWorker(worker.get());
-    if (!manager.WaitForConnected())
+    DataAccess::Manager::EditorMigrationManager editor;
+    DataAccess::Manager::PdMigrationManager pd;
+    editor.setDbWorker(worker.get());
+    pd.setDbWorker(worker.get());
+    if (!editor.WaitForConnected())
         return 3;
     std::puts("ready");
     std::fflush(stdout);
-    return manager.Migrate() ? 0 : 1;
+    while (std::getchar() != EOF) {
+    }
+    return editor.Migrate() && pd.Migrate() ? 0 : 1;
 }

@@ -9,7 +9,7 @@
 
 using namespace TestSupport;
 
-/// A process that migrates a database is killed, again and again, until one lives long enough.
+/// Processes that migrate a database: at the same time, or killed, again and again, until one lives long enough.
 class MigrationCrashTest : public QObject
 {
     Q_OBJECT
@@ -17,7 +17,19 @@ class MigrationCrashTest : public QObject
 private Q_SLOTS:
     void completesWhatWasKilled_data() { addBackends(); }
     void completesWhatWasKilled();
+    void letsAllProgramsIn_data() { addBackends(); }
+    void letsAllProgramsIn();
 };
+
+namespace {
+
+void start(QProcess& process, const TestDatabase& database)
+{
+    process.start(QStringLiteral(DATAACCESS_MIGRATION_PROGRAM), {QString::number(database.type()), database.name()});
+    QVERIFY(process.waitForReadyRead());
+}
+
+} // namespace
 
 void MigrationCrashTest::completesWhatWasKilled()
 {
@@ -39,9 +51,8 @@ void MigrationCrashTest::completesWhatWasKilled()
     QRandomGenerator random(1);
     for (int limit = 8;; limit += 1 + limit / 8) {
         QProcess process;
-        process.start(QStringLiteral(DATAACCESS_MIGRATION_PROGRAM),
-                      {QString::number(database.type()), database.name()});
-        QVERIFY(process.waitForReadyRead());
+        start(process, database);
+        process.closeWriteChannel();
         if (process.waitForFinished(random.bounded(limit))) {
             QCOMPARE(process.exitStatus(), QProcess::NormalExit);
             QCOMPARE(process.exitCode(), 0);
@@ -66,6 +77,33 @@ void MigrationCrashTest::completesWhatWasKilled()
     MigrationFixture::execute(
         worker, {QStringLiteral("DELETE FROM ce_cable") + many, QStringLiteral("DELETE FROM ce_segment") + many});
     QCOMPARE(MigrationFixture::faults(worker, MigrationFixture::Editor, 1, MigrationFixture::With), QStringList());
+}
+
+/// Set DATAACCESS_TEST_ROUNDS for more rounds than a few.
+void MigrationCrashTest::letsAllProgramsIn()
+{
+    const LogCapture log;
+    const int rounds = qEnvironmentVariableIsSet("DATAACCESS_TEST_ROUNDS")
+                           ? qEnvironmentVariableIntValue("DATAACCESS_TEST_ROUNDS")
+                           : 4;
+    for (int round = 0; round < rounds; ++round) {
+        TestDatabase database;
+        RunningWorker worker(database.config());
+        const int version = round % 2 == 0 ? MigrationFixture::emptyVersion : 1;
+        MigrationFixture::create(worker, MigrationFixture::Editor, version, MigrationFixture::With);
+        QProcess programs[4];
+        for (QProcess& program : programs)
+            start(program, database);
+        for (QProcess& program : programs)
+            program.closeWriteChannel();
+        for (QProcess& program : programs) {
+            QVERIFY(program.waitForFinished());
+            QVERIFY2(program.exitStatus() == QProcess::NormalExit && program.exitCode() == 0,
+                     program.readAllStandardError().constData());
+        }
+        QCOMPARE(MigrationFixture::faults(worker, MigrationFixture::Editor, version, MigrationFixture::With),
+                 QStringList());
+    }
 }
 
 DATAACCESS_TEST(MigrationCrashTest)

@@ -3,6 +3,7 @@
 #include "database/IDatabase.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QSqlQuery>
@@ -153,6 +154,30 @@ QStringList MigrationFixture::content(RunningWorker& worker)
     });
 }
 
+QStringList MigrationFixture::backupContent(RunningWorker& worker, const TestDatabase& database)
+{
+    QStringList all;
+    if (database.type() == DataAccess::Enumerations::Postgres) {
+        static const QRegularExpression copy(QStringLiteral("^(\\w+) before CablesVersion 9 \\d{8}T\\d{6} "));
+        for (QString row : content(worker).filter(copy))
+            all.append(row.replace(copy, QStringLiteral("\\1 ")));
+        return all;
+    }
+    const QFileInfo original(database.name());
+    static const QRegularExpression copy(QStringLiteral("^test\\.before-CablesVersion-9-\\d{8}T\\d{6}\\.vbk$"));
+    for (const QFileInfo& file : original.dir().entryInfoList(QDir::Files | QDir::Hidden)) {
+        if (file == original || file.fileName().startsWith(original.fileName() + QLatin1Char('-')))
+            continue;
+        const auto config = database.config();
+        config->SetDatabaseName(file.filePath());
+        RunningWorker copied(config);
+        all += copy.match(file.fileName()).hasMatch() && file.permissions() == original.permissions()
+                   ? content(copied)
+                   : QStringList(file.fileName());
+    }
+    return all;
+}
+
 QStringList MigrationFixture::schema(RunningWorker& worker)
 {
     QStringList all = worker.run([](IDatabase& db) {
@@ -169,9 +194,9 @@ QStringList MigrationFixture::schema(RunningWorker& worker)
                read(db, QStringLiteral("SELECT sequencename FROM pg_sequences"));
     });
     all.sort();
-    return all.filter(
-        QRegularExpression(QStringLiteral("^\"?(ce_(?!.*_tmp)|feature|evaluation|qor_rating|cablebook|pd_)"),
-                           QRegularExpression::CaseInsensitiveOption));
+    return all.filter(QRegularExpression(
+        QStringLiteral("^(?!.* before )\"?(ce_(?!.*_tmp)|feature|evaluation|qor_rating|cablebook|pd_)"),
+        QRegularExpression::CaseInsensitiveOption));
 }
 
 QStringList MigrationFixture::faults(RunningWorker& worker, Family family, int version, CableBook cableBook)

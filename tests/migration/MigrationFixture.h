@@ -50,6 +50,8 @@ void execute(RunningWorker& worker, const QStringList& statements);
 QString rows(RunningWorker& worker, const QString& select);
 /// All rows of all tables.
 QStringList content(RunningWorker& worker);
+/// The same of the copies that were made before the cable network was migrated; empty without a copy.
+QStringList backupContent(RunningWorker& worker, const TestDatabase& database);
 /// Columns, constraints and sequences of the migrated tables.
 QStringList schema(RunningWorker& worker);
 /// The selects whose rows are not as promised once a database that began at @p version is migrated.

@@ -21,7 +21,7 @@
 0-8 INSERT INTO features VALUES (101, 'Other', 'I', '', FALSE, FALSE, FALSE)
 1-8 INSERT INTO features VALUES (102, 'CablesVersion', 'I', '', FALSE, FALSE, FALSE)
 1-8 INSERT INTO feature_defaults VALUES (102, '$version', '2020-01-02 03:04:05.678')
-0-8 SELECT name FROM features ORDER BY id => Other; CablesVersion
+0-8 SELECT name FROM features WHERE name <> 'PdVersion' ORDER BY id => Other; CablesVersion
 
 -- Work tables that somebody left behind.
 0-8 CREATE TABLE ce_station_tmp (id INT4)
@@ -117,13 +117,11 @@
 
 0-0 CREATE TABLE evaluation ($evaluation
 5-8 CREATE TABLE evaluation ($evaluation
-0-0 INSERT INTO evaluation (id, cid) VALUES (1, 'c1')
 5-5 INSERT INTO evaluation VALUES (1, 7, NULL, 'c1', 'it''s', '{"a": 1}', -1, 2, 3, '2021-01-01 01:01:01.000'),
  (2, NULL, NULL, 'c1', NULL, NULL, NULL, NULL, NULL, '2021-02-02 02:02:02.000'),
  (3, NULL, 't1', NULL, NULL, NULL, NULL, NULL, NULL, NULL), (4, NULL, 'gone', NULL, NULL, NULL, NULL, NULL, NULL, NULL)
 -1-8 with SELECT count(*) FROM evaluation => 0
 -- What only a cable book would explain is kept where it is.
-0-0 without SELECT id FROM evaluation => 1
 5-5 without SELECT id FROM evaluation ORDER BY id => 1; 2; 3; 4
 6-8 CREATE TABLE qor_rating (id TEXT, mid INT8, tid TEXT, cid TEXT, comment TEXT, evaluation TEXT, automatic INT4,
  oldcable INT4, eventselectionmodel INT4, modeid INT4, measuretime TIME, snap BOOL, deleted BOOL,

@@ -45,12 +45,10 @@ class CablebookMeasuresRepositoryTest : public QObject
 
 private Q_SLOTS:
     void everyProperty_data() { TestSupport::addBackends(); }
-    void everyProperty()
-    {
-        EditorDatabase database;
-        auto measures = database.repository<CablebookMeasuresRepository>();
-        TestSupport::roundTrip<CablebookMeasure>(measures, &fill);
-    }
+    void everyProperty() { TestSupport::checkKind<CablebookMeasuresRepository, EditorDatabase>(false, &fill); }
+
+    void failures_data() { TestSupport::addBackends(); }
+    void failures() { TestSupport::checkKind<CablebookMeasuresRepository, EditorDatabase>(true, &fill); }
 
     void softDeletionKeepsTheRestOfTheRow_data() { TestSupport::addBackends(); }
     void softDeletionKeepsTheRestOfTheRow()
@@ -93,6 +91,14 @@ private Q_SLOTS:
         const LogCapture log;
         QVERIFY(!measures.Insert({byId, without}));
         QVERIFY(measures.Insert({byId, byNumber}));
+
+        // What is no number is not the number 0.
+        const auto zero = std::make_shared<CablebookMeasure>();
+        zero->SetId(QorUuidHelpers::uuidFromInt(0));
+        QVERIFY(measures.Insert({zero}));
+        QVERIFY(!measures.GetById(without->Id()));
+        QVERIFY(measures.GetById(zero->Id()));
+        QVERIFY(measures.Remove({zero}));
 
         const auto stored = measures.GetById(byId->Id());
         QCOMPARE(stored->MeasureId(), 0);

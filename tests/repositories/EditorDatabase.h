@@ -25,6 +25,8 @@ public:
 
     DataAccess::Enumerations::DatabaseType type() const { return m_database.type(); }
     const QString& name() const { return m_database.name(); }
+    /// For a connection of another program.
+    std::shared_ptr<DataAccess::Database::DatabaseConfig> config() const { return m_database.config(); }
     RunningWorker& worker() { return m_worker; }
 
 private:

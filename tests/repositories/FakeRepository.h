@@ -12,7 +12,8 @@
 
 namespace TestSupport {
 
-/// A table in memory that keeps a record of its calls, and that fails or throws when told to.
+/// A table in memory that keeps a record of its calls, and that fails or throws when told to. A read of all that fails
+/// still gives one row, as one does that meets a value it cannot convert.
 template <typename T>
 class FakeRepository : public DataAccess::Interfaces::IRepository<T>
 {
@@ -39,7 +40,7 @@ public:
     {
         const Call call(*this, "GetAll");
         Entities all;
-        for (auto row = m_rows.constBegin(); call.succeeds() && row != m_rows.constEnd(); ++row)
+        for (auto row = m_rows.constBegin(); (call.succeeds() || all.isEmpty()) && row != m_rows.constEnd(); ++row)
             all.insert(row.key(), std::make_shared<T>(**row));
         return all;
     }
@@ -91,6 +92,8 @@ private:
                 m_repository.m_entered = false;
                 throw std::runtime_error("told to");
             }
+            if (!succeeds())
+                DataAccess::Database::FailureWatch::report({QStringLiteral("told to"), {}, {}, {}});
         }
         ~Call() { m_repository.m_entered = false; }
         Call(const Call&) = delete;

@@ -72,7 +72,10 @@ private Q_SLOTS:
         QVERIFY(reports.Insert({report}));
         report->SetFlags(2);
         report->SetFilter(filterOf(good, bad));
+        const Database::FailureWatch watch;
         QVERIFY(!reports.Update({report}));
+        QCOMPARE(watch.failures().value(0).row, report->Id());
+        QVERIFY(watch.reason().contains(QStringLiteral("\"value\"")));
         QCOMPARE(report->EntityState(), Modified);
         const auto stored = reports.GetById(report->Id());
         QCOMPARE(stored->Flags(), 1);
@@ -98,9 +101,11 @@ private Q_SLOTS:
         // An update of a report that was read without its filter would wipe it.
         QVERIFY(reports.Insert({first}));
         database.value(QStringLiteral("ALTER TABLE pd_filter RENAME TO elsewhere"));
+        const Database::FailureWatch watch;
         QVERIFY(reports.GetAll().isEmpty());
         QVERIFY(!reports.GetById(second->Id()));
         QVERIFY(!reports.Remove({second}));
+        QCOMPARE(watch.failures().size(), 3);
         database.value(QStringLiteral("ALTER TABLE elsewhere RENAME TO pd_filter"));
         QCOMPARE(reports.GetAll().value(second->Id())->Filter(), second->Filter());
     }

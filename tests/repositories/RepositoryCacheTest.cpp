@@ -38,6 +38,7 @@ std::shared_ptr<T> make(const QUuid& id = QUuid::createUuid())
 class OwnerCache : public RepositoryCache<Owner>
 {
 public:
+    using RepositoryCache::ask;
     using RepositoryCache::cache;
     using RepositoryCache::cached;
     using RepositoryCache::remove;
@@ -173,16 +174,24 @@ private Q_SLOTS:
 
     void aReadThatFailsIsTriedAgain()
     {
+        const auto all = [](Table& table) { return table.GetAll(); };
         for (const Table::Outcome outcome : {Table::Failure, Table::Exception}) {
             m_cache->Reload();
             m_table->setOutcome(outcome);
             try {
                 m_cache->Reload();
+                // What was read is handed out, and told to be a part.
+                const Database::FailureWatch watch;
+                QCOMPARE(m_cache->GetAll().size(), 1);
+                QCOMPARE(m_cache->ask<Table>(all, Q_FUNC_INFO).size(), 1);
+                QVERIFY(!m_cache->GetById(m_first->Id()));
+                QCOMPARE(watch.failures().size(), 3);
             } catch (const std::runtime_error&) {
                 QVERIFY_EXCEPTION_THROWN(m_cache->GetById(m_first->Id()), std::runtime_error);
             }
             m_table->setOutcome(Table::Success);
             QCOMPARE(m_cache->GetAll().size(), 2);
+            QVERIFY(m_cache->GetById(m_first->Id()));
         }
     }
 
@@ -213,6 +222,7 @@ private Q_SLOTS:
         OwnerCache cache(nullptr);
         QVERIFY(cache.GetAll().isEmpty());
         QVERIFY(!cache.GetById(m_first->Id()));
+        const Database::FailureWatch watch;
         QVERIFY(!cache.Insert({m_first}) && !cache.Update({m_first}) && !cache.Delete({m_first}));
         cache.cache(m_first);
         cache.cache(m_second);
@@ -229,6 +239,7 @@ private Q_SLOTS:
         Repositories::PhaseRepositoryCached phases(std::make_shared<TestSupport::FakeRepository<Phase>>());
         QVERIFY(phases.GetByCableId(QUuid::createUuid()).isEmpty());
         QCOMPARE(log.messages(QtWarningMsg, QStringLiteral("qor.database")).size(), 1);
+        QCOMPARE(watch.failures().size(), 5); // three writes above, a removal, and the query
     }
 
     /// Owners come and go in pairs: whoever sees one of a pair without the other sees a torn state.

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "database/DatabaseType.h"
+#include "database/Failure.h"
 #include "entities/qor/EntityState.h"
+#include "repositories/EditorDatabase.h"
 #include "repositories/IRepository.h"
+#include "support/LogCapture.h"
 
 #include <QDateTime>
 #include <QTest>
@@ -171,6 +174,93 @@ void roundTrip(DataAccess::Interfaces::IRepository<T>& repository, const std::fu
     QVERIFY(!repository.GetById(entities[0]->Id()));
     entities.erase(entities.begin(), entities.begin() + 2);
     QCOMPARE(difference(entities, repository), QString());
+}
+
+/// What @p operation reports to its caller about @p table, a line a failure: the kind, and the row where that is known.
+template <typename Operation>
+QStringList failuresOf(const QString& table, const Operation& operation)
+{
+    const DataAccess::Database::FailureWatch watch;
+    operation();
+    QStringList lines;
+    for (const DataAccess::Database::Failure& failure : watch.failures()) {
+        const QString row = failure.row.isNull() ? QString() : failure.row.toString();
+        const bool named = failure.table == table && failure.reason.contains(table) && failure.reason.contains(row);
+        lines += named ? QString::number(static_cast<int>(failure.kind)) + row : failure.reason;
+    }
+    return lines;
+}
+
+/// A row that another program has removed is not written, and told; a table that cannot be used never looks empty.
+template <typename T>
+void tellFailures(EditorDatabase& database, DataAccess::Interfaces::IRepository<T>& repository,
+                  const std::function<void(T&, int)>& fill)
+{
+    using DataAccess::Database::FailureWatch;
+    std::vector<std::shared_ptr<T>> entities;
+    for (int i = 0; i < 3; ++i) {
+        entities.push_back(std::make_shared<T>());
+        entities.back()->SetId(QUuid::createUuid());
+        fill(*entities.back(), i);
+    }
+    const auto stored = entities[1];
+    const LogCapture log;
+    QVERIFY(repository.Insert({stored}));
+    const QString table = [&] {
+        const FailureWatch watch;
+        repository.Remove({entities[0]});
+        return watch.failures().value(0).table;
+    }();
+    const QString noRow = QStringLiteral("1");
+    const QString first = noRow + entities[0]->Id().toString();
+    QVERIFY(!table.isEmpty());
+    QCOMPARE(failuresOf(table, [&] { repository.GetById(entities[0]->Id()); }), QStringList());
+
+    const QJsonObject before = repository.GetById(stored->Id())->toJson();
+    fill(*stored, 4);
+    bool done = true;
+    QCOMPARE(failuresOf(table,
+                        [&] {
+                            done = repository.Update({entities[0], nullptr, stored, entities[2]});
+                        }),
+             QStringList({first, noRow + entities[2]->Id().toString()}));
+    QVERIFY(!done);
+    QCOMPARE(repository.GetById(stored->Id())->toJson(), before);
+    for (const auto& entity : {entities[0], entities[2]}) {
+        const QStringList lines = log.messages(QtWarningMsg, QStringLiteral("qor.database")).filter(table);
+        QVERIFY(!lines.filter(entity->Id().toString()).isEmpty());
+    }
+    QCOMPARE(failuresOf(table, [&] { done = repository.Delete({entities[0], stored}); }), QStringList(first));
+    QVERIFY(done && repository.GetById(stored->Id())->EntityState() == QOR::Entities::Enumerations::Deleted);
+    QCOMPARE(failuresOf(table, [&] { done = repository.Remove({entities[0], stored}); }), QStringList(first));
+    QVERIFY(done && !repository.GetById(stored->Id()));
+
+    database.value(QStringLiteral("ALTER TABLE %1 RENAME TO elsewhere").arg(table));
+    const std::vector<std::function<bool()>> operations = {[&] { return !repository.GetAll().isEmpty(); },
+                                                           [&] { return repository.GetById(stored->Id()) != nullptr; },
+                                                           [&] { return repository.Count() != 0; },
+                                                           [&] { return repository.Insert({stored}); },
+                                                           [&] { return repository.Update({stored}); },
+                                                           [&] { return repository.Delete({stored}) && false; },
+                                                           [&] { return repository.Remove({stored}) && false; }};
+    for (const auto& operation : operations) {
+        const QStringList told = failuresOf(table, [&] { done = operation(); });
+        QVERIFY(!done && !told.isEmpty());
+        QVERIFY2(told.first().startsWith(QLatin1Char('0')), qUtf8Printable(told.first()));
+    }
+}
+
+/// What is tested of every kind of entity, with the repository and the values that @p fill gives the entities.
+template <typename Repository, typename Database, typename Fill>
+void checkKind(bool failures, const Fill& fill)
+{
+    Database database;
+    auto repository = database.template repository<Repository>();
+    using T = typename decltype(repository.GetAll())::mapped_type::element_type;
+    if (failures)
+        tellFailures<T>(database, repository, fill);
+    else
+        roundTrip<T>(repository, fill);
 }
 
 } // namespace TestSupport

@@ -3,7 +3,6 @@
 #include "database/native/Handle.h"
 
 #include <QSqlDriver>
-#include <QSqlError>
 
 namespace DataAccess::Database::Native {
 
@@ -14,12 +13,15 @@ PGconn* postgresConnection(const QSqlDriver* driver)
     return connection != nullptr && PQclientEncoding(connection) == utf8 ? connection : nullptr;
 }
 
-QString postgresErrorText(const PGconn* connection, const PGresult* result, const char* what)
+QSqlError postgresError(const PGconn* connection, const PGresult* result, const char* what)
 {
     QString message = QString::fromUtf8(result != nullptr ? PQresultErrorMessage(result) : PQerrorMessage(connection));
+    const QString code = QLatin1String(PQresultErrorField(result, PG_DIAG_SQLSTATE));
     if (result != nullptr)
-        message += QStringLiteral("(%1)").arg(QLatin1String(PQresultErrorField(result, PG_DIAG_SQLSTATE)));
-    return QSqlError(QLatin1String("QPSQL: ") + QLatin1String(what), message).text();
+        message += QStringLiteral("(%1)").arg(code);
+    const bool isLost = PQstatus(connection) != CONNECTION_OK;
+    return QSqlError(QLatin1String("QPSQL: ") + QLatin1String(what), message,
+                     isLost ? QSqlError::ConnectionError : QSqlError::StatementError, code);
 }
 
 } // namespace DataAccess::Database::Native

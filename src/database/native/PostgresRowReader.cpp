@@ -176,7 +176,7 @@ std::unique_ptr<Interfaces::IRowReader> postgresRowReader(const QSqlDriver& driv
     PostgresResult result(PQexec(connection, select.toUtf8().constData()), &PQclear);
     const ExecStatusType status = PQresultStatus(result.get());
     if (status != PGRES_TUPLES_OK && status != PGRES_COMMAND_OK)
-        throwStatementError(postgresErrorText(connection, result.get(), "Unable to create query"));
+        throwStatementError(postgresError(connection, result.get(), "Unable to create query"));
     return std::make_unique<PostgresRowReader>(std::move(result));
 }
 

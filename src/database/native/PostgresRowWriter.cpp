@@ -2,6 +2,7 @@
 
 #include "database/DbException.h"
 #include "database/LoggingCategories.h"
+#include "database/Session.h"
 #include "database/StatementError.h"
 #include "database/native/NumberedStatement.h"
 #include "database/native/PostgresConnection.h"
@@ -19,26 +20,28 @@ constexpr int s_rowsAhead = 256;
 constexpr std::size_t s_bytesAhead = 1 << 20;
 constexpr const char* s_notRun = "Unable to create query";
 
-class PostgresRowWriter final : public Interfaces::IRowWriter
+class PostgresRowWriter final : public Interfaces::IRowWriter, private RowsUnderWay
 {
 public:
-    PostgresRowWriter(const QSqlQuery& query, PGconn* connection, NumberedStatement statement,
-                      std::function<void()> written)
+    PostgresRowWriter(const QSqlQuery& query, NumberedStatement statement, std::function<void()> written,
+                      Session& session, std::function<void()> makeReady)
         : m_query(query)
-        , m_connection(connection)
         , m_statement(statement.text.toUtf8())
         , m_values(m_query, std::move(statement.names))
         , m_written(std::move(written))
+        , m_session(session)
+        , m_makeReady(std::move(makeReady))
     {}
     PostgresRowWriter(const PostgresRowWriter&) = delete;
     PostgresRowWriter& operator=(const PostgresRowWriter&) = delete;
 
     ~PostgresRowWriter() override
     {
+        const bool isTold = m_failure.isValid();
         try {
-            const QString failure = settle();
-            if (!failure.isEmpty() && !m_failed)
-                qCWarning(lcDatabase) << Q_FUNC_INFO << failure;
+            takeAnswers();
+            if (m_failure.isValid() && !isTold)
+                qCWarning(lcDatabase) << Q_FUNC_INFO << m_failure.text();
         } catch (const Exceptions::DbException& error) {
             qCWarning(lcDatabase) << Q_FUNC_INFO << error.what();
         }
@@ -48,6 +51,7 @@ public:
 
     void run() override
     {
+        requireNoFailure();
         m_values.requireAll();
         // Values of other types need the statement prepared anew.
         if (m_open && m_values.types() != m_types)
@@ -58,111 +62,148 @@ public:
         require(PQsendQueryPrepared(m_connection, "", static_cast<int>(texts.size()), texts.data(), nullptr, nullptr,
                                     0) == 1);
         m_bytes += m_values.size();
-        if (++m_rows == s_rowsAhead || m_bytes > s_bytesAhead)
+        if (++m_rows == m_rowsAhead || m_bytes > s_bytesAhead)
             finish();
     }
 
     void finish() override
     {
-        const QString failure = settle();
-        if (!failure.isEmpty())
-            fail(failure);
+        const bool isTold = m_failure.isValid();
+        takeAnswers();
+        if (!isTold && m_failure.isValid())
+            throwStatementError(m_failure);
+        requireNoFailure();
     }
 
+    bool touchedRow() const override { return m_touched[m_told]; }
+
 private:
+    void settle() override { finish(); }
+
+    void abandon() noexcept override
+    {
+        m_written = [] {};
+        takeAnswers();
+        if (!m_failure.isValid())
+            m_failure = QSqlError(QString(), QStringLiteral("The rows were given up together with their transaction"));
+    }
+
+    /// What has failed once keeps failing: nothing may be written after it, and nobody may take it for done.
+    void requireNoFailure() const
+    {
+        if (m_failure.isValid())
+            throw Exceptions::ExecutionException(m_failure.text().toLocal8Bit().constData(), isUnavailable(m_failure));
+    }
+
     /// Prepares the statement for the rows to be sent. It has no name, so that there is nothing to be freed.
     void begin()
     {
-        require(PQpipelineStatus(m_connection) == PQ_PIPELINE_OFF);
+        m_makeReady();
+        m_connection = postgresConnection(m_query.driver()); // which may be another one by now
+        require(m_connection != nullptr && PQpipelineStatus(m_connection) == PQ_PIPELINE_OFF);
         // What a query has not read, nobody will.
         while (PostgresResult(PQgetResult(m_connection), &PQclear)) {
         }
+        // Without a transaction the server would keep all that is sent at once, or nothing.
+        m_rowsAhead = PQtransactionStatus(m_connection) == PQTRANS_IDLE ? 1 : s_rowsAhead;
         require(PQenterPipelineMode(m_connection) == 1);
         m_open = true;
+        m_session.setRows(this);
         m_types = m_values.types();
         m_bytes = 0;
         require(PQsendPrepare(m_connection, "", m_statement.constData(), static_cast<int>(m_types.size()),
                               m_types.data()) == 1);
     }
 
-    /// Waits for the rows under way. Gives the text of what failed; empty when nothing did.
-    QString settle()
+    /// Waits for the rows under way, keeps what failed, and tells of the rows that are written.
+    void takeAnswers()
     {
         if (!std::exchange(m_open, false))
-            return {};
-        const int sent = std::exchange(m_rows, 0);
-        QString failure = PQpipelineSync(m_connection) == 1 ? takeResult("Unable to prepare statement")
-                                                            : postgresErrorText(m_connection, nullptr, s_notRun);
-        int done = 0;
-        while (failure.isEmpty() && done < sent) {
+            return;
+        m_session.setRows(nullptr);
+        const auto sent = static_cast<std::size_t>(std::exchange(m_rows, 0));
+        QSqlError failure = PQpipelineSync(m_connection) == 1 ? takeResult("Unable to prepare statement")
+                                                              : postgresError(m_connection, nullptr, s_notRun);
+        m_touched.clear(); // of the preparation
+        while (!failure.isValid() && m_touched.size() < sent)
             failure = takeResult(s_notRun);
-            done += failure.isEmpty() ? 1 : 0;
+        std::size_t done = m_touched.size();
+        const QSqlError end = leavePipeline();
+        if (!failure.isValid() && end.isValid()) {
+            failure = end;
+            done = std::max<std::size_t>(sent, 1) - 1;
         }
-        if (!leavePipeline() && failure.isEmpty()) {
-            failure = postgresErrorText(m_connection, nullptr, s_notRun);
-            done = std::max(0, sent - 1);
-        }
-        for (int row = 0; row < done; ++row)
+        if (!m_failure.isValid())
+            m_failure = failure;
+        for (m_told = 0; m_told < done; ++m_told)
             m_written();
-        return failure;
     }
 
-    /// Takes the result of the first statement that has none yet. Gives the text of its failure; empty for a success.
-    QString takeResult(const char* failure)
+    /// Takes the result of the first statement that has none yet. Gives its failure; not valid for a success.
+    QSqlError takeResult(const char* what)
     {
         const PostgresResult result(PQgetResult(m_connection), &PQclear);
         const ExecStatusType status = PQresultStatus(result.get());
         if (status != PGRES_COMMAND_OK && status != PGRES_TUPLES_OK)
-            return postgresErrorText(m_connection, result.get(), failure);
+            return postgresError(m_connection, result.get(), what);
+        m_touched.push_back(qstrcmp(PQcmdTuples(result.get()), "0") != 0);
         PQclear(PQgetResult(m_connection)); // null, which ends the results of one statement
         return {};
     }
 
-    /// Takes what is left of the results. False when the last one is missing: the connection is lost.
-    bool leavePipeline()
+    /// Takes what is left of the results. Gives the failure among them, be it that the last one is missing because the
+    /// connection is lost; not valid when all of them are fine.
+    QSqlError leavePipeline()
     {
+        QSqlError failure;
         ExecStatusType status = PGRES_COMMAND_OK;
         for (int nulls = 0; nulls < 2 && status != PGRES_PIPELINE_SYNC;) {
             const PostgresResult result(PQgetResult(m_connection), &PQclear);
             nulls = result ? 0 : nulls + 1;
             status = PQresultStatus(result.get());
+            // Without a transaction the server commits at the end, and what it checks only then may fail.
+            if (status == PGRES_FATAL_ERROR && result && !failure.isValid())
+                failure = postgresError(m_connection, result.get(), s_notRun);
         }
-        return PQexitPipelineMode(m_connection) == 1 && status == PGRES_PIPELINE_SYNC;
+        const bool isLeft = PQexitPipelineMode(m_connection) == 1 && status == PGRES_PIPELINE_SYNC;
+        return isLeft || failure.isValid() ? failure : postgresError(m_connection, nullptr, s_notRun);
     }
 
     void require(bool sent)
     {
-        if (!sent)
-            fail(postgresErrorText(m_connection, nullptr, s_notRun));
-    }
-
-    [[noreturn]] void fail(const QString& failure)
-    {
-        m_failed = true;
-        throwStatementError(failure);
+        if (sent)
+            return;
+        m_failure = postgresError(m_connection, nullptr, s_notRun);
+        throwStatementError(m_failure);
     }
 
     QSqlQuery m_query;
-    PGconn* m_connection;
+    PGconn* m_connection = nullptr;
     QByteArray m_statement;
     PostgresParameters m_values;
     std::function<void()> m_written;
-    std::vector<Oid> m_types; // what the rows sent are prepared for
-    int m_rows = 0;           // sent, and not yet answered
-    bool m_open = false;      // between begin() and settle()
-    bool m_failed = false;    // which was told then
+    Session& m_session;
+    std::function<void()> m_makeReady;
+    std::vector<Oid> m_types;    // what the rows sent are prepared for
+    std::vector<bool> m_touched; // of each row answered in the last takeAnswers(): whether it is one of the table
+    std::size_t m_told = 0;      // the place there of the row being told as written
+    int m_rowsAhead = 1;
+    int m_rows = 0;      // sent, and not yet answered
+    bool m_open = false; // between begin() and takeAnswers()
     std::size_t m_bytes = 0;
+    QSqlError m_failure; // the first
 };
 
 } // namespace
 
 std::unique_ptr<Interfaces::IRowWriter> postgresRowWriter(const QSqlQuery& query, const QString& statement,
-                                                          std::function<void()> written)
+                                                          std::function<void()> written, Session& session,
+                                                          std::function<void()> makeReady)
 {
-    PGconn* const connection = postgresConnection(query.driver());
-    if (connection == nullptr)
+    if (postgresConnection(query.driver()) == nullptr)
         return nullptr;
-    return std::make_unique<PostgresRowWriter>(query, connection, NumberedStatement(statement), std::move(written));
+    return std::make_unique<PostgresRowWriter>(query, NumberedStatement(statement), std::move(written), session,
+                                               std::move(makeReady));
 }
 
 } // namespace DataAccess::Database::Native

@@ -154,7 +154,7 @@ public:
         , m_values(m_noQuery, m_statement.get())
     {
         step();
-        if (!m_error.isEmpty())
+        if (m_error.isValid())
             throwStatementError(m_error);
     }
 
@@ -166,7 +166,8 @@ public:
     }
 
     const Interfaces::IValueConverter& row() const override { return m_values; }
-    QString error() const override { return m_error; }
+    QString error() const override { return m_error.text(); }
+    bool isUnavailable() const override { return ::DataAccess::Database::isUnavailable(m_error); }
 
 private:
     void step()
@@ -174,13 +175,13 @@ private:
         const int status = sqlite3_step(m_statement.get());
         m_onRow = status == SQLITE_ROW;
         if (status != SQLITE_ROW && status != SQLITE_DONE)
-            m_error = failureOfStep(m_statement.get());
+            m_error = errorOfStep(m_statement.get());
     }
 
     Statement m_statement;
     QSqlQuery m_noQuery; // The values are not those of a query of Qt.
     ColumnValues m_values;
-    QString m_error;
+    QSqlError m_error;
     bool m_beforeFirst = true;
     bool m_onRow = false;
 };
@@ -196,7 +197,7 @@ std::unique_ptr<Interfaces::IRowReader> sqliteRowReader(const QSqlDriver& driver
     sqlite3_stmt* statement = nullptr;
     const char* rest = nullptr;
     if (sqlite3_prepare_v2(database, text.constData(), text.size() + 1, &statement, &rest) != SQLITE_OK)
-        throwStatementError(failureText(database, "Unable to execute statement"));
+        throwStatementError(sqliteError(database, "Unable to execute statement"));
     if (statement == nullptr)
         return nullptr; // nothing but blanks and comments
     Statement prepared(statement, &sqlite3_finalize);

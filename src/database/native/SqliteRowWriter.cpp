@@ -91,7 +91,7 @@ private:
     void check(int status) const
     {
         if (status != SQLITE_OK)
-            throwStatementError(failureText(sqlite3_db_handle(m_statement), "Unable to bind parameters"));
+            throwStatementError(sqliteError(sqlite3_db_handle(m_statement), "Unable to bind parameters"));
     }
 
     sqlite3_stmt* m_statement;
@@ -102,11 +102,13 @@ private:
 class SqliteRowWriter final : public Interfaces::IRowWriter
 {
 public:
-    SqliteRowWriter(const QSqlQuery& query, sqlite3_stmt* statement, std::function<void()> written)
+    SqliteRowWriter(const QSqlQuery& query, sqlite3_stmt* statement, std::function<void()> written,
+                    std::function<void()> makeReady)
         : m_query(query)
         , m_statement(statement)
         , m_values(m_query, statement)
         , m_written(std::move(written))
+        , m_makeReady(std::move(makeReady))
     {}
 
     Interfaces::IValueConverter& values() override { return m_values; }
@@ -114,28 +116,37 @@ public:
     void run() override
     {
         m_values.requireAll();
+        // Within a transaction there is nothing to be made ready; after one that was lost the row must not stay.
+        if (sqlite3_get_autocommit(sqlite3_db_handle(m_statement)) != 0)
+            m_makeReady();
         const int status = sqlite3_step(m_statement);
         if (status != SQLITE_DONE && status != SQLITE_ROW)
-            throwStatementError(failureOfStep(m_statement));
+            throwStatementError(errorOfStep(m_statement));
         sqlite3_reset(m_statement);
         m_written();
     }
 
     void finish() override {}
 
+    bool touchedRow() const override { return sqlite3_changes(sqlite3_db_handle(m_statement)) != 0; }
+
 private:
     QSqlQuery m_query; // owns the statement
     sqlite3_stmt* m_statement;
     ParameterValues m_values;
     std::function<void()> m_written;
+    std::function<void()> m_makeReady;
 };
 
 } // namespace
 
-std::unique_ptr<Interfaces::IRowWriter> sqliteRowWriter(const QSqlQuery& query, std::function<void()> written)
+std::unique_ptr<Interfaces::IRowWriter> sqliteRowWriter(const QSqlQuery& query, std::function<void()> written,
+                                                        std::function<void()> makeReady)
 {
     sqlite3_stmt* const statement = sqliteStatement(query);
-    return statement != nullptr ? std::make_unique<SqliteRowWriter>(query, statement, std::move(written)) : nullptr;
+    return statement != nullptr
+               ? std::make_unique<SqliteRowWriter>(query, statement, std::move(written), std::move(makeReady))
+               : nullptr;
 }
 
 } // namespace DataAccess::Database::Native

@@ -4,7 +4,6 @@
 
 #include <QLatin1String>
 #include <QSqlDriver>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlResult>
 #include <QVariant>
@@ -53,15 +52,16 @@ sqlite3_stmt* sqliteStatement(const QSqlQuery& query)
     return handleAs<sqlite3_stmt>(query.result()->handle(), "sqlite3_stmt*");
 }
 
-QString failureText(sqlite3* database, const char* what)
+QSqlError sqliteError(sqlite3* database, const char* what)
 {
-    return QSqlError(QLatin1String(what), QString::fromUtf8(sqlite3_errmsg(database))).text();
+    return QSqlError(QLatin1String(what), QString::fromUtf8(sqlite3_errmsg(database)), QSqlError::StatementError,
+                     QString::number(sqlite3_errcode(database)));
 }
 
-QString failureOfStep(sqlite3_stmt* statement)
+QSqlError errorOfStep(sqlite3_stmt* statement)
 {
     sqlite3_reset(statement); // Only then is the message the one of the failure.
-    return failureText(sqlite3_db_handle(statement), "Unable to fetch row");
+    return sqliteError(sqlite3_db_handle(statement), "Unable to fetch row");
 }
 
 } // namespace DataAccess::Database::Native

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QSqlError>
 
 class QSqlDriver;
 class QSqlQuery;
@@ -18,9 +18,9 @@ sqlite3* sqliteDatabase(const QSqlDriver& driver);
 sqlite3_stmt* sqliteStatement(const QSqlQuery& query);
 
 /// What Qt's driver says when @p what has just failed on @p database.
-QString failureText(sqlite3* database, const char* what);
+QSqlError sqliteError(sqlite3* database, const char* what);
 
 /// Ends the run of @p statement that has failed. Gives what Qt's driver says of such a failure.
-QString failureOfStep(sqlite3_stmt* statement);
+QSqlError errorOfStep(sqlite3_stmt* statement);
 
 } // namespace DataAccess::Database::Native

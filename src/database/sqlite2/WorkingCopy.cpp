@@ -1,5 +1,6 @@
 #include "database/sqlite2/WorkingCopy.h"
 
+#include "database/FilePath.h"
 #include "database/sqlite2/CopyWriter.h"
 #include "database/sqlite2/LegacyFileError.h"
 #include "database/sqlite2/LockedFile.h"
@@ -52,8 +53,8 @@ void open(QSqlDatabase& connection, const QString& path)
 } // namespace
 
 WorkingCopy::WorkingCopy(const QString& legacyPath)
-    : m_legacyPath(legacyPath)
-    , m_path(legacyPath + QLatin1String(".sqlite3"))
+    : m_legacyPath(filePath(legacyPath))
+    , m_path(m_legacyPath + QLatin1String(".sqlite3"))
 {}
 
 void WorkingCopy::prepare()

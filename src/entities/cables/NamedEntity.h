@@ -1,5 +1,6 @@
 #pragma once
 
+#include "entities/cables/CablesExport.h"
 #include "entities/qor/StoredEntity.h"
 
 #include <QString>

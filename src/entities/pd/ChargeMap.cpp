@@ -81,6 +81,8 @@ double ChargeMap::chargeAt(const QString& text, double voltage)
 {
     const QMap<double, double> charges = fromText(text);
     double charge = std::numeric_limits<double>::quiet_NaN();
+    if (std::isinf(voltage))
+        return charge; // Every level is within a part of its size.
     double nearest = std::abs(voltage) * levelTolerance;
     for (auto level = charges.begin(); level != charges.end(); ++level) {
         const double distance = std::abs(level.key() - voltage);

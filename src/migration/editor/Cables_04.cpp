@@ -71,8 +71,8 @@ bool EditorMigrationManager::Cables_04()
             {{QStringLiteral(":newId"), QStringLiteral("{45c6c0b5-f2d4-338e-d0db-4737fb6cc0a7}")},
              {QStringLiteral(":joint"), true}});
         // The default entries are written again with the other default types.
-        step.execute(QStringLiteral("DELETE FROM ce_insulation"));
-        step.execute(QStringLiteral("DELETE FROM ce_segment_detail"));
+        step.empty(QStringLiteral("ce_insulation"));
+        step.empty(QStringLiteral("ce_segment_detail"));
     });
 }
 

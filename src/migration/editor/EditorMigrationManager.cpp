@@ -6,6 +6,8 @@
 #include "migration/MigrationModule.h"
 #include "migration/SchemaVersion.h"
 #include "migration/StatementRunner.h"
+#include "migration/editor/EditorTables.h"
+#include "migration/editor/VersionEvidence.h"
 
 #include <exception>
 
@@ -15,7 +17,8 @@ namespace {
 
 const MigrationModule& editor()
 {
-    static const MigrationModule module{QStringLiteral("CablesVersion"), 9, lcMigrationEditor, QString()};
+    static const MigrationModule module{QStringLiteral("CablesVersion"), 9, lcMigrationEditor, QString(),
+                                        EditorTables::names()};
     return module;
 }
 
@@ -52,6 +55,11 @@ QVector<EditorMigrationManager::Step> EditorMigrationManager::steps()
             [this] { return Cables_05(); }, [this] { return Cables_06(); },     [this] { return Cables_07(); }};
 }
 
+void EditorMigrationManager::requireCredible(MigrationStep& step, quint32 version)
+{
+    VersionEvidence::require(step, version);
+}
+
 unsigned int EditorMigrationManager::setUuidAsId(Interfaces::IDatabase& db, const QString& tableName)
 {
     try {
@@ -69,10 +77,9 @@ unsigned int EditorMigrationManager::setUuidAsId(Interfaces::IDatabase& db, cons
         }
         return 0;
     } catch (const std::exception& error) {
-        qCWarning(lcMigrationEditor).noquote()
-            << "unsigned int __cdecl DataAccess::Manager::EditorMigrationManager::setUuidAsId(class "
-               "DataAccess::Interfaces::IDatabase &,const class QString &)"
-            << QString::fromLocal8Bit(error.what());
+        editor().tellFailure("unsigned int __cdecl DataAccess::Manager::EditorMigrationManager::setUuidAsId(class "
+                             "DataAccess::Interfaces::IDatabase &,const class QString &)",
+                             error);
         return 1;
     }
 }

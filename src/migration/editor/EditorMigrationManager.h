@@ -28,6 +28,7 @@ private:
 
     const MigrationModule& module() const override;
     QVector<Step> steps() override;
+    void requireCredible(MigrationStep& step, quint32 version) override;
 
     /// Creates the first layout of the cable network. Cable tables without a version are discarded.
     bool Cables_01();

@@ -154,4 +154,21 @@ QVector<TableDefinition> EditorTables::all01()
             cable01()};
 }
 
+QStringList EditorTables::unversioned()
+{
+    return {QStringLiteral("ce_station"),    QStringLiteral("ce_point"),       QStringLiteral("ce_route"),
+            QStringLiteral("ce_phase"),      QStringLiteral("ce_owner"),       QStringLiteral("ce_termination"),
+            QStringLiteral("ce_switchgear"), QStringLiteral("ce_segmenttype"), QStringLiteral("ce_isolation"),
+            QStringLiteral("ce_segment"),    QStringLiteral("ce_cables"),      QStringLiteral("ce_cable"),
+            QStringLiteral("ce_insulation")};
+}
+
+QStringList EditorTables::names()
+{
+    QStringList all = unversioned();
+    for (const TableDefinition& table : {segmentDetail02(), evaluation05(), rating06(), cablebookMeasures07()})
+        all.append(table.name);
+    return all;
+}
+
 } // namespace DataAccess::Manager

@@ -19,5 +19,9 @@ TableDefinition rating06();
 TableDefinition cablebookMeasures07();
 /// All tables of the cable network as version 1 has them.
 QVector<TableDefinition> all01();
+/// The tables of a cable network from before there were versions, among them two that have other names now.
+QStringList unversioned();
+/// All tables that any version has had, in lower case.
+QStringList names();
 
 } // namespace DataAccess::Manager::EditorTables

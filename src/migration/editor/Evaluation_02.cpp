@@ -58,11 +58,13 @@ void removeDoubles(MigrationStep& step, const StatementRunner::Rows& evaluations
         step.executeBatch(QStringLiteral("DELETE FROM qor_rating WHERE id = ?"), {doubles});
 }
 
-bool areCopied(MigrationStep& step, const StatementRunner::Rows& evaluations)
+/// How many of the evaluations no pass has copied.
+int countNotCopied(MigrationStep& step, const StatementRunner::Rows& evaluations)
 {
     const QSet<QString> copied = ratingIds(step);
-    return std::all_of(evaluations.begin(), evaluations.end(),
-                       [&](const QVariantList& row) { return copied.contains(ratingId(row.first())); });
+    return static_cast<int>(std::count_if(evaluations.begin(), evaluations.end(), [&](const QVariantList& row) {
+        return !copied.contains(ratingId(row.first()));
+    }));
 }
 
 } // namespace
@@ -72,10 +74,6 @@ void EditorMigrationManager::copyEvaluations(MigrationStep& step)
     const StatementRunner::Rows evaluations = step.rows(QStringLiteral("SELECT id FROM evaluation"));
     if (evaluations.isEmpty())
         return;
-    m_messages.append(QStringLiteral(
-        "Cable and measurement ratings have been migrated that are likely from a Orvane installation on this computer. "
-        "In order for these migrated ratings to continue to display correctly, you will need to upgrade Orvane to "
-        "version 4.0.0 or later."));
     const QStringList tables = step.tables();
     bool complete = true;
     for (const Pass& pass : passes()) {
@@ -92,9 +90,20 @@ void EditorMigrationManager::copyEvaluations(MigrationStep& step)
         removeDoubles(step, evaluations);
         step.require(setUuidAsId(step.database(), QStringLiteral("qor_rating")));
     }
-    // What a missing table has kept from being copied must not be lost.
-    if (complete || areCopied(step, evaluations))
-        step.execute(QStringLiteral("DELETE FROM evaluation"));
+    const int notCopied = countNotCopied(step, evaluations);
+    if (complete || notCopied < evaluations.size())
+        m_messages.append(QStringLiteral(
+            "Cable and measurement ratings have been migrated that are likely from a Orvane installation on this computer. "
+            "In order for these migrated ratings to continue to display correctly, you will need to upgrade Orvane to "
+            "version 4.0.0 or later."));
+    const QString table = QStringLiteral("evaluation");
+    if (complete || notCopied == 0) {
+        step.execute(QStringLiteral("DELETE FROM ") + table);
+        step.tellDiscarded(table, notCopied);
+    } else {
+        // What a missing table has kept from being copied must not be lost.
+        qCWarning(lcMigrationEditor) << "Evaluations that could not be migrated stay in" << table << ":" << notCopied;
+    }
 }
 
 bool EditorMigrationManager::Evaluation_02()

@@ -3,6 +3,7 @@
 #include "database/LoggingCategories.h"
 #include "migration/MigrationModule.h"
 #include "migration/MigrationStep.h"
+#include "migration/pd/PdTables.h"
 
 namespace DataAccess::Manager {
 
@@ -16,7 +17,7 @@ const MigrationModule& PdMigrationManager::module() const
 {
     static const MigrationModule pd{
         QStringLiteral("PdVersion"), 8, lcMigrationPd,
-        QStringLiteral("bool __cdecl DataAccess::Manager::PdMigrationManager::Migrate(void) ")};
+        QStringLiteral("bool __cdecl DataAccess::Manager::PdMigrationManager::Migrate(void) "), PdTables::names()};
     return pd;
 }
 
@@ -36,24 +37,32 @@ void PdMigrationManager::createUnlessPresent(MigrationStep& step, const TableDef
 }
 
 void PdMigrationManager::rebuild(MigrationStep& step, const TableDefinition& from, const TableDefinition& to,
-                                 const QString& workName, const QString& save, const QString& restore)
+                                 const Copy& copy)
 {
     const QStringList tables = step.tables();
-    const bool leftOver = tables.contains(workName);
+    const bool waiting = tables.contains(copy.workName);
     const bool missing = !tables.contains(to.name);
-    const bool emptied = !missing && step.hasColumns(to) &&
-                         step.rows(QStringLiteral("SELECT id FROM %1 LIMIT 1").arg(to.name)).isEmpty();
-    if (leftOver && (missing || emptied)) {
-        if (missing)
-            step.create(to);
-        step.execute(restore);
+    if (waiting && !missing) {
+        const QString doubles = QStringLiteral("DELETE FROM %1 WHERE id IN (SELECT id FROM %2)");
+        step.tellDiscarded(copy.workName, step.execute(doubles.arg(copy.workName, to.name), {}));
+    }
+    if (waiting && missing) {
+        step.create(to);
     } else if (step.hasColumns(to)) {
         qCWarning(lcMigrationPd) << "Table:" << to.name << "already exists!";
+        if (!waiting)
+            return;
     } else {
-        step.rebuild(from, to, workName, save, restore);
+        TableDefinition work = from;
+        work.name = copy.workName;
+        createUnlessPresent(step, work, "already exists!");
+        if (!step.rows(copy.select).isEmpty())
+            step.execute(copy.save);
+        step.replace(to);
     }
-    if (leftOver)
-        step.discard(workName);
+    if (!step.rows(QStringLiteral("SELECT id FROM ") + copy.workName).isEmpty())
+        step.execute(copy.restore);
+    step.dropCopied(copy.workName);
 }
 
 } // namespace DataAccess::Manager

@@ -16,6 +16,15 @@ public:
 private:
     using AbstractMigrationManager::createTable;
 
+    /// How the rows of a table are kept aside: the name of the work table, and the statements.
+    struct Copy
+    {
+        QString workName;
+        QString select;
+        QString save;
+        QString restore;
+    };
+
     const MigrationModule& module() const override;
     QVector<Step> steps() override;
 
@@ -39,11 +48,10 @@ private:
     /// Creates a table without a sequence; one that is there already is left alone, and logged with @p existsText.
     void createUnlessPresent(MigrationStep& step, const TableDefinition& table, const char* existsText);
     /**
-     * Gives a table a new layout by way of the work table @p workName. Rows that wait in such a table since another
-     * program was cut short while it did the same are brought back; the work table is gone afterwards.
+     * Gives a table a new layout by way of the work table of @p copy. Rows that wait there since another program was
+     * cut short are brought back too, unless the table has rows of the same ids; the work table is gone afterwards.
      */
-    void rebuild(MigrationStep& step, const TableDefinition& from, const TableDefinition& to, const QString& workName,
-                 const QString& save, const QString& restore);
+    void rebuild(MigrationStep& step, const TableDefinition& from, const TableDefinition& to, const Copy& copy);
 };
 
 } // namespace DataAccess::Manager

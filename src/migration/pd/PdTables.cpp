@@ -165,4 +165,24 @@ TableDefinition PdTables::lbDiagram08()
                            numeric("filtervoltagemax", "Voltage filter maximal voltage")});
 }
 
+QString PdTables::iecOverviewWork()
+{
+    return QStringLiteral("pd_iec_overview_old");
+}
+
+QString PdTables::summaryWork()
+{
+    return QStringLiteral("pd_summary_old");
+}
+
+QStringList PdTables::names()
+{
+    QStringList all{iecOverviewWork(), summaryWork()};
+    for (const TableDefinition& table :
+         {file01(), task01(), report01(), mapping01(), reportMapping02(), filter02(), iec02(), evaluation03(),
+          mappingEvent04(), iecOverview05(), summary07(), taskInfo06(), lbDiagram08()})
+        all.append(table.name);
+    return all;
+}
+
 } // namespace DataAccess::Manager

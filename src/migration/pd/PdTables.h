@@ -20,5 +20,10 @@ TableDefinition summary04();
 TableDefinition summary07();
 TableDefinition taskInfo06();
 TableDefinition lbDiagram08();
+/// The names under which two steps keep rows aside.
+QString iecOverviewWork();
+QString summaryWork();
+/// All tables that any version has had, in lower case.
+QStringList names();
 
 } // namespace DataAccess::Manager::PdTables

@@ -30,7 +30,7 @@ public:
 
     void bind(Interfaces::IValueConverter& values, const Phase& entity) const override
     {
-        values.bindValue(QStringLiteral(":indexnumber"), entity.Index());
+        bindIndex(values, QStringLiteral(":indexnumber"), entity.Index());
         values.bindValue(QStringLiteral(":cable"), entity.CableId());
     }
 };

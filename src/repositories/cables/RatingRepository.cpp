@@ -3,6 +3,8 @@
 namespace DataAccess::Repositories {
 
 using Cables::Entities::Rating;
+using Interfaces::IDatabase;
+using Interfaces::IValueConverter;
 
 namespace {
 
@@ -26,7 +28,7 @@ public:
         return texts;
     }
 
-    void read(const Interfaces::IValueConverter& row, const std::shared_ptr<Rating>& entity) const override
+    void read(const IValueConverter& row, const std::shared_ptr<Rating>& entity) const override
     {
         entity->SetMeasureID(row.toInt32(1));
         entity->SetTaskID(row.toUuid(2));
@@ -40,7 +42,7 @@ public:
         entity->SetMeasureTime(row.toDateTime(10));
     }
 
-    void bind(Interfaces::IValueConverter& values, const Rating& entity) const override
+    void bind(IValueConverter& values, const Rating& entity) const override
     {
         values.bindValue(QStringLiteral(":mid"), entity.measureID());
         values.bindValue(QStringLiteral(":tid"), entity.taskID());
@@ -53,6 +55,22 @@ public:
         values.bindValue(QStringLiteral(":modeid"), entity.modeId());
         // Stored without a time zone and read as local time, and so written as local time too.
         values.bindValue(QStringLiteral(":measuretime"), entity.measureTime().toLocalTime());
+    }
+
+    /// SQLite has times as texts, and the evaluation of a cable is found by equal texts, not by equal times: while the
+    /// digits are the stored ones, so is the text, which other programs may have written without milliseconds.
+    void bindStored(IDatabase& db, IValueConverter& values, const std::shared_ptr<Rating>& entity) const override
+    {
+        if (db.Config()->Type() == Enumerations::Postgres)
+            return;
+        QSqlQuery& query = db.PreparedQuery(QStringLiteral("SELECT measuretime FROM qor_rating WHERE id = :id"));
+        const auto stored = db.Converter(query);
+        stored->bindValue(QStringLiteral(":id"), entity->Id());
+        db.Exec(query);
+        const QDateTime time = entity->measureTime().toLocalTime();
+        if (query.next() && stored->toDateTime(0).date() == time.date() && stored->toDateTime(0).time() == time.time())
+            values.bindValue(QStringLiteral(":measuretime"), stored->toString(0));
+        query.finish();
     }
 };
 

@@ -37,7 +37,7 @@ public:
     void bind(Interfaces::IValueConverter& values, const Segment& entity) const override
     {
         values.bindValue(QStringLiteral(":name"), entity.Name());
-        values.bindValue(QStringLiteral(":indexnumber"), entity.Index());
+        bindIndex(values, QStringLiteral(":indexnumber"), entity.Index());
         values.bindValue(QStringLiteral(":length"), entity.Length());
         values.bindValue(QStringLiteral(":phase"), entity.PhaseId());
         values.bindValue(QStringLiteral(":detail"), entity.DetailId());

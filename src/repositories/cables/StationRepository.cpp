@@ -28,7 +28,7 @@ void StationRepository::LoadImage(std::shared_ptr<Cables::Entities::Station> sta
         try {
             mapping->loadImage(db, station);
         } catch (const Exceptions::DbException& error) {
-            qCWarning(lcDatabase) << function << error.what();
+            Database::Operation(function, s_table).failed(db, error, station->Id());
         }
     });
 }

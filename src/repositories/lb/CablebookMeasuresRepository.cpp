@@ -1,8 +1,11 @@
 #include "repositories/lb/CablebookMeasuresRepository.h"
 
+#include "database/GenericDml.h"
 #include "entities/qor/QorUuidHelpers.h"
 
 #include <limits>
+#include <optional>
+#include <utility>
 
 namespace DataAccess::Repositories {
 
@@ -13,15 +16,22 @@ using QOR::Entities::QorUuidHelpers;
 
 namespace {
 
+/// The number that @p id was made from; none for any other id, for which intFromUuid() gives 0.
+std::optional<qint64> numberOf(const QUuid& id)
+{
+    const qint64 number = QorUuidHelpers::intFromUuid(id);
+    return QorUuidHelpers::uuidFromInt(number) == id ? std::make_optional(number) : std::nullopt;
+}
+
 /// The key of the row of @p measure. Throws ExecutionException when there is none.
 qint64 keyOf(const CablebookMeasure& measure)
 {
     if (measure.MeasureId() != 0)
         return measure.MeasureId();
-    const qint64 number = QorUuidHelpers::intFromUuid(measure.Id());
-    if (QorUuidHelpers::uuidFromInt(number) != measure.Id())
+    const std::optional<qint64> number = numberOf(measure.Id());
+    if (!number)
         throw Exceptions::ExecutionException("A link without the number of its measurement has no row");
-    return number;
+    return *number;
 }
 
 class CablebookMeasuresMapping final : public EntityMapping<CablebookMeasure>
@@ -40,7 +50,11 @@ public:
         return texts;
     }
 
-    QString idText(const QUuid& id) const override { return QString::number(QorUuidHelpers::intFromUuid(id)); }
+    QString idText(const QUuid& id) const override
+    {
+        const std::optional<qint64> number = numberOf(id);
+        return number ? QString::number(*number) : QString();
+    }
 
     QUuid readId(const IValueConverter& row) const override { return QorUuidHelpers::uuidFromInt(row.toInt64(0)); }
 
@@ -88,25 +102,6 @@ public:
     }
 };
 
-/// Runs @p statement on the row of @p entity; @p bindMore binds what it has besides the key.
-template <typename Function>
-bool runOnRow(IDatabase& db, const QOR::Entities::Entity* entity, const QString& statement, const char* function,
-              Function bindMore)
-{
-    if (entity == nullptr || entity->Id().isNull())
-        return false;
-    try {
-        QSqlQuery& query = EntityRows::prepare(db, statement);
-        const auto values = db.Converter(query);
-        values->bindValue(QStringLiteral(":id"), keyOf(static_cast<const CablebookMeasure&>(*entity)));
-        bindMore(*values);
-        return db.Exec(query);
-    } catch (const Exceptions::DbException& error) {
-        qCCritical(lcDatabase) << function << error.what();
-        return false;
-    }
-}
-
 } // namespace
 
 CablebookMeasuresRepository::CablebookMeasuresRepository(
@@ -123,23 +118,32 @@ Database::Task<bool>* CablebookMeasuresRepository::DeleteAsync(EntityList entiti
     const QString statement =
         QStringLiteral(R"(UPDATE %1 SET "deletedate" = :deletedate, "lastedit" = :lastedit WHERE id = :id)")
             .arg(table());
-    const auto operation = [statement, function = Q_FUNC_INFO](IDatabase& db, QOR::Entities::Entity* entity) {
-        return runOnRow(db, entity, statement, function, [](IValueConverter& values) {
-            const QDateTime now = QDateTime::currentDateTimeUtc();
-            values.bindValue(QStringLiteral(":deletedate"), now);
-            values.bindValue(QStringLiteral(":lastedit"), now);
-        });
-    };
-    return forEachRow(EntityVector(entities.begin(), entities.end()), operation, Q_FUNC_INFO);
+    return forEachMeasure(entities, statement, Q_FUNC_INFO, [](IValueConverter& values) {
+        const QDateTime now = QDateTime::currentDateTimeUtc();
+        values.bindValue(QStringLiteral(":deletedate"), now);
+        values.bindValue(QStringLiteral(":lastedit"), now);
+    });
 }
 
 Database::Task<bool>* CablebookMeasuresRepository::RemoveAsync(EntityList entities)
 {
     const QString statement = QStringLiteral("DELETE FROM %1 WHERE id = :id").arg(table());
-    const auto operation = [statement, function = Q_FUNC_INFO](IDatabase& db, QOR::Entities::Entity* entity) {
-        return runOnRow(db, entity, statement, function, [](IValueConverter&) {});
+    return forEachMeasure(entities, statement, Q_FUNC_INFO, [](IValueConverter&) {});
+}
+
+Database::Task<bool>* CablebookMeasuresRepository::forEachMeasure(const EntityList& entities, const QString& statement,
+                                                                  const char* function,
+                                                                  std::function<void(IValueConverter&)> bindMore)
+{
+    const auto change = [table = table(), statement, function,
+                         bindMore = std::move(bindMore)](IDatabase& db, QOR::Entities::Entity* entity) {
+        const auto bind = [&](IValueConverter& values) {
+            values.bindValue(QStringLiteral(":id"), keyOf(static_cast<const CablebookMeasure&>(*entity)));
+            bindMore(values);
+        };
+        return Database::GenericDml::changeRow(db, entity, table, statement, bind, function);
     };
-    return forEachRow(EntityVector(entities.begin(), entities.end()), operation, Q_FUNC_INFO);
+    return forEachRow(EntityVector(entities.begin(), entities.end()), change, function);
 }
 
 template class EntityRepository<LB::Entities::CablebookMeasure>;

@@ -27,6 +27,11 @@ public:
 
     Task<bool>* DeleteAsync(EntityList entities) override;
     Task<bool>* RemoveAsync(EntityList entities) override;
+
+private:
+    /// Queues @p statement, which changes the row of one key, for each of @p entities.
+    Task<bool>* forEachMeasure(const EntityList& entities, const QString& statement, const char* function,
+                               std::function<void(Interfaces::IValueConverter&)> bindMore);
 };
 
 } // namespace DataAccess::Repositories

@@ -181,9 +181,10 @@ PdFileRepository::getRecordsByIdFunction(const std::vector<QUuid>& reportIds, bo
         statements.append(QStringLiteral("SELECT %1 FROM %2 WHERE report IN (%3)")
                               .arg(columnList(withoutContent), table(), ids.join(QLatin1Char(','))));
     }
-    return [mapping = mapping(), statements, function = Q_FUNC_INFO](IDatabase& db) {
+    return [table = table(), mapping = mapping(), statements, function = Q_FUNC_INFO](IDatabase& db) {
         const auto all = [&](IDatabase&) { return statements; };
-        return EntityRows::byId(EntityRows::read(db, all, *mapping, mapping->statements().bookkeeping, function),
+        const Database::Operation operation(function, table);
+        return EntityRows::byId(EntityRows::read(db, all, *mapping, mapping->statements().bookkeeping, operation),
                                 *mapping);
     };
 }

@@ -1,6 +1,7 @@
 #include "repositories/pd/PdReportRepository.h"
 
 #include "database/GenericDml.h"
+#include "database/StatementError.h"
 
 namespace DataAccess::Repositories {
 
@@ -12,10 +13,13 @@ namespace {
 
 using Filter = QHash<QString, QString>;
 
-/// The connection's query, with @p statement prepared and @p reportId bound to @p placeholder.
+/// The connection's query, with @p statement prepared and @p reportId bound to @p placeholder. Throws
+/// ExecutionException with the driver's text.
 QSqlQuery& prepare(IDatabase& db, const QString& statement, const QString& placeholder, const QUuid& reportId)
 {
-    QSqlQuery& query = EntityRows::prepare(db, statement);
+    QSqlQuery& query = db.Query();
+    if (!query.prepare(statement))
+        throw Database::failureOf(query);
     db.Converter(query)->bindValue(placeholder, reportId);
     return query;
 }
@@ -28,7 +32,7 @@ void forEachRow(IDatabase& db, QSqlQuery& query, Function take)
     while (query.next())
         take(*row);
     if (query.lastError().isValid())
-        throw Exceptions::ExecutionException(query.lastError().text().toLocal8Bit().constData());
+        throw Database::failureOf(query);
 }
 
 Filter filterOf(IDatabase& db, const QUuid& reportId)

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "database/DataAccessExport.h"
+#include "database/Failure.h"
+
+#include <QString>
+#include <QUuid>
+
+namespace DataAccess::Exceptions {
+class DbException;
+}
+namespace DataAccess::Interfaces {
+class IDatabase;
+class IRowReader;
+} // namespace DataAccess::Interfaces
+
+namespace DataAccess::Database {
+
+class Transaction;
+
+/// One operation on a table, which tells of what fails in it: by a warning (category "qor.database"), and to the
+/// FailureWatch of whoever asked for it. Both name the table, and the row where that is known.
+class DATAACCESS_EXPORT Operation
+{
+public:
+    /// @p function is what was called, as Q_FUNC_INFO gives it; @p table must outlive the operation.
+    Operation(const char* function, const QString& table);
+
+    void failed(Interfaces::IDatabase& db, const Exceptions::DbException& error, const QUuid& row = QUuid()) const;
+    void failed(Failure::Kind kind, const QString& reason, const QUuid& row = QUuid()) const;
+    /// Tells nobody but the watch: the connection has logged why the select failed.
+    void selectFailed(Interfaces::IDatabase& db, const Exceptions::DbException& error) const;
+    /// Something ended @p reader before the last row.
+    void readFailed(const Interfaces::IRowReader& reader) const;
+    void commitFailed(const Transaction& transaction) const;
+    /// The row of @p id was not there to be changed.
+    void foundNoRow(const QUuid& id) const;
+
+private:
+    Failure failure(Failure::Kind kind, const QString& reason, const QUuid& row) const;
+    void tell(const Failure& failure) const;
+
+    const char* m_function;
+    const QString& m_table;
+};
+
+} // namespace DataAccess::Database

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "migration/DetachedForeignKeys.h"
+#include "migration/IdColumns.h"
+#include "migration/IdExpressions.h"
+#include "migration/StatementRunner.h"
+
+#include <QSet>
+#include <QStringList>
+#include <QUuid>
+#include <QVector>
+
+namespace DataAccess::Manager {
+
+/**
+ * Brings the ids of a database, and the references to them, to the one spelling in which they are looked for: a row
+ * whose id is spelled otherwise is loaded, and never found again. Other programs may have written such rows.
+ *
+ * For a database whose schema is that of this build, inside a job. A sound database costs one look at its tables,
+ * without a lock.
+ */
+class IdSpelling
+{
+public:
+    explicit IdSpelling(Interfaces::IDatabase& db);
+
+    /**
+     * Changes what is spelled otherwise, all in one transaction. Rows of one table whose ids differ in nothing but
+     * their spelling stay as they are, with the references to them, and are logged. False when it failed, which is
+     * logged and reported; nothing is changed then.
+     */
+    bool unify();
+
+private:
+    /// All tables, with the columns that are there.
+    QVector<IdColumns> presentTables();
+    bool hasOddIds(const QVector<IdColumns>& tables);
+    /// Logs the rows of @p table that stay as they are, and takes notice of them.
+    void findTwins(const IdColumns& table);
+    bool hasChanges(const IdColumns& table);
+    void change(const QVector<IdColumns>& tables);
+
+    bool exists(const QString& table, const QString& condition);
+    bool hasChangedKeys(const IdColumns& table);
+
+    /// The condition that @p column is to be changed: it is spelled otherwise, and refers to no row that stays.
+    QString isChangeable(const QString& table, const QString& column) const;
+    /// The same of the key of @p table, the row of which must not stay, either.
+    QString isChangeableKey(const IdColumns& table) const;
+    /// The condition that @p table has another row of the id of a row whose key is spelled otherwise.
+    QString hasTwin(const IdColumns& table) const;
+    /// The lists to be changed: what they are to be, and the keys of their rows.
+    StatementRunner::Rows oddLists(const IdColumns& table);
+    void changeColumn(const QString& table, const QString& column, const QString& condition);
+    void changeLists(const IdColumns& table);
+
+    StatementRunner m_statements;
+    const IdExpressions m_ids;
+    /// The ids of rows that stay as they are, and the tables of those.
+    QSet<QUuid> m_twins;
+    QVector<IdColumns> m_twinTables;
+    QStringList m_report;
+};
+
+} // namespace DataAccess::Manager

@@ -1,0 +1,158 @@
+#include "transfer/DirectDatabase.h"
+
+#include "database/Database.h"
+#include "database/DatabaseConfig.h"
+#include "database/DbWorker.h"
+#include "database/NotOpenException.h"
+#include "database/sqlite2/Sqlite2Driver.h"
+#include "migration/SchemaVersion.h"
+#include "migration/StatementRunner.h"
+#include "migration/editor/EditorMigrationManager.h"
+#include "migration/pd/PdMigrationManager.h"
+
+#include <QSqlDatabase>
+#include <QThread>
+#include <QUuid>
+
+#include <algorithm>
+#include <array>
+
+namespace DataAccess::Transfer {
+
+namespace {
+
+using Managers = std::array<std::unique_ptr<Manager::AbstractMigrationManager>, 2>;
+
+Managers managers()
+{
+    return {std::make_unique<Manager::EditorMigrationManager>(), std::make_unique<Manager::PdMigrationManager>()};
+}
+
+QString driverOf(Enumerations::DatabaseType type)
+{
+    if (type == Enumerations::SQLite2)
+        Database::Sqlite2::Sqlite2Driver::registerDriver();
+    return type == Enumerations::Postgres  ? QStringLiteral("QPSQL")
+           : type == Enumerations::SQLite2 ? QStringLiteral("QSQLITE2")
+                                           : QStringLiteral("QSQLITE");
+}
+
+/// Whether a server that was reached has refused for a reason that does not pass by itself.
+bool isFinal(const QString& reason)
+{
+    const auto says = [&](const char* words) { return reason.contains(QLatin1String(words)); };
+    return says("no password supplied") ||
+           (says("FATAL:") && !says("starting up") && !says("shutting down") && !says("too many") && !says("recovery"));
+}
+
+/// The thread and the worker that the migrations need.
+class Worker
+{
+public:
+    explicit Worker(const std::shared_ptr<Interfaces::IConfig>& config)
+        : m_worker(Database::DbWorker::make_worker(&m_thread, config))
+    {
+        m_thread.start();
+    }
+    ~Worker()
+    {
+        m_thread.quit();
+        m_thread.wait();
+    }
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    Database::DbWorker* get() const { return m_worker.get(); }
+
+private:
+    QThread m_thread;
+    std::unique_ptr<Database::DbWorker> m_worker;
+};
+
+} // namespace
+
+QString connectionText(const ConnectionSettings& settings)
+{
+    QVector<QPair<QString, QString>> options = settings.server;
+    if (!settings.name.isEmpty())
+        options.append({QStringLiteral("dbname"), settings.name});
+    const auto isTimeout = [](const auto& option) { return option.first == QLatin1String("connect_timeout"); };
+    if (std::none_of(options.cbegin(), options.cend(), isTimeout))
+        options.append({QStringLiteral("connect_timeout"), QStringLiteral("5")});
+    QStringList texts;
+    for (const auto& [keyword, value] : options) {
+        QString text = value;
+        text.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\''), QLatin1String("\\'"));
+        texts.append(QStringLiteral("%1='%2'").arg(keyword, text));
+    }
+    return texts.join(QLatin1Char(' '));
+}
+
+DirectDatabase::DirectDatabase(const ConnectionSettings& settings)
+    : m_settings(settings)
+{
+    const QString connection = QUuid::createUuid().toString();
+    // The library takes a connection that is registered already as it is, with all of its options.
+    QSqlDatabase handle = QSqlDatabase::addDatabase(driverOf(settings.type), connection);
+    handle.setPassword(settings.password);
+    if (settings.type == Enumerations::Postgres) {
+        handle.setConnectOptions(connectionText(settings));
+    } else {
+        handle.setDatabaseName(settings.name);
+        if (settings.isReadOnly && settings.type == Enumerations::SQLite3)
+            handle.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+    }
+
+    const auto config = std::make_shared<Database::DatabaseConfig>();
+    config->SetConnectionName(connection);
+    config->SetDatabaseName(settings.name.isEmpty() ? QStringLiteral("default") : settings.name);
+    config->SetHostName(QStringLiteral("server"));
+    config->SetType(settings.type);
+    config->SetBackupBeforeMigration(false);
+    m_config = config;
+    connect();
+}
+
+DirectDatabase::~DirectDatabase() = default;
+
+void DirectDatabase::connect()
+{
+    m_database = std::make_unique<Database::Database>(m_config);
+    if (!m_database->Connect()) {
+        const QString reason = m_database->OpenError();
+        const bool isUnavailable =
+            m_settings.type == Enumerations::Postgres ? !isFinal(reason) : reason.contains(QLatin1String("locked"));
+        throw Exceptions::NotOpenException(reason.toLocal8Bit().constData(), isUnavailable);
+    }
+}
+
+QVector<SchemaState> DirectDatabase::schemas() const
+{
+    QVector<SchemaState> states;
+    Manager::StatementRunner statements(*m_database);
+    for (const auto& manager : managers())
+        states.append({manager->feature(), Manager::SchemaVersion(manager->feature()).read(statements),
+                       manager->ExpectedVersion()});
+    return states;
+}
+
+bool DirectDatabase::migrate(const std::function<void(const QString&, quint32)>& done)
+{
+    m_database.reset(); // The connection moves to the worker's thread and back.
+    bool isDone = true;
+    {
+        const Worker worker(m_config);
+        for (const auto& manager : managers()) {
+            if (done)
+                QObject::connect(manager.get(), &Manager::AbstractMigrationManager::stepCompleted, manager.get(),
+                                 [&](quint32 version) { done(manager->feature(), version); });
+            manager->setDbWorker(worker.get());
+            isDone = isDone && manager->WaitForConnected() && manager->Migrate();
+            m_messages += manager->migrationMessages();
+        }
+    }
+    connect();
+    return isDone;
+}
+
+} // namespace DataAccess::Transfer

@@ -1,0 +1,118 @@
+#pragma once
+
+#include "database/IDatabase.h"
+#include "transfer/StoredValue.h"
+
+#include <QVector>
+
+#include <memory>
+
+namespace DataAccess::Transfer {
+
+/// How much of a long operation is done; an operation asks between two parts. False ends it at the next safe point.
+using Progress = std::function<bool(qint64 done, qint64 total)>;
+
+/// A row of the current schema.
+using Row = QVector<StoredValue>;
+
+/// Thrown when a progress has answered false.
+class DATAACCESS_EXPORT Cancelled : public std::runtime_error
+{
+public:
+    Cancelled();
+    ~Cancelled() override;
+};
+
+/// Thrown when what is stored cannot be understood. The text names table, row and column, never a value.
+class DATAACCESS_EXPORT ContentError : public std::runtime_error
+{
+public:
+    explicit ContentError(const QString& text);
+    ~ContentError() override;
+};
+
+/// Writes the lines of a dump that stand for the rows of one table. Equal rows give equal lines.
+class DATAACCESS_EXPORT RowLines
+{
+public:
+    explicit RowLines(const SchemaTable& table);
+
+    /// The line of @p row, with its end; good until the next call.
+    const QByteArray& line(const Row& row);
+
+private:
+    const SchemaTable& m_table;
+    QVector<QByteArray> m_names; // what stands before each value
+    QByteArray m_line;
+};
+
+/// What a database holds at one moment, whatever others write meanwhile: a transaction that reads. On SQLite others
+/// cannot commit while it lives.
+class DATAACCESS_EXPORT Snapshot
+{
+public:
+    explicit Snapshot(Interfaces::IDatabase& db);
+
+private:
+    Database::Transaction m_transaction;
+};
+
+/**
+ * The rows of one table in the order of its key, alike on every backend, in memory that does not grow with the table.
+ * Used within a Snapshot.
+ */
+class DATAACCESS_EXPORT TableReader
+{
+public:
+    /// The rows whose key is behind @p after; all when that is null. Throws ExecutionException, and ContentError when
+    /// numbers are stored as something else.
+    TableReader(Interfaces::IDatabase& db, const SchemaTable& table, const StoredValue& after = {});
+    ~TableReader();
+    TableReader(const TableReader&) = delete;
+    TableReader& operator=(const TableReader&) = delete;
+
+    /// Moves to the next row; false after the last. Throws ExecutionException and ContentError.
+    bool next();
+    const Row& row() const { return m_row; }
+
+private:
+    bool fetch();
+
+    Interfaces::IDatabase& m_db;
+    const SchemaTable& m_table;
+    std::unique_ptr<Interfaces::IRowReader> m_reader;
+    Row m_row;
+    bool m_hasCursor = false;
+    int m_fetched = 0;
+};
+
+/// Inserts rows into one table, in a transaction of the caller's.
+class DATAACCESS_EXPORT TableWriter
+{
+public:
+    TableWriter(Interfaces::IDatabase& db, const SchemaTable& table);
+
+    /// Throws ExecutionException for this row or one before it.
+    void write(const Row& row);
+    /// Waits until all rows are written. Throws ExecutionException.
+    void finish();
+
+private:
+    const SchemaTable& m_table;
+    QStringList m_placeholders;
+    std::unique_ptr<Interfaces::IRowWriter> m_writer;
+};
+
+/// Number of rows of @p table; 0 when the database has no such table. Throws ExecutionException.
+DATAACCESS_EXPORT qint64 rowCount(Interfaces::IDatabase& db, const QString& table);
+/// Number of rows of all tables of the schema.
+DATAACCESS_EXPORT qint64 rowCount(Interfaces::IDatabase& db);
+/// Deletes all rows of the tables of the schema.
+DATAACCESS_EXPORT void deleteAllRows(Interfaces::IDatabase& db);
+/// The first value of the first row of @p select; a null one when there is no row. Throws ExecutionException.
+DATAACCESS_EXPORT QVariant scalar(Interfaces::IDatabase& db, const QString& select);
+/// A condition that is true of the rows of @p table where SQLite holds something else than the kind of a column; empty
+/// on backends that do not allow that.
+DATAACCESS_EXPORT QString foreignTypeCondition(Interfaces::IDatabase& db, const SchemaTable& table);
+
+} // namespace DataAccess::Transfer
