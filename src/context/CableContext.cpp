@@ -222,7 +222,7 @@ void CableContext::importWith(const std::vector<std::shared_ptr<Cable>>& cables,
     if (!isReadyForImport())
         return;
     CableLedger& ledger = *m_data->ledger;
-    ledger.followIds();
+    ledger.adoptLinked();
     // What is marked deleted here may have to come back, or to stay so.
     const auto states = ledger.showMarks();
     CableNetwork network = ledger.network();

@@ -1,5 +1,7 @@
 #include "context/EntityLedger.h"
 
+#include "context/OwnedEntities.h"
+
 #include <utility>
 
 namespace DataAccess::Context {
@@ -22,8 +24,12 @@ EntityLedger::~EntityLedger()
         record.entity->detach(this);
 }
 
-void EntityLedger::changed(IEntity& /*entity*/)
-{}
+void EntityLedger::changed(IEntity& entity)
+{
+    // It may have got a link to something that is not known here.
+    if (m_deafness == Deafness::None)
+        noteChange(*entityOf(entity), false);
+}
 
 void EntityLedger::contentChanged(IEntity& entity)
 {
@@ -129,8 +135,10 @@ bool EntityLedger::attach(const EntityPointer& entity)
 void EntityLedger::adopt(const EntityPointer& entity)
 {
     const auto known = m_records.find(entity.get());
+    m_refused.remove(entity.get());
     if (known != m_records.end()) {
         setPlace(*known, Place::Attached);
+        known->isReferredOnly = false;
     } else {
         Record record;
         record.entity = entity;
@@ -150,11 +158,50 @@ void EntityLedger::detach(const EntityPointer& entity)
         detached = filedUnder(entity->Id());
     for (const EntityPointer& each : detached) {
         Record& record = m_records[each.get()];
-        if (record.row == Row::Present)
+        if (record.row == Row::Present) {
             setPlace(record, Place::Detached);
-        else
+        } else {
             forget(*each);
+            m_refused.insert(each.get(), each);
+        }
     }
+}
+
+void EntityLedger::adoptLinked()
+{
+    followIds();
+    std::vector<EntityPointer> changed;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        for (auto change = m_changes.cbegin(); change != m_changes.cend(); ++change) {
+            const Record* record = find(*change.key());
+            if (record != nullptr && record->place != Place::Detached)
+                changed.push_back(record->entity);
+        }
+    }
+    while (!changed.empty()) {
+        const EntityPointer entity = std::move(changed.back());
+        changed.pop_back();
+        const bool isReferredOnly = find(*entity)->isReferredOnly;
+        visitBonds(*entity, [&](const EntityPointer& linked, Bond bond) {
+            if (adoptLinked(linked, isReferredOnly || bond == Bond::Referred))
+                changed.push_back(linked);
+        });
+    }
+}
+
+/// Takes in what another entity is linked to, unless it is known or another object stands for its row; tells whether
+/// its own links have to be looked at now.
+bool EntityLedger::adoptLinked(const EntityPointer& entity, bool isReferredOnly)
+{
+    const auto known = m_records.find(entity.get());
+    if (known != m_records.end())
+        return !isReferredOnly && std::exchange(known->isReferredOnly, false);
+    if (m_refused.value(entity.get()).lock() == entity || filedInPlaceOf(entity))
+        return false;
+    adopt(entity);
+    m_records[entity.get()].isReferredOnly = isReferredOnly;
+    return true;
 }
 
 void EntityLedger::forget(const Entity& entity)
@@ -177,6 +224,7 @@ void EntityLedger::clear()
     const auto records = std::exchange(m_records, {});
     for (const Record& record : records)
         record.entity->detach(this);
+    m_refused.clear();
     m_hidden.clear();
     m_attached = 0;
     unfileAll();
@@ -262,6 +310,7 @@ bool EntityLedger::noteRow(const Entity& entity, const Entity& row)
     record.row = Row::Present;
     record.mark = row.EntityState();
     record.timestamp = row.Timestamp();
+    record.isReferredOnly = false;
     return entity.Timestamp() != row.Timestamp();
 }
 

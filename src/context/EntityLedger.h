@@ -47,6 +47,7 @@ public:
         State mark = QOR::Entities::Enumerations::Normal; ///< Deleted or Snapshot when the row is marked so.
         Row row = Row::NotAsked;
         Place place = Place::Attached;
+        bool isReferredOnly = false; ///< Here because others refer to it: stored if it has no row, and left alone else.
     };
     /// An entity that a save has to look at.
     struct Change
@@ -82,6 +83,8 @@ public:
     bool attach(const EntityPointer& entity);
     /// Takes an entity to be saved, or saved again, where only those of its kind count.
     void adopt(const EntityPointer& entity);
+    /// Takes in what the changed entities own, and what they refer to and the database may not have.
+    void adoptLinked();
     /// Keeps @p entity, or else what is known under its id, from being saved.
     void detach(const EntityPointer& entity);
     void forget(const Entity& entity);
@@ -144,6 +147,7 @@ private:
     void idChanged(QOR::Entities::Interfaces::IEntity& entity, const QUuid& former) override;
 
     void add(const Record& record);
+    bool adoptLinked(const EntityPointer& entity, bool isReferredOnly);
     void setPlace(Record& record, Place place);
     void noteChange(const Entity& entity, bool isOfContent);
     /// Lets the entity of @p record take the place of one with its id that is not attached, and over what is known of
@@ -151,6 +155,7 @@ private:
     bool makeRoom(Record& record);
 
     QHash<const Entity*, Record> m_records;
+    QHash<const Entity*, std::weak_ptr<Entity>> m_refused; ///< Detached before they had a row.
     QSet<const Entity*> m_hidden;
     unsigned int m_attached = 0;
 

@@ -31,8 +31,7 @@ QHash<QUuid, std::vector<std::shared_ptr<T>>> childrenByParent(const QHash<QUuid
 /// Whether @p parent lists @p child: not when it is marked deleted, nor a snapshot among live ones.
 inline bool isListed(const QOR::Entities::Entity& child, const QOR::Entities::Entity& parent)
 {
-    using namespace QOR::Entities::Enumerations;
-    return child.EntityState() != Deleted && (child.EntityState() != Snapshot || parent.EntityState() == Snapshot);
+    return QOR::Entities::isListed(child.EntityState(), parent.EntityState());
 }
 
 /// Those of @p children that @p parent lists, in the order of @p isBefore.

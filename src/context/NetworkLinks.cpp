@@ -32,15 +32,14 @@ void linkSegments(const CableNetwork& network)
 {
     auto segments = childrenByParent(network.of<Segment>(), [](const Segment& segment) { return segment.PhaseId(); });
     for (const auto& phase : network.of<Phase>()) {
-        auto children = orderedChildren<Interfaces::ISegment>(segments[phase->Id()], *phase, isBefore<Segment>);
-        phase->SetSegments(children);
+        phase->LinkSegments(orderedChildren<Interfaces::ISegment>(segments[phase->Id()], *phase, isBefore<Segment>));
     }
     for (const auto& segment : network.of<Segment>()) {
         if (const auto detail = network.find<SegmentDetail>(segment->DetailId()))
             segment->SetDetail(detail);
         // Also those that their phase does not list.
         if (const auto phase = network.find<Phase>(segment->PhaseId()))
-            segment->SetPhase(phase);
+            segment->LinkPhase(phase);
     }
 }
 
@@ -53,19 +52,12 @@ void linkRoutes(const CableNetwork& network)
         route->SetPoints(points);
     }
     for (const auto& cable : network.of<Cable>()) {
-        const auto route = network.find<Route>(cable->RouteId());
-        if (!route)
-            continue;
-        // The cable would make the route its own; one that names another cable goes on naming that.
-        const QUuid named = route->CableId();
-        const auto state = route->EntityState();
-        cable->SetRoute(route);
-        route->SetCableId(named);
-        route->SetEntityState(state);
+        if (const auto route = network.find<Route>(cable->RouteId()))
+            cable->LinkRoute(route);
     }
     for (const auto& route : network.of<Route>()) {
         if (const auto cable = network.find<Cable>(route->CableId()))
-            route->SetCable(cable);
+            route->LinkCable(cable);
     }
 }
 
@@ -94,14 +86,13 @@ void linkCables(const CableNetwork& network)
         network.of<Rating>(), [](const Rating& rating) { return rating.cableID(); },
         [](const Rating& rating) { return rating.measureTime(); });
     for (const auto& cable : network.of<Cable>()) {
-        auto children = orderedChildren<Interfaces::IPhase>(phases[cable->Id()], *cable, isBefore<Phase>);
-        cable->SetPhases(children);
-        cable->SetRating(ratings.value(cable->Id()));
+        cable->LinkPhases(orderedChildren<Interfaces::IPhase>(phases[cable->Id()], *cable, isBefore<Phase>));
+        cable->LinkRating(ratings.value(cable->Id()));
         linkEnds(network, *cable);
     }
     for (const auto& phase : network.of<Phase>()) {
         if (const auto cable = network.find<Cable>(phase->CableId()))
-            phase->SetCable(cable);
+            phase->LinkCable(cable);
     }
 }
 

@@ -154,7 +154,7 @@ void PdContext::loadFiles()
 void PdContext::concat()
 {
     PdLedger& ledger = *m_data->ledger;
-    ledger.followIds();
+    ledger.adoptLinked();
     // What is marked deleted is not listed, though it may not show that.
     const auto states = ledger.showMarks();
     {

@@ -49,16 +49,16 @@ void linkReports(const PdNetwork& network)
         [](const PdMappingEvent& event) { return std::make_tuple(event.phaseIndex(), event.position(), event.Id()); });
     for (const auto& report : network.of<PdReport>()) {
         const QUuid id = report->Id();
-        report->SetFiles(orderedChildren<Interfaces::IPdFile>(files[id], *report, byName));
-        report->setIecOverview(orderedChildren<Interfaces::IPdIecOverview>(overviews[id], *report, byPhase));
-        report->setMappingEvents(orderedChildren<Interfaces::IPdMappingEvent>(events[id], *report, byPlace));
-        report->SetLbDiagram(diagrams.value(id));
-        report->setSummary(summaries.value(id));
-        report->setTaskInfo(infos.value(id));
+        report->LinkFiles(orderedChildren<Interfaces::IPdFile>(files[id], *report, byName));
+        report->LinkIecOverview(orderedChildren<Interfaces::IPdIecOverview>(overviews[id], *report, byPhase));
+        report->LinkMappingEvents(orderedChildren<Interfaces::IPdMappingEvent>(events[id], *report, byPlace));
+        report->LinkLbDiagram(diagrams.value(id));
+        report->LinkSummary(summaries.value(id));
+        report->LinkTaskInfo(infos.value(id));
     }
     for (const auto& file : network.of<PdFile>()) {
         if (const auto report = network.find<PdReport>(file->ReportId()))
-            file->SetReport(report);
+            file->LinkReport(report);
     }
 }
 
@@ -75,12 +75,12 @@ void linkResults(const PdNetwork& network)
         return std::make_tuple(report.CreationTimestamp().isValid(), report.CreationTimestamp(), report.Id());
     });
     for (const auto& task : network.of<PdTask>()) {
-        task->SetReports(orderedChildren<Interfaces::IPdReport>(reports[task->Id()], *task, byCreation));
-        task->SetRating(ratings.value(task->Id()));
+        task->LinkReports(orderedChildren<Interfaces::IPdReport>(reports[task->Id()], *task, byCreation));
+        task->LinkRating(ratings.value(task->Id()));
     }
     for (const auto& report : network.of<PdReport>()) {
         if (const auto task = network.find<PdTask>(report->TaskId()))
-            report->SetTask(task);
+            report->LinkTask(task);
     }
 }
 
@@ -88,15 +88,11 @@ void linkTasks(const EntitiesById<PdTask>& tasks, const EntitiesById<Cable>& cab
                const EntitiesById<Station>& stations)
 {
     for (const auto& task : tasks) {
-        const auto state = task->EntityState();
-        const QUuid cableId = task->CableId();
-        const QUuid stationId = task->StationId();
-        // The object that the context does not have is let go of, though not its id.
-        task->SetCable(cables.value(cableId));
-        task->SetCableId(cableId);
-        task->SetStation(stations.value(stationId));
-        task->SetStationId(stationId);
-        task->SetEntityState(state);
+        // An object that has no id yet cannot be found.
+        if (!task->CableId().isNull())
+            task->LinkCable(cables.value(task->CableId()));
+        if (!task->StationId().isNull())
+            task->LinkStation(stations.value(task->StationId()));
     }
 }
 

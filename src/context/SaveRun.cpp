@@ -7,6 +7,7 @@ using namespace QOR::Entities::Enumerations;
 SaveRun::SaveRun(EntityLedger& ledger)
     : m_ledger(ledger)
 {
+    ledger.adoptLinked();
     for (EntityLedger::Change& change : ledger.takeChanges())
         m_candidates.push_back({std::move(change)});
 }

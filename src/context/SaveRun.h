@@ -116,7 +116,10 @@ void SaveRun::lookUp(Interfaces::IRepository<T>& repository, const Items<T>& unk
     }
     for (const Item<T>& item : unknown) {
         EntityLedger::Change& change = item.candidate->change;
-        if (const std::shared_ptr<T> row = rows.value(item.entity->Id())) {
+        const std::shared_ptr<T> row = rows.value(item.entity->Id());
+        if (row && m_ledger.find(*item.entity)->isReferredOnly) {
+            m_ledger.forget(*item.entity);
+        } else if (row) {
             change.isOfContent = m_ledger.noteRow(*item.entity, *row) || change.isOfContent;
             if (m_ledger.mustBeWritten(change))
                 updates.push_back(item);

@@ -151,10 +151,13 @@ private Q_SLOTS:
         std::vector<QUuid> points = route->PointIds();
         points[3] = nowhere;
         route->SetPointIds(points);
-        // The first cable claims a route that says it is the second one's.
-        route->SetCable(network.cables[1]);
         network.attachTo(*source);
         source->saveChanges();
+        // The first cable claims a route that says it is the second one's.
+        database.worker().run([&](DataAccess::Interfaces::IDatabase& db) {
+            db.Exec(QStringLiteral("UPDATE ce_route SET cable = '%1' WHERE id = '%2'")
+                        .arg(network.cables[1]->Id().toString(), route->Id().toString()));
+        });
         const QStringList before = database.cableRows();
 
         const auto loaded = database.loadedCableContext();

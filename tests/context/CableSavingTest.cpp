@@ -65,28 +65,64 @@ private Q_SLOTS:
         QCOMPARE(cable->EntityState(), Normal);
     }
 
-    void anEntityIsNeverInsertedTwice_data() { addBackends(); }
-    void anEntityIsNeverInsertedTwice()
+    void whatACableIsLinkedToIsSavedWithIt_data() { addBackends(); }
+    void whatACableIsLinkedToIsSavedWithIt()
+    {
+        ContextDatabase all;
+        const auto whole = all.cableContext();
+        SampleNetwork(2).attachTo(*whole);
+        whole->saveChanges();
+        ContextDatabase database;
+        const auto context = database.cableContext();
+        const QSignalSpy failed(context.get(), &AbstractContext::savingFailed);
+        // A default type that somebody has changed is only referred to.
+        const QString joint = QStringLiteral("SELECT name FROM ce_segment_detail WHERE id = '%1'")
+                                  .arg(context->defaultTypes().getSegmentDetailJointDefault()->Id().toString());
+        database.value(QStringLiteral("UPDATE ce_segment_detail SET name = 'Mine' WHERE name = 'Default'"));
+        SampleNetwork network(2);
+        for (const auto& cable : network.cables)
+            context->attach(cable);
+        QCOMPARE(context->count(), 2U);
+        context->saveChanges();
+        QCOMPARE(database.cableRows().size(), all.cableRows().size());
+        QCOMPARE(database.value(joint).toString(), QStringLiteral("Mine"));
+        QVERIFY(failed.isEmpty());
+
+        // What is linked to it later too, and in place of what was: one that is taken away stays so.
+        const auto cable = network.cables[0];
+        const auto phase = cable->Phases().front();
+        cable->RemovePhase(phase);
+        cable->SetOwner(makeOwner(QStringLiteral("new")));
+        context->saveChanges();
+        const auto loaded = database.loadedCableContext();
+        const auto again = loaded->Cables().value(cable->Id());
+        QCOMPARE(again->Phases().size(), std::size_t(2));
+        QCOMPARE(again->Owner()->Name(), QStringLiteral("new"));
+        QVERIFY(loaded->Phases().value(phase->Id())->CableId().isNull());
+    }
+
+    void anIdThatComesLateIsStored_data() { addBackends(); }
+    void anIdThatComesLateIsStored()
     {
         ContextDatabase database;
-        const auto first = database.cableContext();
-        const auto owner = makeOwner(QStringLiteral("Grid"));
-        first->attach(owner);
-        first->attach(makeOwner(QStringLiteral("Other")));
-        first->saveChanges();
-        const QStringList before = database.cableRows();
-
-        // Another context, with nothing loaded, gets an unchanged one, a changed one and a new one.
-        const auto second = database.cableContext();
-        const auto changed = makeOwner(QStringLiteral("Other"));
-        changed->SetName(QStringLiteral("Another"));
-        second->attach(owner);
-        second->attach(changed);
-        second->attach(makeOwner(QStringLiteral("Third")));
-        second->saveChanges();
-        QCOMPARE(changedRows(before, database.cableRows()).size(), 2);
-        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_owner")).toInt(), 3);
-        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_owner WHERE name = 'Another'")).toInt(), 1);
+        const auto context = database.cableContext();
+        const QSignalSpy failed(context.get(), &AbstractContext::savingFailed);
+        const auto cable = std::make_shared<Cable>();
+        const auto phase = std::make_shared<Phase>();
+        const auto owner = std::make_shared<Owner>();
+        cable->AddPhase(phase);
+        cable->SetOwner(owner);
+        context->attach(cable);
+        cable->SetId(sampleId(QStringLiteral("cable")));
+        context->saveChanges();
+        QCOMPARE(failed.count(), 1);
+        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_cable")).toInt(), 1);
+        owner->SetId(sampleId(QStringLiteral("owner")));
+        phase->SetId(sampleId(QStringLiteral("phase")));
+        context->saveChanges();
+        QCOMPARE(failed.count(), 1);
+        const auto loaded = database.loadedCableContext()->Cables().value(cable->Id());
+        QVERIFY(loaded->Owner() && loaded->Phases().size() == 1);
     }
 
     void everyChangeIsStored_data()

@@ -137,22 +137,33 @@ private Q_SLOTS:
         QCOMPARE(rows.filter(QStringLiteral("renamed")).size(), 2);
         QCOMPARE(rows.filter(QStringLiteral("edited")).size(), 1);
         QCOMPARE(rows.filter(QStringLiteral("pd_summary")).size(), 2);
+    }
 
-        // What was found gone makes room for a new object; what is detached stays so.
-        const auto again = make<PdFile>(*context, QStringLiteral("file 2"));
-        again->SetReportId(sampleId(QStringLiteral("report 1")));
-        context->detach(file);
-        context->loadFiles();
-        file->SetEntityState(Deleted);
+    void whatATaskOwnsIsSavedWithIt_data() { addBackends(); }
+    void whatATaskOwnsIsSavedWithIt()
+    {
+        ContextDatabase database;
+        const auto context = database.pdContext();
+        const auto task = make<PdTask>(*context, QStringLiteral("task"));
+        const auto with = [](auto entity, const char* name) {
+            entity->SetId(sampleId(QString::fromLatin1(name)));
+            return entity;
+        };
+        const auto report = with(std::make_shared<PdReport>(), "report");
+        task->SetReports({report});
+        task->SetRating(with(std::make_shared<Cables::Entities::Rating>(), "rating"));
         context->saveChanges();
-        QCOMPARE(database.pdRows().filter(QStringLiteral("pd_file")).size(), 3);
-        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM pd_file WHERE deleted")).toInt(), 0);
-        // A load lets go of files too.
-        again->SetName(QStringLiteral("let go of"));
-        context->reload();
-        QVERIFY(context->Files().isEmpty());
+        report->SetFiles({with(std::make_shared<PdFile>(), "file")});
+        report->SetLbDiagram(with(std::make_shared<PdLbDiagram>(), "diagram"));
+        report->setSummary(with(std::make_shared<PdSummary>(), "summary"));
+        report->setTaskInfo(with(std::make_shared<PdTaskInfo>(), "info"));
+        report->setIecOverview({with(std::make_shared<PdIecOverview>(), "overview")});
+        report->setMappingEvents({with(std::make_shared<PdMappingEvent>(), "event")});
         context->saveChanges();
-        QVERIFY(database.pdRows().filter(QStringLiteral("let go of")).isEmpty());
+        QCOMPARE(database.pdRows().size(), 8);
+        const auto loaded = database.pdContext();
+        loaded->reload();
+        QVERIFY(loaded->Tasks().value(task->Id())->Rating());
     }
 
     void whatCannotBeReadIsTold()

@@ -82,7 +82,6 @@ class CableNetworkTest : public QObject
 private Q_SLOTS:
     void droppingTheCableFreesTheNetwork();
     void linkingWhatIsStoredChangesNothing();
-    void childrenFollowTheirParent();
     void parentsOnTheStackGiveTheirId();
     void listsKeepTheCallersOrder();
     void pointsFollowTheirIds();
@@ -161,27 +160,6 @@ void CableNetworkTest::linkingWhatIsStoredChangesNothing()
     QCOMPARE(route->Points().size(), std::size_t(2));
     for (const auto& entity : loaded)
         QCOMPARE(entity->EntityState(), Normal);
-}
-
-void CableNetworkTest::childrenFollowTheirParent()
-{
-    const auto from = makeCable({{}});
-    const auto to = make<Cable>();
-    const auto phase = std::dynamic_pointer_cast<Phase>(from->Phases().front());
-    QVERIFY(phase);
-    for (const auto& entity : std::vector<std::shared_ptr<QOR::Entities::Entity>>{from, to, phase})
-        entity->SetEntityState(Normal);
-
-    from->RemovePhase(phase);
-    QCOMPARE(phase->CableId(), from->Id());
-    QCOMPARE(phase->EntityState(), Normal);
-    std::vector<std::shared_ptr<IPhase>> phases = {phase};
-    to->SetPhases(phases);
-    QCOMPARE(phase->CableId(), to->Id());
-    QCOMPARE(phase->Cable().get(), to.get());
-    QCOMPARE(phase->EntityState(), Modified);
-    QCOMPARE(from->EntityState(), Normal);
-    QCOMPARE(to->EntityState(), Normal);
 }
 
 void CableNetworkTest::parentsOnTheStackGiveTheirId()

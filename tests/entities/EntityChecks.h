@@ -89,7 +89,8 @@ void checkReference(GetId getId, SetId setId, GetObject getObject, SetObject set
     const auto target = std::make_shared<T>();
     const QUuid id = QUuid::createUuid();
     target->SetId(id);
-    E entity;
+    const auto owned = std::make_shared<E>();
+    E& entity = *owned;
     CountingObserver observer;
     entity.attach(&observer);
     const auto normal = [&] {
@@ -129,6 +130,14 @@ void checkReference(GetId getId, SetId setId, GetObject getObject, SetObject set
 
     std::invoke(setObject, entity, nullptr);
     QVERIFY(std::invoke(getId, entity).isNull());
+    QCOMPARE(entity.EntityState(), Modified);
+
+    // An object without an id gives it when it gets one.
+    const auto late = std::make_shared<T>();
+    std::invoke(setObject, entity, late);
+    normal();
+    late->SetId(id);
+    QCOMPARE(std::invoke(getId, entity), id);
     QCOMPARE(entity.EntityState(), Modified);
 }
 

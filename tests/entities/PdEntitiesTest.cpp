@@ -172,13 +172,13 @@ void PdEntitiesTest::linkingWhatIsStoredChangesNothing()
     const QJsonObject before = report->toJson();
 
     const std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>> events = report->MappingEvents();
-    report->setMappingEvents({});
-    report->setMappingEvents(events);
+    report->LinkMappingEvents({});
+    report->LinkMappingEvents(events);
     report->SetFiles(std::vector<std::shared_ptr<Interfaces::IPdFile>>(report->Files()));
     const auto summary = report->Summary();
-    report->setSummary(nullptr);
+    report->LinkSummary(nullptr);
     report->setSummary(summary);
-    task->SetReports({});
+    task->LinkReports({});
     task->SetReports({report});
     task->SetRating(make<Cables::Entities::Rating>());
 

@@ -11,7 +11,6 @@
 #include "entities/cables/IStation.h"
 #include "entities/cables/ISwitchgear.h"
 #include "entities/cables/ITermination.h"
-#include "entities/qor/Children.h"
 
 #include <algorithm>
 #include <cmath>
@@ -48,6 +47,22 @@ std::vector<double> sectionVelocities(const std::vector<std::shared_ptr<Interfac
 Interfaces::ICable::~ICable() = default;
 
 Cable::~Cable() = default;
+
+void Cable::SetId(const QUuid& id)
+{
+    const bool hadNone = Id().isNull();
+    StoredEntity::SetId(id);
+    if (!hadNone)
+        return;
+    // What was linked before could not know the id.
+    const std::vector<std::shared_ptr<Interfaces::IPhase>> phases = m_phases.items();
+    for (const std::shared_ptr<Interfaces::IPhase>& phase : phases)
+        adopt(*phase);
+    if (const std::shared_ptr<Interfaces::IRoute> route = m_route.object())
+        adopt(*route);
+    if (m_rating)
+        m_rating->SetCableID(Id());
+}
 
 void Cable::SetStationAId(const QUuid& id)
 {
@@ -111,14 +126,19 @@ void Cable::SetSwitchgearB(std::shared_ptr<Interfaces::ISwitchgear> switchgear)
 
 void Cable::SetRouteId(const QUuid& id)
 {
-    assignReferenceId(m_route, id);
+    assignTwoEndedId(m_route, id, [this](Interfaces::IRoute& former) { release(former); });
 }
 
 void Cable::SetRoute(std::shared_ptr<Interfaces::IRoute> route)
 {
-    if (route)
-        adopt(*route);
-    assignReferenceObject(m_route, std::move(route));
+    assignTwoEndedObject(
+        m_route, std::move(route), [this](Interfaces::IRoute& former) { release(former); },
+        [this](Interfaces::IRoute& joined) { adopt(joined); });
+}
+
+void Cable::LinkRoute(const std::shared_ptr<Interfaces::IRoute>& route)
+{
+    linkReference(m_route, route);
 }
 
 void Cable::SetOwnerId(const QUuid& id)
@@ -133,28 +153,34 @@ void Cable::SetOwner(std::shared_ptr<Interfaces::IOwner> owner)
 
 void Cable::SetRating(std::shared_ptr<Interfaces::IRating> rating)
 {
-    assignUnstored(m_rating, std::move(rating));
+    if (rating)
+        rating->SetCableID(Id());
+    LinkRating(std::move(rating));
 }
 
 void Cable::SetPhases(std::vector<std::shared_ptr<Interfaces::IPhase>>& phases)
 {
-    std::vector<std::shared_ptr<Interfaces::IPhase>> children = QOR::Entities::distinctChildren(phases);
-    for (const std::shared_ptr<Interfaces::IPhase>& phase : children)
-        adopt(*phase);
-    assignUnstored(m_phases, std::move(children));
+    if (m_phases.replace(
+            phases, [this](Interfaces::IPhase& phase) { adopt(phase); },
+            [this](Interfaces::IPhase& phase) { release(phase); }))
+        notify();
 }
 
 void Cable::AddPhase(std::shared_ptr<Interfaces::IPhase> phase)
 {
-    if (!QOR::Entities::addChild(m_phases, phase))
-        return;
-    adopt(*phase);
-    notify();
+    if (m_phases.add(std::move(phase), [this](Interfaces::IPhase& child) { adopt(child); }))
+        notify();
 }
 
 void Cable::RemovePhase(std::shared_ptr<Interfaces::IPhase> phase)
 {
-    if (QOR::Entities::removeChild(m_phases, phase))
+    if (m_phases.remove(std::move(phase), [this](Interfaces::IPhase& child) { release(child); }))
+        notify();
+}
+
+void Cable::LinkPhases(std::vector<std::shared_ptr<Interfaces::IPhase>> phases)
+{
+    if (m_phases.link(std::move(phases)))
         notify();
 }
 
@@ -167,10 +193,18 @@ void Cable::adopt(Child& child)
         child.SetCableId(Id());
 }
 
+template <typename Child>
+void Cable::release(Child& child) const
+{
+    const std::shared_ptr<Interfaces::ICable> cable = child.Cable();
+    if (cable ? cable.get() == this : child.CableId() == Id())
+        child.SetCable(nullptr);
+}
+
 int Cable::NrOfJoint() const
 {
     std::ptrdiff_t joints = 0;
-    for (const std::shared_ptr<Interfaces::IPhase>& phase : m_phases) {
+    for (const std::shared_ptr<Interfaces::IPhase>& phase : m_phases.items()) {
         const auto& segments = phase->Segments();
         const auto count = std::count_if(segments.begin(), segments.end(), [](const auto& segment) {
             const std::shared_ptr<Interfaces::ISegmentDetail> detail = segment->Detail();
@@ -183,14 +217,14 @@ int Cable::NrOfJoint() const
 
 double Cable::MinVelocity() const
 {
-    const std::vector<double> velocities = sectionVelocities(m_phases);
+    const std::vector<double> velocities = sectionVelocities(m_phases.items());
     const auto lowest = std::min_element(velocities.begin(), velocities.end());
     return lowest == velocities.end() ? std::numeric_limits<double>::quiet_NaN() : *lowest;
 }
 
 double Cable::MaxVelocity() const
 {
-    const std::vector<double> velocities = sectionVelocities(m_phases);
+    const std::vector<double> velocities = sectionVelocities(m_phases.items());
     const auto highest = std::max_element(velocities.begin(), velocities.end());
     return highest == velocities.end() ? std::numeric_limits<double>::quiet_NaN() : *highest;
 }
@@ -198,7 +232,7 @@ double Cable::MaxVelocity() const
 unsigned int Cable::segmentIdFingerprint() const
 {
     Fingerprint fingerprint;
-    for (const std::shared_ptr<Interfaces::IPhase>& phase : m_phases) {
+    for (const std::shared_ptr<Interfaces::IPhase>& phase : m_phases.items()) {
         for (const std::shared_ptr<Interfaces::ISegment>& segment : phase->Segments())
             fingerprint.add(segment->Id().toRfc4122());
     }
@@ -228,7 +262,7 @@ QJsonObject Cable::toJson() const
     json.insert(QLatin1String("switchgearBId"), toJsonValue(m_switchgearB.id()));
     json.insert(QLatin1String("routeId"), toJsonValue(m_route.id()));
     json.insert(QLatin1String("ownerId"), toJsonValue(m_owner.id()));
-    json.insert(QLatin1String("phases"), childIds(m_phases));
+    json.insert(QLatin1String("phases"), childIds(m_phases.items()));
     return json;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "entities/cables/ICable.h"
+#include "entities/qor/Children.h"
 #include "entities/qor/Reference.h"
 #include "entities/qor/StoredEntity.h"
 
@@ -19,6 +20,7 @@ class CABLES_EXPORT Cable : public QOR::Entities::StoredEntity<Interfaces::ICabl
 public:
     ~Cable() override;
 
+    void SetId(const QUuid& id) override;
     const QString& Number() const override { return m_number; }
     void SetNumber(const QString& number) override { assign(m_number, number); }
     double Voltage() const override { return m_voltage; }
@@ -75,17 +77,23 @@ public:
     void SetRouteId(const QUuid& id) override;
     std::shared_ptr<Interfaces::IRoute> Route() const override { return m_route.object(); }
     void SetRoute(std::shared_ptr<Interfaces::IRoute> route) override;
+    /// Points at the route of RouteId(): nothing that is stored changes, neither here nor at the route.
+    void LinkRoute(const std::shared_ptr<Interfaces::IRoute>& route);
     const QUuid& OwnerId() const override { return m_owner.id(); }
     void SetOwnerId(const QUuid& id) override;
     std::shared_ptr<Interfaces::IOwner> Owner() const override { return m_owner.object(); }
     void SetOwner(std::shared_ptr<Interfaces::IOwner> owner) override;
     std::shared_ptr<Interfaces::IRating> Rating() const override { return m_rating; }
     void SetRating(std::shared_ptr<Interfaces::IRating> rating) override;
+    /// Shows a rating that has this cable's id.
+    void LinkRating(std::shared_ptr<Interfaces::IRating> rating) { assignUnstored(m_rating, std::move(rating)); }
 
-    const std::vector<std::shared_ptr<Interfaces::IPhase>>& Phases() const override { return m_phases; }
+    const std::vector<std::shared_ptr<Interfaces::IPhase>>& Phases() const override { return m_phases.items(); }
     void SetPhases(std::vector<std::shared_ptr<Interfaces::IPhase>>& phases) override;
     void AddPhase(std::shared_ptr<Interfaces::IPhase> phase) override;
     void RemovePhase(std::shared_ptr<Interfaces::IPhase> phase) override;
+    /// Lists phases that have this cable's id: nothing changes at the phases, nor at those listed before.
+    void LinkPhases(std::vector<std::shared_ptr<Interfaces::IPhase>> phases);
 
     int NrOfJoint() const override;
     double MinVelocity() const override;
@@ -97,6 +105,8 @@ public:
 private:
     template <typename Child>
     void adopt(Child& child);
+    template <typename Child>
+    void release(Child& child) const;
 
     QOR::Entities::OwningReference<Interfaces::IStation> m_stationA;
     QOR::Entities::OwningReference<Interfaces::IStation> m_stationB;
@@ -107,7 +117,7 @@ private:
     QOR::Entities::OwningReference<Interfaces::IRoute> m_route;
     QOR::Entities::OwningReference<Interfaces::IOwner> m_owner;
     std::shared_ptr<Interfaces::IRating> m_rating;
-    std::vector<std::shared_ptr<Interfaces::IPhase>> m_phases;
+    QOR::Entities::ChildList<Interfaces::IPhase> m_phases;
     QString m_number;
     QString m_city;
     QString m_comment;

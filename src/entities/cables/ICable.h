@@ -106,7 +106,8 @@ public:
     virtual std::shared_ptr<ISwitchgear> SwitchGearB() const = 0;
     virtual void SetSwitchgearB(std::shared_ptr<ISwitchgear> switchgear) = 0;
 
-    /// The way over the map. Setting a route makes this its cable.
+    /// The way over the map. Setting a route makes this its cable; one that is replaced, or belonged to another cable,
+    /// leaves there.
     virtual const QUuid& RouteId() const = 0;
     virtual void SetRouteId(const QUuid& id) = 0;
     virtual std::shared_ptr<IRoute> Route() const = 0;
@@ -118,18 +119,20 @@ public:
     virtual std::shared_ptr<IOwner> Owner() const = 0;
     virtual void SetOwner(std::shared_ptr<IOwner> owner) = 0;
 
-    /// The latest evaluation, null when there is none. The cable stores no id of it.
+    /// The latest evaluation, null when there is none. The cable stores no id of it: setting one gives it the cable's
+    /// id, and one that is replaced goes on being an evaluation of the cable.
     virtual std::shared_ptr<IRating> Rating() const = 0;
     virtual void SetRating(std::shared_ptr<IRating> rating) = 0;
 
     /// The phases, owned by the cable, in the order in which they were given.
     virtual const std::vector<std::shared_ptr<IPhase>>& Phases() const = 0;
     /// Replaces the list and makes this the cable of every phase; null and repeated entries are left out. The caller's
-    /// vector is not changed, and what leaves the list keeps its cable id.
+    /// vector is not changed. What leaves the list belongs to no cable, what comes from another cable leaves its list.
     virtual void SetPhases(std::vector<std::shared_ptr<IPhase>>& phases) = 0;
-    /// Appends a phase and makes this its cable; null and a phase held already change nothing.
+    /// Appends a phase, makes this its cable and takes it out of the list of its former one; null and a phase held
+    /// already change nothing.
     virtual void AddPhase(std::shared_ptr<IPhase> phase) = 0;
-    /// Takes this very object out of the list; it keeps its cable id.
+    /// Takes this very object out of the list; it belongs to no cable then.
     virtual void RemovePhase(std::shared_ptr<IPhase> phase) = 0;
 
     /// Number of joints along the cable. A joint goes through all phases, each of which has a segment for it: what

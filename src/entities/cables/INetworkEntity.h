@@ -14,7 +14,11 @@ namespace Cables::Entities::Interfaces {
  * A pair of getter and setter shares one comment. A setter that changes a stored value makes a Normal entity Modified;
  * an equal value changes nothing. A reference has an id, which is stored, and an object, which is there once the
  * entities have been linked: setting the object sets the id too (null sets the null id), and setting an id that is not
- * the object's drops the object. Linking the object whose id is held already changes nothing that is stored.
+ * the object's drops the object. Linking the object whose id is held already changes nothing that is stored. Of an
+ * object that has no id yet the id is taken once it gets one, which is a change of the referring entity.
+ *
+ * Where a list, or a single place, and a reference face each other, an operation on one end sets the other end too: a
+ * child is in the list of its parent and of no other one. Both ends of the link need to be owned by shared pointers.
  */
 class CABLES_EXPORT INetworkEntity
 {

@@ -20,7 +20,8 @@ public:
     virtual unsigned int Index() const = 0;
     virtual void SetIndex(const unsigned int& index) = 0;
 
-    /// The cable that the phase belongs to and that owns it: the object is null once the cable is gone.
+    /// The cable that the phase belongs to and that owns it: the object is null once the cable is gone. A phase that is
+    /// given another cable leaves the list of the former one; one given as an object lists it, unless it is deleted.
     virtual const QUuid& CableId() const = 0;
     virtual void SetCableId(const QUuid& id) = 0;
     virtual std::shared_ptr<ICable> Cable() const = 0;
@@ -29,11 +30,13 @@ public:
     /// The segments, owned by the phase, in the order in which they were given.
     virtual const std::vector<std::shared_ptr<ISegment>>& Segments() const = 0;
     /// Replaces the list and makes this the phase of every segment; null and repeated entries are left out. The
-    /// caller's vector is not changed, and what leaves the list keeps its phase id.
+    /// caller's vector is not changed. What leaves the list belongs to no phase, what comes from another one leaves its
+    /// list.
     virtual void SetSegments(std::vector<std::shared_ptr<ISegment>>& segments) = 0;
-    /// Appends a segment and makes this its phase; null and a segment held already change nothing.
+    /// Appends a segment, makes this its phase and takes it out of the list of its former one; null and a segment held
+    /// already change nothing.
     virtual void AddSegment(std::shared_ptr<ISegment> segment) = 0;
-    /// Takes this very object out of the list; it keeps its phase id.
+    /// Takes this very object out of the list; it belongs to no phase then.
     virtual void RemoveSegment(std::shared_ptr<ISegment> segment) = 0;
 
     /// Sum of the segments' lengths, metres; those that are not known or below 0 do not count.

@@ -16,7 +16,8 @@ class CABLES_EXPORT IRoute : public INetworkEntity
 public:
     ~IRoute() override;
 
-    /// The cable that the route belongs to and that owns it: the object is null once the cable is gone.
+    /// The cable that the route belongs to and that owns it: the object is null once the cable is gone. A cable given
+    /// as an object takes the route as its own; a former cable has none then.
     virtual const QUuid& CableId() const = 0;
     virtual void SetCableId(const QUuid& id) = 0;
     virtual std::shared_ptr<ICable> Cable() const = 0;

@@ -29,7 +29,9 @@ public:
     virtual QDate InstallationDate() const = 0;
     virtual void SetInstallationDate(const QDate& date) = 0;
 
-    /// The phase that the segment belongs to and that owns it: the object is null once the phase is gone.
+    /// The phase that the segment belongs to and that owns it: the object is null once the phase is gone. A segment
+    /// that is given another phase leaves the list of the former one; one given as an object lists it, unless it is
+    /// deleted.
     virtual const QUuid& PhaseId() const = 0;
     virtual void SetPhaseId(const QUuid& id) = 0;
     virtual std::shared_ptr<IPhase> Phase() const = 0;

@@ -3,7 +3,6 @@
 #include "entities/cables/ICable.h"
 #include "entities/cables/ISegment.h"
 #include "entities/cables/ISegmentDetail.h"
-#include "entities/qor/Children.h"
 
 #include <cmath>
 #include <limits>
@@ -27,35 +26,58 @@ Interfaces::IPhase::~IPhase() = default;
 
 Phase::~Phase() = default;
 
+void Phase::SetId(const QUuid& id)
+{
+    const bool hadNone = Id().isNull();
+    StoredEntity::SetId(id);
+    if (!hadNone)
+        return;
+    // The segments that were added before could not know the id.
+    const std::vector<std::shared_ptr<Interfaces::ISegment>> segments = m_segments.items();
+    for (const std::shared_ptr<Interfaces::ISegment>& segment : segments)
+        adopt(*segment);
+}
+
 void Phase::SetCableId(const QUuid& id)
 {
-    assignReferenceId(m_cable, id);
+    const std::shared_ptr<Phase> self = weak_from_this().lock();
+    assignTwoEndedId(m_cable, id, [&self](Interfaces::ICable& former) { former.RemovePhase(self); });
 }
 
 void Phase::SetCable(std::shared_ptr<Interfaces::ICable> cable)
 {
-    assignReferenceObject(m_cable, std::move(cable));
+    const std::shared_ptr<Phase> self = weak_from_this().lock();
+    assignTwoEndedObject(
+        m_cable, std::move(cable), [&self](Interfaces::ICable& former) { former.RemovePhase(self); },
+        [this, &self](Interfaces::ICable& joined) {
+            if (self && isListedBy(joined))
+                joined.AddPhase(self);
+        });
 }
 
 void Phase::SetSegments(std::vector<std::shared_ptr<Interfaces::ISegment>>& segments)
 {
-    std::vector<std::shared_ptr<Interfaces::ISegment>> children = QOR::Entities::distinctChildren(segments);
-    for (const std::shared_ptr<Interfaces::ISegment>& segment : children)
-        adopt(*segment);
-    assignUnstored(m_segments, std::move(children));
+    if (m_segments.replace(
+            segments, [this](Interfaces::ISegment& segment) { adopt(segment); },
+            [this](Interfaces::ISegment& segment) { release(segment); }))
+        notify();
 }
 
 void Phase::AddSegment(std::shared_ptr<Interfaces::ISegment> segment)
 {
-    if (!QOR::Entities::addChild(m_segments, segment))
-        return;
-    adopt(*segment);
-    notify();
+    if (m_segments.add(std::move(segment), [this](Interfaces::ISegment& child) { adopt(child); }))
+        notify();
 }
 
 void Phase::RemoveSegment(std::shared_ptr<Interfaces::ISegment> segment)
 {
-    if (QOR::Entities::removeChild(m_segments, segment))
+    if (m_segments.remove(std::move(segment), [this](Interfaces::ISegment& child) { release(child); }))
+        notify();
+}
+
+void Phase::LinkSegments(std::vector<std::shared_ptr<Interfaces::ISegment>> segments)
+{
+    if (m_segments.link(std::move(segments)))
         notify();
 }
 
@@ -67,10 +89,17 @@ void Phase::adopt(Interfaces::ISegment& segment)
         segment.SetPhaseId(Id());
 }
 
+void Phase::release(Interfaces::ISegment& segment) const
+{
+    const std::shared_ptr<Interfaces::IPhase> phase = segment.Phase();
+    if (phase ? phase.get() == this : segment.PhaseId() == Id())
+        segment.SetPhase(nullptr);
+}
+
 double Phase::Length() const
 {
     double length = 0;
-    for (const std::shared_ptr<Interfaces::ISegment>& segment : m_segments) {
+    for (const std::shared_ptr<Interfaces::ISegment>& segment : m_segments.items()) {
         if (isKnown(segment->Length()))
             length += segment->Length();
     }
@@ -81,7 +110,7 @@ double Phase::Velocity() const
 {
     double length = 0;
     double seconds = 0;
-    for (const std::shared_ptr<Interfaces::ISegment>& segment : m_segments) {
+    for (const std::shared_ptr<Interfaces::ISegment>& segment : m_segments.items()) {
         const std::shared_ptr<Interfaces::ISegmentDetail> detail = segment->Detail();
         if (!detail || !isKnown(segment->Length()) || !isKnown(detail->Velocity()))
             continue;
@@ -96,7 +125,7 @@ QJsonObject Phase::toJson() const
     QJsonObject json = StoredEntity::toJson();
     json.insert(QLatin1String("index"), qint64(m_index));
     json.insert(QLatin1String("cableId"), toJsonValue(m_cable.id()));
-    json.insert(QLatin1String("segments"), childIds(m_segments));
+    json.insert(QLatin1String("segments"), childIds(m_segments.items()));
     return json;
 }
 

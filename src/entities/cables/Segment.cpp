@@ -13,12 +13,19 @@ Segment::~Segment() = default;
 
 void Segment::SetPhaseId(const QUuid& id)
 {
-    assignReferenceId(m_phase, id);
+    const std::shared_ptr<Segment> self = weak_from_this().lock();
+    assignTwoEndedId(m_phase, id, [&self](Interfaces::IPhase& former) { former.RemoveSegment(self); });
 }
 
 void Segment::SetPhase(std::shared_ptr<Interfaces::IPhase> phase)
 {
-    assignReferenceObject(m_phase, std::move(phase));
+    const std::shared_ptr<Segment> self = weak_from_this().lock();
+    assignTwoEndedObject(
+        m_phase, std::move(phase), [&self](Interfaces::IPhase& former) { former.RemoveSegment(self); },
+        [this, &self](Interfaces::IPhase& joined) {
+            if (self && isListedBy(joined))
+                joined.AddSegment(self);
+        });
 }
 
 void Segment::SetDetailId(const QUuid& id)

@@ -8,8 +8,8 @@
 
 namespace Cables::Entities {
 
-/// Piece of a phase; table `ce_segment`.
-class CABLES_EXPORT Segment : public NamedEntity<Interfaces::ISegment>
+/// Piece of a phase; table `ce_segment`. A phase that it is given lists it only if a shared pointer owns it.
+class CABLES_EXPORT Segment : public NamedEntity<Interfaces::ISegment>, public std::enable_shared_from_this<Segment>
 {
 public:
     ~Segment() override;
@@ -24,6 +24,8 @@ public:
     void SetPhaseId(const QUuid& id) override;
     std::shared_ptr<Interfaces::IPhase> Phase() const override { return m_phase.object(); }
     void SetPhase(std::shared_ptr<Interfaces::IPhase> phase) override;
+    /// Points at the phase of PhaseId(): nothing that is stored changes, and no list of the phase's.
+    void LinkPhase(const std::shared_ptr<Interfaces::IPhase>& phase) { linkReference(m_phase, phase); }
     const QUuid& DetailId() const override { return m_detail.id(); }
     void SetDetailId(const QUuid& id) override;
     std::shared_ptr<Interfaces::ISegmentDetail> Detail() const override { return m_detail.object(); }

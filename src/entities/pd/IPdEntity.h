@@ -15,10 +15,12 @@ namespace PD::Entities::Interfaces {
  * setter that changes a stored value makes a Normal entity Modified; an equal value changes nothing. A reference has an
  * id, which is stored, and an object, which is there once the entities have been linked: setting the object sets the id
  * too (null sets the null id), and setting an id that is not the object's drops the object. Linking the object whose id
- * is held already changes nothing that is stored.
+ * is held already changes nothing that is stored. Of an object that has no id yet the id is taken once it gets one,
+ * which is a change of the referring entity.
  *
- * An owner that is given a child makes itself the child's owner, by the id that it has then; a child that is taken away
- * keeps that id. Lists leave out null and repeated entries.
+ * A link of an owner and a child has two ends, and an operation on one sets the other one too: a child that is given to
+ * an owner gets the owner's id and leaves its former owner; one that is taken away belongs to none. Lists leave out
+ * null and repeated entries. A child without a shared pointer that owns it is not listed.
  */
 class PD_EXPORT IPdEntity
 {

@@ -70,6 +70,11 @@ public:
     /// The discharges that were located.
     virtual const std::vector<std::shared_ptr<IPdMappingEvent>>& MappingEvents() const = 0;
     virtual void setMappingEvents(const std::vector<std::shared_ptr<IPdMappingEvent>>& events) = 0;
+
+    /// Appends a file; null and one held already change nothing.
+    virtual void AddFile(const std::shared_ptr<IPdFile>& file);
+    /// Takes this very object out of the list.
+    virtual void RemoveFile(const std::shared_ptr<IPdFile>& file);
 };
 
 } // namespace PD::Entities::Interfaces

@@ -36,7 +36,8 @@ public:
     virtual std::shared_ptr<Cables::Entities::Interfaces::IStation> Station() const = 0;
     virtual void SetStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station) = 0;
 
-    /// The evaluation of the test; shared. It is the rating that holds the task's id, so nothing of it is stored here.
+    /// The evaluation of the test; shared. It is the rating that holds the task's id: setting one gives it that id, and
+    /// one that is replaced keeps it.
     virtual std::shared_ptr<Cables::Entities::Interfaces::IRating> Rating() const = 0;
     virtual void SetRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating) = 0;
 
@@ -85,6 +86,11 @@ public:
      * time only when none has one. Null when the task has no report.
      */
     virtual std::shared_ptr<IPdReport> ReportLatest() const = 0;
+
+    /// Appends a report; null and one held already change nothing.
+    virtual void AddReport(const std::shared_ptr<IPdReport>& report);
+    /// Takes this very object out of the list.
+    virtual void RemoveReport(const std::shared_ptr<IPdReport>& report);
 };
 
 } // namespace PD::Entities::Interfaces

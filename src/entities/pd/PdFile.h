@@ -8,7 +8,8 @@
 namespace PD::Entities {
 
 /// Measurement file attached to a report; table `pd_file`.
-class PD_EXPORT PdFile : public QOR::Entities::StoredEntity<Interfaces::IPdFile>
+class PD_EXPORT PdFile : public QOR::Entities::StoredEntity<Interfaces::IPdFile>,
+                         public std::enable_shared_from_this<PdFile>
 {
 public:
     const QString& Name() const override { return m_name; }
@@ -22,6 +23,8 @@ public:
     void SetReportId(const QUuid& id) override;
     std::shared_ptr<Interfaces::IPdReport> Report() const override { return m_report.object(); }
     void SetReport(const std::shared_ptr<Interfaces::IPdReport>& report) override;
+    /// Points at the report of ReportId(): nothing that is stored changes, and no list of the report's.
+    void LinkReport(const std::shared_ptr<Interfaces::IPdReport>& report) { linkReference(m_report, report); }
 
     QJsonObject toJson() const override;
 

@@ -7,7 +7,8 @@
 #include "entities/pd/IPdSummary.h"
 #include "entities/pd/IPdTask.h"
 #include "entities/pd/IPdTaskInfo.h"
-#include "entities/qor/Children.h"
+
+#include <algorithm>
 
 namespace PD::Entities {
 
@@ -47,14 +48,35 @@ QJsonValue childId(const std::shared_ptr<T>& child)
 
 Interfaces::IPdReport::~IPdReport() = default;
 
+void Interfaces::IPdReport::AddFile(const std::shared_ptr<IPdFile>& file)
+{
+    std::vector<std::shared_ptr<IPdFile>> files = Files();
+    files.push_back(file);
+    SetFiles(files);
+}
+
+void Interfaces::IPdReport::RemoveFile(const std::shared_ptr<IPdFile>& file)
+{
+    std::vector<std::shared_ptr<IPdFile>> files = Files();
+    files.erase(std::remove(files.begin(), files.end(), file), files.end());
+    SetFiles(files);
+}
+
 void PdReport::SetTaskId(const QUuid& id)
 {
-    assignReferenceId(m_task, id);
+    const std::shared_ptr<PdReport> self = weak_from_this().lock();
+    assignTwoEndedId(m_task, id, [&self](Interfaces::IPdTask& former) { former.RemoveReport(self); });
 }
 
 void PdReport::SetTask(const std::shared_ptr<Interfaces::IPdTask>& task)
 {
-    assignReferenceObject(m_task, task);
+    const std::shared_ptr<PdReport> self = weak_from_this().lock();
+    assignTwoEndedObject(
+        m_task, task, [&self](Interfaces::IPdTask& former) { former.RemoveReport(self); },
+        [this, &self](Interfaces::IPdTask& joined) {
+            if (self && isListedBy(joined))
+                joined.AddReport(self);
+        });
 }
 
 void PdReport::SetFilter(const QHash<QString, QString>& filter)
@@ -67,42 +89,28 @@ void PdReport::SetFilter(const QHash<QString, QString>& filter)
 
 void PdReport::SetFiles(const std::vector<std::shared_ptr<Interfaces::IPdFile>>& files)
 {
-    assignChildren(m_files, files);
+    if (m_files.replace(
+            files, [this](Interfaces::IPdFile& file) { adopt(file); },
+            [this](Interfaces::IPdFile& file) { release(file); }))
+        notify();
 }
 
-void PdReport::SetLbDiagram(const std::shared_ptr<Interfaces::IPdLbDiagram>& diagram)
+void PdReport::AddFile(const std::shared_ptr<Interfaces::IPdFile>& file)
 {
-    assignChild(m_lbDiagram, diagram);
+    if (m_files.add(file, [this](Interfaces::IPdFile& child) { adopt(child); }))
+        notify();
 }
 
-void PdReport::setSummary(const std::shared_ptr<Interfaces::IPdSummary>& summary)
+void PdReport::RemoveFile(const std::shared_ptr<Interfaces::IPdFile>& file)
 {
-    assignChild(m_summary, summary);
+    if (m_files.remove(file, [this](Interfaces::IPdFile& child) { release(child); }))
+        notify();
 }
 
-void PdReport::setTaskInfo(const std::shared_ptr<Interfaces::IPdTaskInfo>& info)
+void PdReport::LinkFiles(std::vector<std::shared_ptr<Interfaces::IPdFile>> files)
 {
-    assignChild(m_taskInfo, info);
-}
-
-const std::vector<std::shared_ptr<Interfaces::IPdIecOverview>>& PdReport::IecOverview() const
-{
-    return m_iecOverview;
-}
-
-void PdReport::setIecOverview(const std::vector<std::shared_ptr<Interfaces::IPdIecOverview>>& overview)
-{
-    assignChildren(m_iecOverview, overview);
-}
-
-const std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>>& PdReport::MappingEvents() const
-{
-    return m_mappingEvents;
-}
-
-void PdReport::setMappingEvents(const std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>>& events)
-{
-    assignChildren(m_mappingEvents, events);
+    if (m_files.link(std::move(files)))
+        notify();
 }
 
 void PdReport::adopt(Interfaces::IPdFile& file)
@@ -113,26 +121,11 @@ void PdReport::adopt(Interfaces::IPdFile& file)
         file.SetReportId(Id());
 }
 
-void PdReport::adopt(Interfaces::IPdReportPart& part)
+void PdReport::release(Interfaces::IPdFile& file) const
 {
-    part.setReportId(Id());
-}
-
-template <typename T>
-void PdReport::assignChild(std::shared_ptr<T>& property, const std::shared_ptr<T>& child)
-{
-    if (child)
-        adopt(*child);
-    assignUnstored(property, child);
-}
-
-template <typename T>
-void PdReport::assignChildren(std::vector<std::shared_ptr<T>>& property, const std::vector<std::shared_ptr<T>>& list)
-{
-    auto children = QOR::Entities::distinctChildren(list);
-    for (const auto& child : children)
-        adopt(*child);
-    assignUnstored(property, std::move(children));
+    const std::shared_ptr<Interfaces::IPdReport> report = file.Report();
+    if (report ? report.get() == this : file.ReportId() == Id())
+        file.SetReport(nullptr);
 }
 
 QJsonObject PdReport::toJson() const
@@ -143,7 +136,7 @@ QJsonObject PdReport::toJson() const
     json.insert(QLatin1String("flags"), m_flags);
     json.insert(QLatin1String("recommentation"), toJsonValue(m_recommentation));
     json.insert(QLatin1String("filter"), filterJson(m_filter));
-    json.insert(QLatin1String("files"), childIds(m_files));
+    json.insert(QLatin1String("files"), childIds(Files()));
     json.insert(QLatin1String("lbDiagram"), childId(m_lbDiagram));
     json.insert(QLatin1String("summary"), childId(m_summary));
     json.insert(QLatin1String("taskInfo"), childId(m_taskInfo));

@@ -2,6 +2,7 @@
 
 #include "entities/pd/IPdReport.h"
 #include "entities/pd/PDExport.h"
+#include "entities/qor/Children.h"
 #include "entities/qor/Reference.h"
 #include "entities/qor/StoredEntity.h"
 
@@ -19,10 +20,18 @@ class PD_EXPORT PdReport : public QOR::Entities::StoredEntity<Interfaces::IPdRep
                            public std::enable_shared_from_this<PdReport>
 {
 public:
+    PdReport() = default;
+    PdReport(const PdReport&) = default;
+    ~PdReport() override;
+
+    void SetId(const QUuid& id) override;
+
     const QUuid& TaskId() const override { return m_task.id(); }
     void SetTaskId(const QUuid& id) override;
     std::shared_ptr<Interfaces::IPdTask> Task() const override { return m_task.object(); }
     void SetTask(const std::shared_ptr<Interfaces::IPdTask>& task) override;
+    /// Points at the task of TaskId(): nothing that is stored changes, and no list of the task's.
+    void LinkTask(const std::shared_ptr<Interfaces::IPdTask>& task) { linkReference(m_task, task); }
 
     const QDateTime& CreationTimestamp() const override { return m_creationTimestamp; }
     void SetCreationTimestamp(const QDateTime& timestamp) override { assign(m_creationTimestamp, timestamp); }
@@ -33,7 +42,7 @@ public:
     const QHash<QString, QString>& Filter() const override { return m_filter; }
     void SetFilter(const QHash<QString, QString>& filter) override;
 
-    const std::vector<std::shared_ptr<Interfaces::IPdFile>>& Files() const override { return m_files; }
+    const std::vector<std::shared_ptr<Interfaces::IPdFile>>& Files() const override { return m_files.items(); }
     void SetFiles(const std::vector<std::shared_ptr<Interfaces::IPdFile>>& files) override;
     std::shared_ptr<Interfaces::IPdLbDiagram> LbDiagram() const override { return m_lbDiagram; }
     void SetLbDiagram(const std::shared_ptr<Interfaces::IPdLbDiagram>& diagram) override;
@@ -45,22 +54,48 @@ public:
     void setIecOverview(const std::vector<std::shared_ptr<Interfaces::IPdIecOverview>>& overview) override;
     const std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>>& MappingEvents() const override;
     void setMappingEvents(const std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>>& events) override;
+    void AddFile(const std::shared_ptr<Interfaces::IPdFile>& file) override;
+    void RemoveFile(const std::shared_ptr<Interfaces::IPdFile>& file) override;
+
+    // These show what has this report's id already: nothing that is stored changes, there or at what was shown before.
+    void LinkFiles(std::vector<std::shared_ptr<Interfaces::IPdFile>> files);
+    void LinkLbDiagram(std::shared_ptr<Interfaces::IPdLbDiagram> diagram);
+    void LinkSummary(std::shared_ptr<Interfaces::IPdSummary> summary);
+    void LinkTaskInfo(std::shared_ptr<Interfaces::IPdTaskInfo> info);
+    void LinkIecOverview(std::vector<std::shared_ptr<Interfaces::IPdIecOverview>> overview);
+    void LinkMappingEvents(std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>> events);
 
     QJsonObject toJson() const override;
 
 private:
     void adopt(Interfaces::IPdFile& file);
-    void adopt(Interfaces::IPdReportPart& part);
+    void release(Interfaces::IPdFile& file) const;
+
+    friend class PdReportListing;
     template <typename T>
-    void assignChild(std::shared_ptr<T>& property, const std::shared_ptr<T>& child);
+    using PartList = std::vector<std::shared_ptr<T>> PdReport::*;
     template <typename T>
-    void assignChildren(std::vector<std::shared_ptr<T>>& property, const std::vector<std::shared_ptr<T>>& list);
+    void assignPart(std::shared_ptr<T>& place, std::shared_ptr<T> part);
+    template <typename T>
+    void assignParts(PartList<T> list, const std::vector<std::shared_ptr<T>>& parts);
+    template <typename T>
+    void linkPart(std::shared_ptr<T>& place, std::shared_ptr<T> part);
+    template <typename T>
+    void linkParts(PartList<T> list, std::vector<std::shared_ptr<T>> parts);
+    template <typename Visitor>
+    void visitParts(const Visitor& visit) const;
+    PdReport* noteListed(Interfaces::IPdReportPart& part);
+    void noteUnlisted(Interfaces::IPdReportPart& part) const;
+    void release(Interfaces::IPdReportPart& part) const;
+    std::shared_ptr<Interfaces::IPdReportPart> drop(const Interfaces::IPdReportPart& part);
+    template <typename T>
+    void dropMoved(PartList<T> list);
 
     QOR::Entities::ParentReference<Interfaces::IPdTask> m_task;
     QDateTime m_creationTimestamp;
     QString m_recommentation;
     QHash<QString, QString> m_filter;
-    std::vector<std::shared_ptr<Interfaces::IPdFile>> m_files;
+    QOR::Entities::ChildList<Interfaces::IPdFile> m_files;
     std::shared_ptr<Interfaces::IPdLbDiagram> m_lbDiagram;
     std::shared_ptr<Interfaces::IPdSummary> m_summary;
     std::shared_ptr<Interfaces::IPdTaskInfo> m_taskInfo;

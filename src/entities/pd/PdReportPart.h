@@ -3,15 +3,49 @@
 #include "entities/pd/PDExport.h"
 #include "entities/qor/StoredEntity.h"
 
+#include <memory>
+
 namespace PD::Entities {
+
+class PdReport;
+
+namespace Interfaces {
+class IPdReportPart;
+}
+
+/// A part knows its report by the id only; this is the report object that lists it, which it has to leave when it gets
+/// another id. A copy is listed by none.
+class PD_EXPORT PdReportListing
+{
+public:
+    PdReport* report() const { return m_report; }
+    void setReport(PdReport* report) { m_report = report; }
+
+protected:
+    PdReportListing() = default;
+    PdReportListing(const PdReportListing& /*other*/) {}
+    ~PdReportListing() = default;
+    PdReportListing& operator=(const PdReportListing&) = delete;
+
+    /// Takes @p part, whose report is to have @p id, out of the lists of another report. The part must be kept alive
+    /// by what this gives.
+    std::shared_ptr<Interfaces::IPdReportPart> leave(const Interfaces::IPdReportPart& part, const QUuid& id) const;
+
+private:
+    PdReport* m_report = nullptr;
+};
 
 /// What the entities share that belong to one report and know it by its id only.
 template <typename Interface>
-class PD_EXPORT PdReportPart : public QOR::Entities::StoredEntity<Interface>
+class PD_EXPORT PdReportPart : public QOR::Entities::StoredEntity<Interface>, public PdReportListing
 {
 public:
     const QUuid& reportId() const override { return m_reportId; }
-    void setReportId(const QUuid& id) override { this->assign(m_reportId, id); }
+    void setReportId(const QUuid& id) override
+    {
+        const std::shared_ptr<Interfaces::IPdReportPart> self = leave(*this, id);
+        this->assign(m_reportId, id);
+    }
 
     QJsonObject toJson() const override
     {

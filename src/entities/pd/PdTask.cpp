@@ -6,11 +6,40 @@
 #include "entities/pd/IPdReport.h"
 #include "entities/pd/StoredText.h"
 #include "entities/pd/TextList.h"
-#include "entities/qor/Children.h"
+
+#include <algorithm>
 
 namespace PD::Entities {
 
 Interfaces::IPdTask::~IPdTask() = default;
+
+void Interfaces::IPdTask::AddReport(const std::shared_ptr<IPdReport>& report)
+{
+    std::vector<std::shared_ptr<IPdReport>> reports = Reports();
+    reports.push_back(report);
+    SetReports(reports);
+}
+
+void Interfaces::IPdTask::RemoveReport(const std::shared_ptr<IPdReport>& report)
+{
+    std::vector<std::shared_ptr<IPdReport>> reports = Reports();
+    reports.erase(std::remove(reports.begin(), reports.end(), report), reports.end());
+    SetReports(reports);
+}
+
+void PdTask::SetId(const QUuid& id)
+{
+    const bool hadNone = Id().isNull();
+    StoredEntity::SetId(id);
+    if (!hadNone)
+        return;
+    // What was linked before could not know the id.
+    const std::vector<std::shared_ptr<Interfaces::IPdReport>> reports = Reports();
+    for (const std::shared_ptr<Interfaces::IPdReport>& report : reports)
+        adopt(*report);
+    if (m_rating)
+        m_rating->SetTaskID(Id());
+}
 
 void PdTask::SetCableId(const QUuid& id)
 {
@@ -32,7 +61,24 @@ void PdTask::SetStation(const std::shared_ptr<Cables::Entities::Interfaces::ISta
     assignReferenceObject(m_station, station);
 }
 
+void PdTask::LinkCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable)
+{
+    linkReference(m_cable, cable);
+}
+
+void PdTask::LinkStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station)
+{
+    linkReference(m_station, station);
+}
+
 void PdTask::SetRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating)
+{
+    if (rating)
+        rating->SetTaskID(Id());
+    LinkRating(rating);
+}
+
+void PdTask::LinkRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating)
 {
     assignUnstored(m_rating, rating);
 }
@@ -49,10 +95,28 @@ void PdTask::SetDevices(const QStringList& devices)
 
 void PdTask::SetReports(const std::vector<std::shared_ptr<Interfaces::IPdReport>>& reports)
 {
-    auto children = QOR::Entities::distinctChildren(reports);
-    for (const auto& report : children)
-        adopt(*report);
-    assignUnstored(m_reports, std::move(children));
+    if (m_reports.replace(
+            reports, [this](Interfaces::IPdReport& report) { adopt(report); },
+            [this](Interfaces::IPdReport& report) { release(report); }))
+        notify();
+}
+
+void PdTask::AddReport(const std::shared_ptr<Interfaces::IPdReport>& report)
+{
+    if (m_reports.add(report, [this](Interfaces::IPdReport& child) { adopt(child); }))
+        notify();
+}
+
+void PdTask::RemoveReport(const std::shared_ptr<Interfaces::IPdReport>& report)
+{
+    if (m_reports.remove(report, [this](Interfaces::IPdReport& child) { release(child); }))
+        notify();
+}
+
+void PdTask::LinkReports(std::vector<std::shared_ptr<Interfaces::IPdReport>> reports)
+{
+    if (m_reports.link(std::move(reports)))
+        notify();
 }
 
 void PdTask::adopt(Interfaces::IPdReport& report)
@@ -63,10 +127,17 @@ void PdTask::adopt(Interfaces::IPdReport& report)
         report.SetTaskId(Id());
 }
 
+void PdTask::release(Interfaces::IPdReport& report) const
+{
+    const std::shared_ptr<Interfaces::IPdTask> task = report.Task();
+    if (task ? task.get() == this : report.TaskId() == Id())
+        report.SetTask(nullptr);
+}
+
 std::shared_ptr<Interfaces::IPdReport> PdTask::ReportLatest() const
 {
     std::shared_ptr<Interfaces::IPdReport> latest;
-    for (const auto& report : m_reports) {
+    for (const auto& report : Reports()) {
         const QDateTime& time = report->CreationTimestamp();
         const QDateTime soFar = latest ? latest->CreationTimestamp() : QDateTime();
         if (!soFar.isValid() || (time.isValid() && time >= soFar))
@@ -90,7 +161,7 @@ QJsonObject PdTask::toJson() const
     json.insert(QLatin1String("maxVoltage"), toJsonValue(m_maxVoltage));
     json.insert(QLatin1String("pdiv"), toJsonValue(m_pdiv));
     json.insert(QLatin1String("pdev"), toJsonValue(m_pdev));
-    json.insert(QLatin1String("reports"), QOR::Entities::childIds(m_reports));
+    json.insert(QLatin1String("reports"), QOR::Entities::childIds(Reports()));
     return json;
 }
 

@@ -2,6 +2,7 @@
 
 #include "entities/pd/IPdTask.h"
 #include "entities/pd/PDExport.h"
+#include "entities/qor/Children.h"
 #include "entities/qor/Reference.h"
 #include "entities/qor/StoredEntity.h"
 
@@ -17,18 +18,26 @@ class PD_EXPORT PdTask : public QOR::Entities::StoredEntity<Interfaces::IPdTask>
                          public std::enable_shared_from_this<PdTask>
 {
 public:
+    void SetId(const QUuid& id) override;
+
     const QUuid& CableId() const override { return m_cable.id(); }
     void SetCableId(const QUuid& id) override;
     std::shared_ptr<Cables::Entities::Interfaces::ICable> Cable() const override { return m_cable.object(); }
     void SetCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable) override;
+    /// Points at the cable of CableId(), or at none: nothing that is stored changes.
+    void LinkCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable);
 
     const QUuid& StationId() const override { return m_station.id(); }
     void SetStationId(const QUuid& id) override;
     std::shared_ptr<Cables::Entities::Interfaces::IStation> Station() const override { return m_station.object(); }
     void SetStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station) override;
+    /// Points at the station of StationId(), or at none: nothing that is stored changes.
+    void LinkStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station);
 
     std::shared_ptr<Cables::Entities::Interfaces::IRating> Rating() const override { return m_rating; }
     void SetRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating) override;
+    /// Shows a rating that has this task's id.
+    void LinkRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating);
 
     const QDateTime& CreationDate() const override { return m_creationDate; }
     void SetCreationDate(const QDateTime& date) override { assign(m_creationDate, date); }
@@ -54,14 +63,19 @@ public:
     double Pdev() const override { return m_pdev; }
     void SetPdev(const double& voltage) override { assignUnstored(m_pdev, voltage); }
 
-    const std::vector<std::shared_ptr<Interfaces::IPdReport>>& Reports() const override { return m_reports; }
+    const std::vector<std::shared_ptr<Interfaces::IPdReport>>& Reports() const override { return m_reports.items(); }
     void SetReports(const std::vector<std::shared_ptr<Interfaces::IPdReport>>& reports) override;
     std::shared_ptr<Interfaces::IPdReport> ReportLatest() const override;
+    void AddReport(const std::shared_ptr<Interfaces::IPdReport>& report) override;
+    void RemoveReport(const std::shared_ptr<Interfaces::IPdReport>& report) override;
+    /// Lists reports that have this task's id: nothing changes at the reports, nor at those listed before.
+    void LinkReports(std::vector<std::shared_ptr<Interfaces::IPdReport>> reports);
 
     QJsonObject toJson() const override;
 
 private:
     void adopt(Interfaces::IPdReport& report);
+    void release(Interfaces::IPdReport& report) const;
 
     QOR::Entities::OwningReference<Cables::Entities::Interfaces::ICable> m_cable;
     QOR::Entities::OwningReference<Cables::Entities::Interfaces::IStation> m_station;
@@ -75,7 +89,7 @@ private:
     double m_maxVoltage = std::numeric_limits<double>::quiet_NaN();
     double m_pdiv = std::numeric_limits<double>::quiet_NaN();
     double m_pdev = std::numeric_limits<double>::quiet_NaN();
-    std::vector<std::shared_ptr<Interfaces::IPdReport>> m_reports;
+    QOR::Entities::ChildList<Interfaces::IPdReport> m_reports;
 };
 
 } // namespace PD::Entities

@@ -113,4 +113,10 @@ void Entity::tell(const Call& call)
     }
 }
 
+bool isListed(Enumerations::EntityState child, Enumerations::EntityState parent)
+{
+    using namespace Enumerations;
+    return child != Deleted && (child != Snapshot || parent == Snapshot);
+}
+
 } // namespace QOR::Entities

@@ -91,4 +91,7 @@ private:
     bool m_selected = false;
 };
 
+/// Whether a parent lists a child by itself: not one marked deleted, nor a snapshot among live ones.
+QORENTITY_EXPORT bool isListed(Enumerations::EntityState child, Enumerations::EntityState parent);
+
 } // namespace QOR::Entities

@@ -1,45 +1,74 @@
 #pragma once
 
+#include "entities/qor/IdArrival.h"
+
 #include <QUuid>
 
 #include <memory>
-#include <type_traits>
 #include <utility>
 
 namespace QOR::Entities {
 
-/// What an entity keeps of another one that it refers to: the id, which is stored, and the object once it is linked.
-template <typename T, typename Pointer>
-class Reference
+/**
+ * What an entity keeps of another one that it refers to: the id, which is stored, and the object, which it keeps alive,
+ * once it is linked. An object that has no id yet gives it when it gets one.
+ */
+template <typename T>
+class OwningReference
 {
 public:
-    const QUuid& id() const { return m_id; }
-
-    std::shared_ptr<T> object() const
+    OwningReference() = default;
+    OwningReference(const OwningReference& other)
+        : m_id(other.m_id)
+        , m_object(other.m_object)
     {
-        if constexpr (std::is_same_v<Pointer, std::weak_ptr<T>>)
-            return m_object.lock();
-        else
-            return m_object;
+        m_arrival.awaitSameAs(other.m_arrival, [this](const QUuid& id) { m_id = id; });
     }
+    ~OwningReference() = default;
+    OwningReference& operator=(const OwningReference&) = delete;
 
-    void set(const QUuid& id, std::shared_ptr<T> object)
+    const QUuid& id() const { return m_id; }
+    const std::shared_ptr<T>& object() const { return m_object; }
+
+    /// Calls @p idArrived when @p object, which has no id yet, has got one.
+    template <typename Callback>
+    void set(const QUuid& id, std::shared_ptr<T> object, const Callback& idArrived)
     {
         m_id = id;
         m_object = std::move(object);
+        m_arrival.stop();
+        if (m_id.isNull() && m_object) {
+            m_arrival.await(m_object, [this, idArrived](const QUuid& arrived) {
+                m_id = arrived;
+                idArrived();
+            });
+        }
     }
 
 private:
     QUuid m_id;
-    Pointer m_object;
+    std::shared_ptr<T> m_object;
+    IdArrival m_arrival;
 };
 
-/// Reference that keeps its object alive.
+/// The same of the parent, which lists the referring entity, keeps it alive, and tells it its id.
 template <typename T>
-using OwningReference = Reference<T, std::shared_ptr<T>>;
+class ParentReference
+{
+public:
+    const QUuid& id() const { return m_id; }
+    std::shared_ptr<T> object() const { return m_object.lock(); }
 
-/// Reference to the object that owns the referring one.
-template <typename T>
-using ParentReference = Reference<T, std::weak_ptr<T>>;
+    template <typename Callback>
+    void set(const QUuid& id, const std::shared_ptr<T>& object, const Callback& /*idArrived*/)
+    {
+        m_id = id;
+        m_object = object;
+    }
+
+private:
+    QUuid m_id;
+    std::weak_ptr<T> m_object;
+};
 
 } // namespace QOR::Entities

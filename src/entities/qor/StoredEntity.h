@@ -27,10 +27,7 @@ protected:
     template <typename ReferenceType>
     void assignReferenceId(ReferenceType& reference, const QUuid& id)
     {
-        auto object = reference.object();
-        if (object && object->Id() != id)
-            object.reset();
-        assignReference(reference, id, std::move(object));
+        assignReference(reference, id, objectOfId(reference, id));
     }
 
     /// Gives a reference another object, and the object's id; null gives the null id.
@@ -41,17 +38,83 @@ protected:
         assignReference(reference, id, std::move(object));
     }
 
-private:
+    /// Points a reference at the object that has its id, or at none. That is all: nothing that is stored changes, here
+    /// or there.
     template <typename ReferenceType, typename T>
-    void assignReference(ReferenceType& reference, const QUuid id, std::shared_ptr<T> object)
+    void linkReference(ReferenceType& reference, std::shared_ptr<T> object)
     {
-        const bool storedChanges = reference.id() != id;
-        if (!storedChanges && reference.object() == object)
+        if (reference.object() == object)
             return;
-        reference.set(id, std::move(object));
+        setReference(reference, reference.id(), std::move(object));
+        notify();
+    }
+
+    /**
+     * The same as assignReferenceId() for a reference whose other end is held by the object: calls @p leave with the
+     * object that is let go of.
+     */
+    template <typename ReferenceType, typename Leave>
+    void assignTwoEndedId(ReferenceType& reference, const QUuid& id, const Leave& leave)
+    {
+        assignTwoEnded(reference, id, objectOfId(reference, id), leave, [](auto& /*object*/) {});
+    }
+
+    /// The same as assignReferenceObject(); calls @p join with the object then, so that it sets its end too.
+    template <typename ReferenceType, typename T, typename Leave, typename Join>
+    void assignTwoEndedObject(ReferenceType& reference, std::shared_ptr<T> object, const Leave& leave, const Join& join)
+    {
+        const QUuid id = object ? object->Id() : QUuid();
+        assignTwoEnded(reference, id, std::move(object), leave, join);
+    }
+
+    /// Whether @p parent is to list this entity: not one marked deleted, nor a snapshot among live ones.
+    template <typename Parent>
+    bool isListedBy(const Parent& parent) const
+    {
+        const auto* entity = dynamic_cast<const Interfaces::IEntity*>(&parent);
+        return isListed(EntityState(), entity ? entity->EntityState() : Enumerations::Normal);
+    }
+
+private:
+    template <typename ReferenceType>
+    static auto objectOfId(const ReferenceType& reference, const QUuid& id)
+    {
+        auto object = reference.object();
+        if (object && object->Id() != id)
+            object.reset();
+        return object;
+    }
+
+    template <typename ReferenceType, typename T>
+    void setReference(ReferenceType& reference, const QUuid& id, std::shared_ptr<T> object)
+    {
+        reference.set(id, std::move(object), [this] { markModified(); });
+    }
+
+    template <typename ReferenceType, typename T>
+    void assignReference(ReferenceType& reference, const QUuid& id, std::shared_ptr<T> object)
+    {
+        const auto nobody = [](auto& /*object*/) {};
+        assignTwoEnded(reference, id, std::move(object), nobody, nobody);
+    }
+
+    /// The observers of this entity are told when both ends are set.
+    template <typename ReferenceType, typename T, typename Leave, typename Join>
+    void assignTwoEnded(ReferenceType& reference, const QUuid id, const std::shared_ptr<T> object, const Leave& leave,
+                        const Join& join)
+    {
+        const std::shared_ptr<T> former = reference.object();
+        const bool storedChanges = reference.id() != id;
+        const bool moves = former != object;
+        if (storedChanges || moves)
+            setReference(reference, id, object);
+        if (former && moves)
+            leave(*former);
+        if (object)
+            join(*object);
         if (storedChanges)
             markModified();
-        else
+        else if (moves)
             notify();
     }
 };
