@@ -49,7 +49,7 @@ void ContextModel::attach(int number)
         adopt(number);
 }
 
-bool ContextModel::adopt(int number)
+void ContextModel::adopt(int number)
 {
     Item& item = items[size_t(number)];
     item.isRefused = false;
@@ -62,7 +62,6 @@ bool ContextModel::adopt(int number)
         tryToFile(number);
     }
     item.known.isChanged = true;
-    return true;
 }
 
 /// An object takes the place of one that is not attached, with what is known of the row.

@@ -76,7 +76,7 @@ public:
 
 private:
     int filed(int kind, const QUuid& id) const;
-    bool adopt(int item);
+    void adopt(int item);
     bool tryToFile(int item);
     void forget(int item);
     void take(const QUuid& id, const StoredRow& row, bool replaces);

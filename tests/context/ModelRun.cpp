@@ -1,13 +1,12 @@
 #include "context/ModelRun.h"
 
+#include "context/ModelCheck.h"
 #include "context/SampleNetwork.h"
 #include "entities/cables/Cable.h"
 #include "entities/cables/Owner.h"
 
 #include <QSignalSpy>
 #include <QThread>
-
-#include <random>
 
 namespace TestSupport {
 
@@ -32,6 +31,7 @@ public:
     explicit ModelRun(ModelFamily& family)
         : m_family(family)
         , m_model(family)
+        , m_check(family, m_model)
     {
         m_family.reopen(true);
     }
@@ -45,10 +45,11 @@ private:
     using Item = ContextModel::Item;
 
     const ModelKind& kindOf(const Item& item) const { return m_family.kinds[size_t(item.kind)]; }
-    int pick(int number) const;
+    int pick(const ModelStep& step) const;
     static QUuid idOf(int kind, int number) { return sampleId(QStringLiteral("model %1 %2").arg(kind).arg(number)); }
 
     void make(int kind, int id);
+    void makeChild(int item, int id);
     void edit(int item, int number);
     void link(int item, int number);
     void setId(int item, int number);
@@ -63,29 +64,30 @@ private:
 
     std::vector<Look> look() const;
     void noteTouched(const std::vector<Look>& before);
-    QString bind();
-    QString difference();
-    QString differentRows(int kind);
 
     ModelFamily& m_family;
     ContextModel m_model;
-    /// When each row was written last, and by which write.
-    std::map<QUuid, std::pair<int, QDateTime>> m_stamps;
+    ModelCheck m_check;
     int m_texts = 0;
     int m_imports = 0;
 };
 
-/// Rather one of the objects that the context knows.
-int ModelRun::pick(int number) const
+/// The object of a step: rather one that the context knows, except for links; one that has files, for loading these.
+int ModelRun::pick(const ModelStep& step) const
 {
+    const bool hasFiles = m_family.hasFiles && step.name == QLatin1String("more");
+    const bool prefersKnown = step.first % 4 != 0 && step.name != QLatin1String("link");
     std::vector<int> known;
+    std::vector<int> all;
     for (size_t i = 0; i < m_model.items.size(); ++i) {
+        if (hasFiles && m_model.items[i].kind != 1)
+            continue;
+        all.push_back(int(i));
         if (m_model.items[i].isKnown)
             known.push_back(int(i));
     }
-    if (number % 4 != 0 && !known.empty())
-        return known[size_t(number) % known.size()];
-    return m_model.items.empty() ? -1 : number % int(m_model.items.size());
+    const std::vector<int>& chosen = prefersKnown && !known.empty() ? known : all;
+    return chosen.empty() ? -1 : chosen[size_t(step.first) % chosen.size()];
 }
 
 void ModelRun::make(int kind, int id)
@@ -97,6 +99,16 @@ void ModelRun::make(int kind, int id)
         object->SetId(idOf(kind, id % 6));
     m_family.kinds[size_t(kind)].setText(object, ++m_texts);
     m_model.add(object, kind);
+}
+
+/// Makes an object that refers to another one, and is not attached.
+void ModelRun::makeChild(int number, int id)
+{
+    const Item parent = m_model.items[size_t(number)];
+    if (parent.kind + 1 == int(m_family.kinds.size()))
+        return;
+    make(parent.kind + 1, id);
+    kindOf(m_model.items.back()).setParent(m_model.items.back().object, parent.object);
 }
 
 void ModelRun::edit(int item, int number)
@@ -199,15 +211,15 @@ QString ModelRun::reload()
 
 void ModelRun::loadMore(int number)
 {
-    if (!m_family.hasFiles) {
+    if (!m_family.hasFiles)
         import();
+    if (!m_family.hasFiles || number < 0)
         return;
-    }
-    const Item& item = m_model.items[size_t(number)];
-    if (item.kind != 1 || item.id.isNull())
+    const Object report = m_model.items[size_t(number)].object;
+    if (report->Id().isNull())
         return;
-    m_model.loadFiles(item.id);
-    m_family.loadMore(item.object);
+    m_model.loadFiles(report->Id());
+    m_family.loadMore(report);
 }
 
 /// Imports a cable that is not here, with an owner that is not here.
@@ -256,7 +268,7 @@ void ModelRun::noteTouched(const std::vector<Look>& before)
 
 QString ModelRun::run(const ModelStep& step)
 {
-    const int item = pick(step.first);
+    const int item = pick(step);
     const std::vector<Look> before = look();
     QString failure;
     if (step.name == QLatin1String("make"))
@@ -274,7 +286,7 @@ QString ModelRun::run(const ModelStep& step)
         removeBeside(step.first);
     else if (step.name == QLatin1String("break"))
         breakOrMend(step.first);
-    else if (item < 0)
+    else if (item < 0 && step.name != QLatin1String("more"))
         return {};
     else if (step.name == QLatin1String("more"))
         loadMore(item);
@@ -286,6 +298,8 @@ QString ModelRun::run(const ModelStep& step)
         } else if (step.name == QLatin1String("detach")) {
             m_model.detach(item);
             m_family.context().detach(chosen.object);
+        } else if (step.name == QLatin1String("child")) {
+            makeChild(item, step.second);
         } else if (step.name == QLatin1String("edit")) {
             edit(item, step.second);
         } else if (step.name == QLatin1String("link")) {
@@ -305,143 +319,10 @@ QString ModelRun::run(const ModelStep& step)
         mendAll();
     // Two writes within a millisecond have one time stamp.
     QThread::msleep(2);
-    if (failure.isEmpty())
-        failure = bind();
-    return failure.isEmpty() ? difference() : failure;
-}
-
-/// Finds the objects that a load made.
-QString ModelRun::bind()
-{
-    for (size_t k = 0; k < m_family.kinds.size(); ++k) {
-        for (const Object& object : m_family.kinds[k].shown()) {
-            if (m_model.itemOf(object) >= 0)
-                continue;
-            const auto made = std::find_if(m_model.items.begin(), m_model.items.end(), [&](const Item& item) {
-                return !item.object && item.kind == int(k) && item.id == object->Id();
-            });
-            if (made == m_model.items.end())
-                return QStringLiteral("kind %1 shows an object that is not expected").arg(k);
-            made->object = object;
-        }
-    }
-    const auto isMissing = [](const Item& item) { return !item.object; };
-    return std::any_of(m_model.items.begin(), m_model.items.end(), isMissing)
-               ? QStringLiteral("an object was not loaded")
-               : QString();
-}
-
-QString ModelRun::difference()
-{
-    for (size_t k = 0; k < m_family.kinds.size(); ++k) {
-        std::set<QUuid> shown;
-        for (const Object& object : m_family.kinds[k].shown()) {
-            const int item = m_model.itemOf(object);
-            if (item < 0 || !m_model.items[size_t(item)].isKnown)
-                return QStringLiteral("kind %1 shows item %2, which is not known").arg(k).arg(item);
-            shown.insert(object->Id());
-        }
-        if (shown != m_model.shown(int(k)))
-            return QStringLiteral("kind %1 shows %2 objects, not %3")
-                .arg(k)
-                .arg(shown.size())
-                .arg(m_model.shown(int(k)).size());
-        const QString rows = differentRows(int(k));
-        if (!rows.isEmpty())
-            return rows;
-    }
-    for (size_t i = 0; i < m_model.items.size(); ++i) {
-        const Item& item = m_model.items[i];
-        if (item.object->EntityState() != item.state)
-            return QStringLiteral("item %1 has state %2, not %3")
-                .arg(i)
-                .arg(item.object->EntityState())
-                .arg(item.state);
-    }
-    const unsigned int others = m_model.isLoaded && !m_family.hasFiles ? 37 : 0;
-    if (m_family.context().count() != m_model.count() + others)
-        return QStringLiteral("%1 are attached, not %2").arg(m_family.context().count()).arg(m_model.count() + others);
-    return {};
-}
-
-QString ModelRun::differentRows(int kind)
-{
-    if (m_model.brokenKinds.count(kind) > 0)
-        return {};
-    const ModelKind& of = m_family.kinds[size_t(kind)];
-    std::map<QUuid, ContextModel::StoredRow> expected;
-    for (const auto& [id, row] : m_model.rows) {
-        if (row.kind == kind)
-            expected.insert({id, row});
-    }
-    for (const Object& object : of.rows()) {
-        const auto row = expected.find(object->Id());
-        if (row == expected.end())
-            return QStringLiteral("kind %1 has a row too many").arg(kind);
-        const Content content = of.content(object);
-        if (!(content == row->second.content) || object->EntityState() != row->second.mark)
-            return QStringLiteral("a row of kind %1 is '%2', state %3, parent %4, and not '%5', %6, %7")
-                .arg(kind)
-                .arg(content.text)
-                .arg(object->EntityState())
-                .arg(content.parent.toString(), row->second.content.text)
-                .arg(row->second.mark)
-                .arg(row->second.content.parent.toString());
-        const auto last = m_stamps.find(object->Id());
-        if (last != m_stamps.end() &&
-            (last->second.first == row->second.version) != (last->second.second == object->Timestamp()))
-            return QStringLiteral("a row of kind %1 was written for nothing, or not at all").arg(kind);
-        m_stamps[object->Id()] = {row->second.version, object->Timestamp()};
-        expected.erase(row);
-    }
-    return expected.empty() ? QString() : QStringLiteral("kind %1 lacks a row").arg(kind);
+    return failure.isEmpty() ? m_check.difference() : failure;
 }
 
 } // namespace
-
-ModelSteps randomSteps(unsigned int seed, int count)
-{
-    // How often each comes. A row that is missing and a text that cannot be stored do not come together: which of them
-    // is met first in a batch is open.
-    const QString common =
-        QStringLiteral("make make attach attach attach edit edit edit edit state state state link link link detach id "
-                       "save save save save save reload more more write break break reopen");
-    QStringList names = common.split(QLatin1Char(' '));
-    const bool hasRemovals = seed % 2 == 0;
-    if (hasRemovals)
-        names << QStringLiteral("remove") << QStringLiteral("remove");
-    // The generator's numbers are fixed by the standard, those of the distributions are not.
-    std::mt19937 numbers(seed);
-    ModelSteps steps;
-    for (int i = 0; i < count; ++i) {
-        ModelStep step;
-        step.name = names[int(numbers() % unsigned(names.size()))];
-        step.first = int(numbers() % 1000);
-        step.second = int(numbers() % 1000);
-        if (hasRemovals && step.name == QLatin1String("edit") && step.second % 12 == 0)
-            ++step.second;
-        steps.push_back(step);
-    }
-    return steps;
-}
-
-ModelSteps stepsFromText(const QString& text)
-{
-    ModelSteps steps;
-    for (const QString& line : text.split(QStringLiteral("; "))) {
-        const QStringList words = line.split(QLatin1Char(' '));
-        steps.push_back({words.value(0), words.value(1).toInt(), words.value(2).toInt()});
-    }
-    return steps;
-}
-
-QString textFromSteps(const ModelSteps& steps)
-{
-    QStringList lines;
-    for (const ModelStep& step : steps)
-        lines << QStringLiteral("%1 %2 %3").arg(step.name).arg(step.first).arg(step.second);
-    return lines.join(QStringLiteral("; "));
-}
 
 QString runModel(ModelFamily& family, const ModelSteps& steps)
 {
@@ -452,21 +333,6 @@ QString runModel(ModelFamily& family, const ModelSteps& steps)
             return QStringLiteral("%1: %2").arg(step.name, difference);
     }
     return {};
-}
-
-ModelSteps shrunk(ModelFamily& family, ModelSteps steps)
-{
-    for (size_t length = steps.size() / 2; length > 0; length /= 2) {
-        for (size_t from = 0; from + length <= steps.size();) {
-            ModelSteps fewer = steps;
-            fewer.erase(fewer.begin() + long(from), fewer.begin() + long(from + length));
-            if (runModel(family, fewer).isEmpty())
-                from += length;
-            else
-                steps = fewer;
-        }
-    }
-    return steps;
 }
 
 } // namespace TestSupport

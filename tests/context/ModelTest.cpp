@@ -1,11 +1,13 @@
 #include "context/ModelRun.h"
+#include "support/LogCapture.h"
 #include "support/TestMain.h"
 
 #include <QTest>
 
 using namespace TestSupport;
 
-/// Contexts under random sequences of operations, beside a model of what their databases must hold.
+/// Contexts under random sequences of operations, beside a model of what their databases must hold. The environment
+/// asks for more: DATAACCESS_TEST_MODEL_ROUNDS sequences, from the seed DATAACCESS_TEST_MODEL_SEED on.
 class ModelTest : public QObject
 {
     Q_OBJECT
@@ -35,6 +37,8 @@ void ModelTest::randomSequences()
     const int rounds = qEnvironmentVariableIntValue("DATAACCESS_TEST_MODEL_ROUNDS");
     const int first = qEnvironmentVariableIntValue("DATAACCESS_TEST_MODEL_SEED");
     const auto family = ModelFamily::make(isPd);
+    // What fails is told each time, and is wanted here.
+    const LogCapture log;
     for (int seed = first; seed < first + (rounds > 0 ? rounds : 12); ++seed) {
         const ModelSteps steps = randomSteps(unsigned(seed), 40);
         if (runModel(*family, steps).isEmpty())

@@ -1,0 +1,98 @@
+#include "context/ModelCheck.h"
+
+#include <algorithm>
+
+namespace TestSupport {
+
+/// Finds the objects that a load made.
+QString ModelCheck::bind()
+{
+    for (size_t k = 0; k < m_family.kinds.size(); ++k) {
+        for (const Object& object : m_family.kinds[k].shown()) {
+            if (m_model.itemOf(object) >= 0)
+                continue;
+            const auto made =
+                std::find_if(m_model.items.begin(), m_model.items.end(), [&](const ContextModel::Item& item) {
+                    return !item.object && item.kind == int(k) && item.id == object->Id();
+                });
+            if (made == m_model.items.end())
+                return QStringLiteral("kind %1 shows an object that is not expected").arg(k);
+            made->object = object;
+        }
+    }
+    const auto isMissing = [](const ContextModel::Item& item) { return !item.object; };
+    return std::any_of(m_model.items.begin(), m_model.items.end(), isMissing)
+               ? QStringLiteral("an object was not loaded")
+               : QString();
+}
+
+QString ModelCheck::difference()
+{
+    const QString unbound = bind();
+    if (!unbound.isEmpty())
+        return unbound;
+    for (size_t k = 0; k < m_family.kinds.size(); ++k) {
+        std::set<QUuid> shown;
+        for (const Object& object : m_family.kinds[k].shown()) {
+            const int item = m_model.itemOf(object);
+            if (item < 0 || !m_model.items[size_t(item)].isKnown)
+                return QStringLiteral("kind %1 shows item %2, which is not known").arg(k).arg(item);
+            shown.insert(object->Id());
+        }
+        if (shown != m_model.shown(int(k)))
+            return QStringLiteral("kind %1 shows %2 objects, not %3")
+                .arg(k)
+                .arg(shown.size())
+                .arg(m_model.shown(int(k)).size());
+        const QString rows = differentRows(int(k));
+        if (!rows.isEmpty())
+            return rows;
+    }
+    for (size_t i = 0; i < m_model.items.size(); ++i) {
+        const ContextModel::Item& item = m_model.items[i];
+        if (item.object->EntityState() != item.state)
+            return QStringLiteral("item %1 has state %2, not %3")
+                .arg(i)
+                .arg(item.object->EntityState())
+                .arg(item.state);
+    }
+    const unsigned int others = m_model.isLoaded && !m_family.hasFiles ? 37 : 0;
+    if (m_family.context().count() != m_model.count() + others)
+        return QStringLiteral("%1 are attached, not %2").arg(m_family.context().count()).arg(m_model.count() + others);
+    return {};
+}
+
+QString ModelCheck::differentRows(int kind)
+{
+    if (m_model.brokenKinds.count(kind) > 0)
+        return {};
+    const ModelKind& of = m_family.kinds[size_t(kind)];
+    std::map<QUuid, ContextModel::StoredRow> expected;
+    for (const auto& [id, row] : m_model.rows) {
+        if (row.kind == kind)
+            expected.insert({id, row});
+    }
+    for (const Object& object : of.rows()) {
+        const auto row = expected.find(object->Id());
+        if (row == expected.end())
+            return QStringLiteral("kind %1 has a row too many").arg(kind);
+        const Content content = of.content(object);
+        if (!(content == row->second.content) || object->EntityState() != row->second.mark)
+            return QStringLiteral("a row of kind %1 is '%2', state %3, parent %4, and not '%5', %6, %7")
+                .arg(kind)
+                .arg(content.text)
+                .arg(object->EntityState())
+                .arg(content.parent.toString(), row->second.content.text)
+                .arg(row->second.mark)
+                .arg(row->second.content.parent.toString());
+        const auto last = m_stamps.find(object->Id());
+        if (last != m_stamps.end() &&
+            (last->second.first == row->second.version) != (last->second.second == object->Timestamp()))
+            return QStringLiteral("a row of kind %1 was written for nothing, or not at all").arg(kind);
+        m_stamps[object->Id()] = {row->second.version, object->Timestamp()};
+        expected.erase(row);
+    }
+    return expected.empty() ? QString() : QStringLiteral("kind %1 lacks a row").arg(kind);
+}
+
+} // namespace TestSupport
