@@ -70,7 +70,7 @@ void CableImport::add(const std::shared_ptr<Cable>& cable, const Ratings& rating
     for (const auto& rating : ratings)
         collect<Rating>(rating, comesBack);
     if (m_isIncomplete)
-        qCWarning(lcContext).noquote() << "Cable" << cable->Id().toString() << "is imported without all of its parts";
+        qCWarning(lcContext).noquote() << "Cable" << cable->Id().toString() << "was imported without all of its parts";
 }
 
 void CableImport::collectParts(const Cable& cable, bool comesBack)

@@ -4,7 +4,7 @@
 #include "database/IDatabase.h"
 #include "database/LoggingCategories.h"
 
-#include <QSqlError>
+#include <QSqlQuery>
 #include <QVariant>
 
 namespace DataAccess::Database {
@@ -16,10 +16,7 @@ constexpr std::size_t s_largeBatch = 1000;
 void setSize(Interfaces::IDatabase& db, const QString& size)
 {
     try {
-        // No statement of the transaction: if that was lost, the cache must still become what it was.
-        QSqlQuery& query = db.Query();
-        if (!query.exec(QStringLiteral("PRAGMA cache_size = %1").arg(size)))
-            qCWarning(lcDatabase) << Q_FUNC_INFO << query.lastError().text();
+        db.Exec(QStringLiteral("PRAGMA cache_size = %1").arg(size));
     } catch (const Exceptions::DbException& error) {
         qCWarning(lcDatabase) << Q_FUNC_INFO << error.what();
     }

@@ -23,7 +23,7 @@ class DATAACCESS_EXPORT BatchCache
 public:
     /// Changes nothing for a batch of few @p rows, and on other backends. Never throws.
     BatchCache(Interfaces::IDatabase& db, std::size_t rows);
-    /// Gives the connection the cache that it had.
+    /// Gives the connection the cache that it had; after the guard of the transaction, which may have been lost.
     ~BatchCache();
     BatchCache(const BatchCache&) = delete;
     BatchCache& operator=(const BatchCache&) = delete;

@@ -66,6 +66,9 @@ private:
     bool isConnected() const;
     /// Opens the connection, which is closed or was ended. Prepared statements go with it.
     bool reopen();
+    /// Ends the rows that are under way. Throws DbException when the transaction was lost that a statement would belong
+    /// to.
+    void settle();
     /// Lets a statement run: on an open connection, after the rows that are under way, and not after the transaction
     /// that it would have belonged to. Prepares @p query again when that takes a new connection. Throws DbException.
     void requireReady(QSqlQuery* query = nullptr);

@@ -260,8 +260,10 @@ void DatabaseConfig::SetDefaultConfig(const std::shared_ptr<IConfig>& config)
 
 bool DatabaseConfig::LoadConfig(QSettings& settings, const QUuid& id, DatabaseConfig& config)
 {
-    if (!settings.contains(id.toString() + QStringLiteral("/ConnectionName")))
+    if (!settings.contains(id.toString() + QStringLiteral("/ConnectionName"))) {
+        qCWarning(lcDatabaseConfig) << "The settings have no configuration" << id;
         return false;
+    }
     qCDebug(lcDatabaseConfig) << "Load config" << id;
     settings.beginGroup(id.toString());
     config.SetConnectionName(text(settings, s_connectionName));
@@ -318,9 +320,9 @@ std::shared_ptr<IConfig> DatabaseConfig::DefaultConfig()
 
     if (const auto file = SettingsFile::open()) {
         file->settings().beginGroup(s_group);
-        const QUuid stored(text(file->settings(), s_default));
-        if (!stored.isNull())
-            LoadConfig(file->settings(), stored, *config);
+        const QString stored = text(file->settings(), s_default);
+        if (!stored.isEmpty())
+            LoadConfig(file->settings(), QUuid(stored), *config);
         file->settings().endGroup();
     }
 

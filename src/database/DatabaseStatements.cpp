@@ -68,7 +68,7 @@ private:
 
 } // namespace
 
-void Database::requireReady(QSqlQuery* query)
+void Database::settle()
 {
     requireValid();
     Session& session = m_connection->session();
@@ -77,6 +77,11 @@ void Database::requireReady(QSqlQuery* query)
         const QString words = QStringLiteral("The transaction was ended by the database: nothing more is done in it");
         throwStatementError(QSqlError(QString(), words, QSqlError::ConnectionError));
     }
+}
+
+void Database::requireReady(QSqlQuery* query)
+{
+    settle();
     if (isConnected())
         return;
     const Preparation preparation(query);
@@ -139,7 +144,8 @@ std::unique_ptr<Interfaces::IRowReader> Database::read(const QString& sql)
 
 std::unique_ptr<Interfaces::IRowReader> Database::Read(const QString& sql)
 {
-    constexpr qint64 atOnce = 10; // milliseconds
+    // A server that is told to end a connection takes its time when it is busy, and a select changes nothing.
+    constexpr qint64 atOnce = 1000; // milliseconds
     const auto lock = lockConnection();
     m_prepared.clear();
     QElapsedTimer timer;
@@ -221,9 +227,8 @@ std::shared_ptr<Interfaces::IValueConverter> Database::Converter(QSqlQuery& quer
 QSqlQuery& Database::Query()
 {
     const auto lock = lockConnection();
-    requireValid();
-    // The rows would stand in the way of a preparation.
-    m_connection->session().settleRows();
+    // The rows would stand in the way of a preparation; and whoever runs the query past Exec() asks nobody.
+    settle();
     const bool isOpen = Connect();
     resetQuery();
     m_query = QSqlQuery(m_connection->handle());

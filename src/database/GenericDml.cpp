@@ -22,7 +22,7 @@ unsigned int GenericDml::count(IDatabase& db, const QString& table)
             throw ExecutionException(reader->error().toLocal8Bit().constData());
         return reader->row().toUint(0);
     } catch (const DbException& error) {
-        Operation(Q_FUNC_INFO, table).failed(db, error);
+        Operation(Q_FUNC_INFO, table, QtCriticalMsg).failed(db, error);
     }
     return 0;
 }
@@ -30,11 +30,12 @@ unsigned int GenericDml::count(IDatabase& db, const QString& table)
 bool GenericDml::changeRow(IDatabase& db, const IEntity* entity, const QString& table, const QString& statement,
                            const std::function<void(IValueConverter&)>& bind, const char* function)
 {
-    const Operation operation(function, table);
     if (entity == nullptr || entity->Id().isNull()) {
-        operation.failed(Failure::Kind::Statement, QStringLiteral("An entity without an id has no row"));
+        Operation(function, table)
+            .failed(Failure::Kind::Statement, QStringLiteral("An entity without an id has no row"));
         return false;
     }
+    const Operation operation(function, table, QtCriticalMsg);
     try {
         // The rows of a batch follow each other: the statement is prepared with the first of them.
         QSqlQuery& query = db.PreparedQuery(statement);

@@ -28,9 +28,10 @@ QString reasonOf(IDatabase& db, const DbException& error)
 
 } // namespace
 
-Operation::Operation(const char* function, const QString& table)
+Operation::Operation(const char* function, const QString& table, QtMsgType severity)
     : m_function(function)
     , m_table(table)
+    , m_severity(severity)
 {}
 
 void Operation::failed(IDatabase& db, const DbException& error, const QUuid& row) const
@@ -72,7 +73,11 @@ Failure Operation::failure(Failure::Kind kind, const QString& reason, const QUui
 
 void Operation::tell(const Failure& failure) const
 {
-    qCWarning(lcDatabase) << m_function << qUtf8Printable(failure.reason);
+    const QByteArray reason = failure.reason.toUtf8();
+    if (m_severity == QtCriticalMsg && failure.kind != Failure::Kind::NoRow)
+        qCCritical(lcDatabase) << m_function << reason.constData();
+    else
+        qCWarning(lcDatabase) << m_function << reason.constData();
     FailureWatch::report(failure);
 }
 

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QUuid>
+#include <QtGlobal>
 
 namespace DataAccess::Exceptions {
 class DbException;
@@ -23,8 +24,9 @@ class Transaction;
 class DATAACCESS_EXPORT Operation
 {
 public:
-    /// @p function is what was called, as Q_FUNC_INFO gives it; @p table must outlive the operation.
-    Operation(const char* function, const QString& table);
+    /// @p function is what was called, as Q_FUNC_INFO gives it; @p table must outlive the operation. @p severity is
+    /// that of a failure in the log; a row that is not there is never more than a warning.
+    Operation(const char* function, const QString& table, QtMsgType severity = QtWarningMsg);
 
     void failed(Interfaces::IDatabase& db, const Exceptions::DbException& error, const QUuid& row = QUuid()) const;
     void failed(Failure::Kind kind, const QString& reason, const QUuid& row = QUuid()) const;
@@ -42,6 +44,7 @@ private:
 
     const char* m_function;
     const QString& m_table;
+    const QtMsgType m_severity;
 };
 
 } // namespace DataAccess::Database

@@ -26,10 +26,10 @@ bool runForEachRow(IDatabase& db, const std::vector<std::shared_ptr<Entity>>& en
 {
     QUuid row;
     try {
+        std::optional<Database::BatchCache> cache; // ends after the transaction, which may be lost
         Database::Transaction transaction = db.WriteTransaction();
         if (!transaction.isOpen())
             return false; // The connection has told why.
-        std::optional<Database::BatchCache> cache;
         for (const std::shared_ptr<Entity>& entity : entities) {
             row = entity ? entity->Id() : QUuid();
             const Database::FailureWatch watch;

@@ -78,12 +78,13 @@ class ConnectionFaultsTest : public QObject
         }
     }
 
-    /// Statements of all kinds, of which four insert a 7 into the table t; @p row does so as well.
+    /// Statements of all kinds, of which five insert a 7 into the table t; @p row does so as well.
     static std::vector<std::function<void(IDatabase&)>> statements(Interfaces::IRowWriter& row)
     {
         static const QString insert = QStringLiteral("INSERT INTO t VALUES (7)");
         return {[](IDatabase& db) { db.Exec(insert); },
                 [](IDatabase& db) { db.Exec(db.PreparedQuery(insert)); },
+                [](IDatabase& db) { db.Query().exec(insert); },
                 [](IDatabase& db) { db.Read(QStringLiteral("SELECT * FROM t")); },
                 [](IDatabase& db) { db.Tables(); },
                 [](IDatabase& db) {
@@ -284,7 +285,7 @@ private Q_SLOTS:
         endConnection(database, db);
         db.Exec(prepared);
         // Each has had its effect once.
-        QCOMPARE(scalar(db, "SELECT count(*) FROM t WHERE a = 7").toInt(), 5);
+        QCOMPARE(scalar(db, "SELECT count(*) FROM t WHERE a = 7").toInt(), 6);
         QCOMPARE(log.messages(QtCriticalMsg, QStringLiteral("qor.database")), QStringList());
         const QStringList warnings = log.messages(QtWarningMsg, QStringLiteral("qor.database"));
         QCOMPARE(warnings.size(), static_cast<int>(all.size()) + 1);
@@ -315,6 +316,11 @@ private Q_SLOTS:
         QVERIFY(db.Exec(db.PreparedQuery(QStringLiteral("SELECT 1"))));
         breakOff();
         QVERIFY(db.Transaction().commit());
+        // A busy server takes a while until it ends a connection.
+        db.Exec(QStringLiteral("CREATE SEQUENCE s"));
+        QVERIFY(db.Read(QStringLiteral("SELECT pg_sleep(0.1), CASE nextval('s') WHEN 1 THEN "
+                                       "pg_terminate_backend(pg_backend_pid()) END, pg_sleep(0.1)"))
+                    ->next());
     }
 
     void lockedOrOutOfReach_data()

@@ -301,8 +301,10 @@ private Q_SLOTS:
         // A record of a configuration that is gone, and one that is no identifier, count as none.
         for (const QString& stale : {QUuid::createUuid().toString(), QStringLiteral("none")}) {
             Store().setValue(QStringLiteral("QOR/Default"), stale);
+            const LogCapture log;
             QCOMPARE(DatabaseConfig::DefaultConfig()->DatabaseName(), fresh->DatabaseName());
             QCOMPARE(DatabaseConfig::DefaultConfig()->Type(), SQLite3);
+            QVERIFY(log.contains(QStringLiteral("The settings have no configuration")));
         }
     }
 };

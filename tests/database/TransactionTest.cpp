@@ -120,8 +120,8 @@ private Q_SLOTS:
         m_db->Exec(QStringLiteral("PRAGMA max_page_count = 10"));
         const QVariant cache = TestSupport::scalar(*m_db, "PRAGMA cache_size");
         for (const bool isAsked : {true, false}) {
-            Transaction transaction = m_db->Transaction();
             const Database::BatchCache largeCache(*m_db, 1000);
+            Transaction transaction = m_db->Transaction();
             const auto row = m_db->Write(QStringLiteral("INSERT INTO t VALUES (7)"), [] {});
             insert(1);
             QVERIFY_EXCEPTION_THROWN(m_db->Exec(QStringLiteral("INSERT INTO large VALUES (zeroblob(100000))")),
@@ -130,6 +130,7 @@ private Q_SLOTS:
             // What were written now would stay.
             QVERIFY_EXCEPTION_THROWN(insert(2), ExecutionException);
             QVERIFY_EXCEPTION_THROWN(row->run(), ExecutionException);
+            QVERIFY_EXCEPTION_THROWN(m_db->Query(), ExecutionException);
             QVERIFY(!transaction.commit() && !transaction.isOpen() && !transaction.lastError().isEmpty());
             QVERIFY_EXCEPTION_THROWN(rows(), ExecutionException);
         }
