@@ -248,7 +248,8 @@ private Q_SLOTS:
         QCOMPARE(elements.value(QStringLiteral("rect")), 5);
         QCOMPARE(elements.value(QStringLiteral("path")), 2);
         QCOMPARE(elements.value(QStringLiteral("circle")), 14);
-        for (const char* part : {"K-17", "XLPE 150", "polyline class=\"fair\"", "250 pC"})
+        for (const char* part :
+             {"K-17", "XLPE 150", "polyline class=\"fair\"", ">Quay - Bridge</text>", ">1200 m</text>", "250 pC"})
             QVERIFY2(page.contains(part), part);
         for (const char* elsewhere : {"http:", "https:", "src=", "@import", "url("})
             QVERIFY2(!page.contains(elsewhere), elsewhere);
