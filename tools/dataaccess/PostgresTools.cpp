@@ -7,6 +7,9 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
+#include <csignal>
+#include <sys/prctl.h>
+
 using namespace DataAccess;
 
 namespace {
@@ -23,12 +26,19 @@ QString target(Transfer::ConnectionSettings settings)
     return Transfer::connectionText(settings);
 }
 
+/// A program that does not outlive this one: a restore that nobody waits for would still replace the rows.
+class Helper final : public QProcess
+{
+protected:
+    void setupChildProcess() override { ::prctl(PR_SET_PDEATHSIG, SIGTERM); }
+};
+
 } // namespace
 
 void PostgresTools::run(const QString& program, const QStringList& arguments, const QString& password,
                         const std::function<bool()>& progress)
 {
-    QProcess process;
+    Helper process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     if (!password.isEmpty())
         environment.insert(QStringLiteral("PGPASSWORD"), password);
