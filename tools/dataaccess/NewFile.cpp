@@ -39,6 +39,8 @@ NewFile::NewFile(const QString& path, bool isForced, Leftover leftover)
     , m_isForced(isForced)
     , m_leftover(leftover)
 {
+    if (path.isEmpty())
+        throw ToolError(WrongUsage, QStringLiteral("A file needs a name"));
     const QFileInfo info(path);
     if (!isForced)
         refuseExisting(path);
