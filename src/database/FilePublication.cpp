@@ -1,12 +1,13 @@
 #include "database/FilePublication.h"
 
+#include "database/ExecutionException.h"
+
 #include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <stdexcept>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,7 +31,8 @@ bool flushToDisk(const QString& path)
 
 [[noreturn]] void fail(const QString& path)
 {
-    throw std::runtime_error(QStringLiteral("%1 can't be written: %2").arg(path, qt_error_string(errno)).toStdString());
+    const QString text = QStringLiteral("%1 can't be written: %2").arg(path, qt_error_string(errno));
+    throw Exceptions::ExecutionException(text.toLocal8Bit().constData());
 }
 
 } // namespace

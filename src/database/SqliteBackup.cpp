@@ -1,7 +1,6 @@
 #include "database/SqliteBackup.h"
 
 #include "database/ExecutionException.h"
-#include "database/LoggingCategories.h"
 
 #include <QStringList>
 
@@ -22,7 +21,6 @@ constexpr int s_restartsBeforeLock = 3;
 [[noreturn]] void fail(const QString& path, int status)
 {
     const QString text = QStringLiteral("%1: %2").arg(path, QString::fromUtf8(sqlite3_errstr(status)));
-    qCCritical(lcDatabase) << "SQL Error:" << text;
     const int primary = status & 0xff;
     throw Exceptions::ExecutionException(text.toLocal8Bit().constData(),
                                          primary == SQLITE_BUSY || primary == SQLITE_LOCKED);
@@ -31,7 +29,7 @@ constexpr int s_restartsBeforeLock = 3;
 File open(const QString& path, int flags)
 {
     sqlite3* handle = nullptr;
-    const int status = sqlite3_open_v2(path.toUtf8().constData(), &handle, flags, nullptr);
+    const int status = sqlite3_open_v2(path.toUtf8().constData(), &handle, flags | SQLITE_OPEN_PRIVATECACHE, nullptr);
     File file(handle, &sqlite3_close);
     if (status != SQLITE_OK)
         fail(path, status);
@@ -44,6 +42,20 @@ void execute(const File& file, const QString& path, const char* statement)
     const int status = sqlite3_exec(file.get(), statement, nullptr, nullptr, nullptr);
     if (status != SQLITE_OK)
         fail(path, status);
+}
+
+/// Appends the first value of each row of @p select to @p values; gives SQLite's code at the end.
+int read(const File& file, const QString& select, QStringList& values)
+{
+    sqlite3_stmt* handle = nullptr;
+    int status = sqlite3_prepare_v2(file.get(), select.toUtf8().constData(), -1, &handle, nullptr);
+    const Statement statement(handle, &sqlite3_finalize);
+    while (status == SQLITE_OK || status == SQLITE_ROW) {
+        status = sqlite3_step(handle);
+        if (status == SQLITE_ROW)
+            values.append(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(handle, 0))));
+    }
+    return status;
 }
 
 /// Copies the pages; false when @p progress has ended that.
@@ -97,16 +109,9 @@ QString sqliteFaults(const QString& path, bool isDeep)
     const File file = open(path, SQLITE_OPEN_READONLY);
     // What constraints other programs have says nothing of the file.
     execute(file, path, "PRAGMA ignore_check_constraints = ON");
-    sqlite3_stmt* handle = nullptr;
-    const char* const text = isDeep ? "PRAGMA integrity_check" : "PRAGMA quick_check";
-    int status = sqlite3_prepare_v2(file.get(), text, -1, &handle, nullptr);
-    const Statement statement(handle, &sqlite3_finalize);
     QStringList faults;
-    while (status == SQLITE_OK || status == SQLITE_ROW) {
-        status = sqlite3_step(handle);
-        if (status == SQLITE_ROW)
-            faults.append(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(handle, 0))));
-    }
+    const int status =
+        read(file, isDeep ? QStringLiteral("PRAGMA integrity_check") : QStringLiteral("PRAGMA quick_check"), faults);
     const int primary = status & 0xff;
     if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB)
         faults.append(QString::fromUtf8(sqlite3_errstr(status)));
@@ -114,6 +119,16 @@ QString sqliteFaults(const QString& path, bool isDeep)
         fail(path, status);
     faults.removeAll(QStringLiteral("ok"));
     return faults.join(QLatin1Char('\n'));
+}
+
+qint64 sqliteRowCount(const QString& path, const QString& table)
+{
+    const File file = open(path, SQLITE_OPEN_READONLY);
+    QStringList counts;
+    const int status = read(file, QStringLiteral("SELECT count(*) FROM \"%1\"").arg(table), counts);
+    if (status != SQLITE_DONE)
+        fail(path, status);
+    return counts.front().toLongLong();
 }
 
 } // namespace DataAccess::Database

@@ -26,4 +26,7 @@ DATAACCESS_EXPORT bool backupSqlite(const QString& from, const QString& to, bool
 /// rows, too. Throws ExecutionException.
 DATAACCESS_EXPORT QString sqliteFaults(const QString& path, bool isDeep);
 
+/// Number of rows of @p table in the file @p path. Throws ExecutionException.
+DATAACCESS_EXPORT qint64 sqliteRowCount(const QString& path, const QString& table);
+
 } // namespace DataAccess::Database

@@ -1,6 +1,7 @@
 #include "migration/Backup.h"
 
 #include "database/ExecutionException.h"
+#include "database/FilePublication.h"
 #include "database/IDatabase.h"
 #include "database/native/SqliteStatement.h"
 #include "migration/FileCopy.h"
@@ -109,7 +110,7 @@ void Backup::copyFile(const TableRows& tables)
     };
     const QString file = path(freeTimeStamp([&](const QString& stamp) { return QFile::exists(path(stamp)); }));
     // Only who has the lock makes it: what is left of one that was killed meanwhile is replaced.
-    copy.make(copy.besideOriginal(QStringLiteral(".before-") + name) + QStringLiteral(".part"), file, tables);
+    copy.make(Database::unfinishedName(copy.besideOriginal(QStringLiteral(".before-") + name)), file, tables);
     m_file = file;
     qCInfo(m_module.category) << "Backup before the migration:" << m_file;
 }

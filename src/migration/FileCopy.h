@@ -26,8 +26,6 @@ public:
     void make(const QString& part, const QString& path, const Backup::TableRows& tables) const;
 
 private:
-    void copyTo(const QString& part, const Backup::TableRows& tables) const;
-
     QString m_original;
 };
 

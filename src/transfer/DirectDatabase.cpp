@@ -41,7 +41,7 @@ QString driverOf(Enumerations::DatabaseType type)
 bool isFinal(const QString& reason)
 {
     const auto says = [&](const char* words) { return reason.contains(QLatin1String(words)); };
-    return says("no password supplied") ||
+    return says("no password supplied") || says("does not support SSL") || says("certificate") ||
            (says("FATAL:") && !says("starting up") && !says("shutting down") && !says("too many") && !says("recovery"));
 }
 
@@ -124,6 +124,9 @@ void DirectDatabase::connect()
             m_settings.type == Enumerations::Postgres ? !isFinal(reason) : reason.contains(QLatin1String("locked"));
         throw Exceptions::NotOpenException(reason.toLocal8Bit().constData(), isUnavailable);
     }
+    // A file that others have locked is not waited for without end either.
+    if (m_settings.type == Enumerations::Postgres)
+        m_database->Exec(QStringLiteral("SET lock_timeout = '10s'"));
 }
 
 QVector<SchemaState> DirectDatabase::schemas() const

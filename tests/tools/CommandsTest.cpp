@@ -9,6 +9,8 @@
 #include <QTest>
 #include <QXmlStreamReader>
 
+#include <unistd.h>
+
 using TestSupport::TestDatabase;
 
 namespace {
@@ -48,6 +50,9 @@ private Q_SLOTS:
         const TestDatabase middle;
         RUN_WELL(tool({QStringLiteral("copy"), sample.path(), addressOf(middle)}));
         RUN_WELL(tool({QStringLiteral("copy"), addressOf(middle), sample.file("back.vbk")}));
+        const QStringList ontoItself{QStringLiteral("copy"), QStringLiteral("--force"), addressOf(middle)};
+        QCOMPARE(tool(ontoItself + QStringList(addressOf(middle))).exitCode, 2);
+        QCOMPARE(dumpOf(addressOf(middle)), dumpOf(sample.path()));
         const QByteArray dump = dumpOf(sample.path());
         QCOMPARE(dumpOf(sample.file("back.vbk")), dump);
         QVERIFY(dump.contains("\"timestamp\":\"2001-02-03 04:05:06.000\""));
@@ -145,6 +150,11 @@ private Q_SLOTS:
         row("bad address", "info postgresql://[/db", 2, "no valid address");
         row("no server", "info postgresql://localhost:1/db", 6, "refused");
         row("onto itself", "copy sample.vbk ./sample.vbk", 2, "both");
+        row("onto itself by another name", "copy --force sample.vbk link.vbk", 2, "both");
+        row("report onto the database", "report --force sample.vbk link.vbk", 2, "itself");
+        row("dump onto the database", "dump --force -o link.vbk sample.vbk", 2, "itself");
+        row("backup of an unfinished file", "backup unfinished.vbk.part unfinished.vbk", 2, "itself");
+        row("no name", "backup sample.vbk ", 2, "name");
         row("target with rows", "copy sample.vbk full.vbk", 1, "--force");
         row("resumed into other rows", "copy --resume sample.vbk other.vbk", 1, "differs from the original");
         row("backup onto itself", "backup --force sample.vbk sample.vbk", 2, "itself");
@@ -173,6 +183,9 @@ private Q_SLOTS:
         QFile text(sample.file("text"));
         QVERIFY(text.open(QIODevice::WriteOnly) && text.write("no database") > 0);
         text.close();
+        QVERIFY(::link(QFile::encodeName(sample.path()), QFile::encodeName(sample.file("link.vbk"))) == 0);
+        QVERIFY(QFile::copy(sample.path(), sample.file("unfinished.vbk.part")));
+        const QByteArray content = bytesOf(sample.path());
         const TestSupport::FileLocker locker(sample.file("locked.vbk"));
         QLockFile busy(sample.file("busy.lock"));
         QVERIFY(busy.tryLock());
@@ -188,6 +201,7 @@ private Q_SLOTS:
         QCOMPARE(run.output, QByteArray());
         QCOMPARE(sample.files(), before);
         QCOMPARE(bytesOf(sample.file("other.vbk")), other);
+        QCOMPARE(bytesOf(sample.path()), content);
     }
 
     void migratesAfterABackup()
@@ -248,7 +262,8 @@ private Q_SLOTS:
         QCOMPARE(elements.value(QStringLiteral("rect")), 5);
         QCOMPARE(elements.value(QStringLiteral("path")), 2);
         QCOMPARE(elements.value(QStringLiteral("circle")), 14);
-        for (const char* part : {"K-17", "XLPE 150", "polyline class=\"fair\"", "250 pC"})
+        for (const char* part :
+             {"K-17", "XLPE 150", "polyline class=\"fair\"", ">Quay - Bridge</text>", ">1200 m</text>", "250 pC"})
             QVERIFY2(page.contains(part), part);
         for (const char* elsewhere : {"http:", "https:", "src=", "@import", "url("})
             QVERIFY2(!page.contains(elsewhere), elsewhere);

@@ -9,7 +9,6 @@
 #include "transfer/TableRows.h"
 
 #include <QDateTime>
-#include <QFileInfo>
 
 using namespace DataAccess;
 
@@ -32,9 +31,7 @@ void backupFile(const QString& from, const NewFile& file, const Invocation& invo
 void Backup::make(OpenedDatabase& database, const QString& path, bool isForced, const Invocation& invocation)
 {
     const DatabaseAddress& address = database.address();
-    if (!address.isPostgres() && QFileInfo(path).canonicalFilePath() == QFileInfo(address.path()).canonicalFilePath() &&
-        QFileInfo::exists(path))
-        throw ToolError(WrongUsage, QStringLiteral("%1 is the database itself").arg(path));
+    refuseToReplace(address.path(), path);
     NewFile file(path, isForced);
     if (address.isLegacy()) {
         Database::copyLegacyFile(address.path(), path);

@@ -3,7 +3,6 @@
 #include "TargetDatabase.h"
 #include "transfer/DatabaseCopy.h"
 
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QThread>
 
@@ -12,6 +11,20 @@
 using namespace DataAccess;
 
 namespace {
+
+void refuseSame(bool isSame, const DatabaseAddress& source)
+{
+    if (isSame)
+        throw ToolError(WrongUsage, QStringLiteral("%1 is both the original and the copy").arg(source.text));
+}
+
+/// What only one database has, by whatever address it is reached.
+QString identityOnServer(Interfaces::IDatabase& db)
+{
+    return Transfer::scalar(db, QStringLiteral("SELECT extract(epoch FROM pg_postmaster_start_time())::text || ' ' || "
+                                               "oid::text FROM pg_database WHERE datname = current_database()"))
+        .toString();
+}
 
 /// Keeps a second copy into the same database on a server away, as long as this one's connection lasts.
 void lockOnServer(TargetDatabase& target)
@@ -74,13 +87,13 @@ ExitCode copy(const Invocation& invocation)
     source.requireExists();
     if (invocation.has("resume") && invocation.has("force"))
         throw ToolError(WrongUsage, QStringLiteral("--resume and --force exclude each other"));
-    const QString sourcePath = QFileInfo(source.path()).canonicalFilePath();
-    const QString targetPath = QFileInfo(DatabaseAddress::parse(targetName).path()).canonicalFilePath();
-    if (!sourcePath.isEmpty() && sourcePath == targetPath)
-        throw ToolError(WrongUsage, QStringLiteral("%1 is both the original and the copy").arg(source.text));
+    refuseSame(isReplaced(source.path(), DatabaseAddress::parse(targetName).path()), source);
     OpenedDatabase from(source, OpenedDatabase::Access::Read, invocation);
     from.requireCurrentSchema();
     TargetDatabase target(targetName, NewFile::Leftover::Kept, invocation.has("resume"), invocation);
+    refuseSame(source.isPostgres() && target.address().isPostgres() &&
+                   identityOnServer(from.database()) == identityOnServer(target.database()),
+               source);
     lockOnServer(target);
     prepareRows(target, invocation);
     const QVector<Transfer::TableDigest> tables = copyRows(from, target, invocation);

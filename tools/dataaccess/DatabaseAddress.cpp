@@ -2,11 +2,14 @@
 
 #include "StoredConfigs.h"
 #include "ToolError.h"
+#include "database/FilePublication.h"
 #include "database/IConfig.h"
 #include "database/PostgresAddress.h"
 
 #include <QFile>
 #include <QFileInfo>
+
+#include <filesystem>
 
 using namespace DataAccess;
 
@@ -109,4 +112,21 @@ FileKind kindOf(const QString& path)
     if (start.startsWith("** This file contains an SQLite 2"))
         return FileKind::SQLite2;
     return start.startsWith("PGDMP") ? FileKind::PostgresArchive : FileKind::Other;
+}
+
+bool isReplaced(const QString& input, const QString& output)
+{
+    const auto isSame = [&](const QString& file) {
+        // False for a file that is not there.
+        std::error_code ignored;
+        return std::filesystem::equivalent(QFile::encodeName(input).constData(), QFile::encodeName(file).constData(),
+                                           ignored);
+    };
+    return isSame(output) || isSame(Database::unfinishedName(output));
+}
+
+void refuseToReplace(const QString& input, const QString& output)
+{
+    if (isReplaced(input, output))
+        throw ToolError(WrongUsage, QStringLiteral("%1 would be written over the database itself").arg(output));
 }

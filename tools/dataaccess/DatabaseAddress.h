@@ -32,3 +32,8 @@ struct DatabaseAddress
 /// What a file is, told by its first bytes.
 enum class FileKind { Missing, Empty, SQLite2, SQLite3, PostgresArchive, Other };
 FileKind kindOf(const QString& path);
+
+/// Whether writing the file @p output would replace the file @p input, whatever their names.
+bool isReplaced(const QString& input, const QString& output);
+/// Throws ToolError when it would.
+void refuseToReplace(const QString& input, const QString& output);

@@ -15,15 +15,19 @@ namespace {
 
 ExitCode dump(const Invocation& invocation)
 {
+    const bool isToFile = invocation.has("output");
     const QString path = invocation.value("output");
-    if (path.isEmpty() && invocation.isJson())
+    const DatabaseAddress address = DatabaseAddress::parse(invocation.argument(0));
+    if (isToFile)
+        refuseToReplace(address.path(), path);
+    else if (invocation.isJson())
         throw ToolError(WrongUsage, QStringLiteral("With --json the dump itself needs a file"),
                         QStringLiteral("Name it with --output."));
-    OpenedDatabase opened(DatabaseAddress::parse(invocation.argument(0)), OpenedDatabase::Access::Read, invocation);
+    OpenedDatabase opened(address, OpenedDatabase::Access::Read, invocation);
     opened.requireCurrentSchema();
     std::optional<NewFile> whole;
     QFile file;
-    if (path.isEmpty()) {
+    if (!isToFile) {
         file.open(stdout, QIODevice::WriteOnly);
     } else {
         whole.emplace(path, invocation.has("force"));
@@ -52,6 +56,7 @@ ExitCode load(const Invocation& invocation)
         path == QLatin1String("-") ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
     if (!isOpen)
         throw ToolError(Failed, QStringLiteral("%1 can't be read: %2").arg(path, file.errorString()));
+    refuseToReplace(path, DatabaseAddress::parse(invocation.argument(1)).path());
     TargetDatabase target(invocation.argument(1), NewFile::Leftover::Removed, false, invocation);
     if (target.hadRows() && !invocation.has("force"))
         throw ToolError(Failed, QStringLiteral("%1 holds rows already").arg(target.address().text),

@@ -17,11 +17,17 @@ void refuseExisting(const QString& path)
                         QStringLiteral("The option --force replaces it."));
 }
 
-/// SQLite's side files of an unfinished database; with the next one of that name they would make a damaged pair.
-void removeWithJournal(const QString& path)
+/// SQLite's side files of a database; with the next one of that name they would make a damaged pair.
+void removeJournals(const QString& path)
 {
-    for (const char* suffix : {"", "-journal", "-wal", "-shm"})
+    for (const char* suffix : {"-journal", "-wal", "-shm"})
         QFile::remove(path + QLatin1String(suffix));
+}
+
+void removeWithJournals(const QString& path)
+{
+    QFile::remove(path);
+    removeJournals(path);
 }
 
 } // namespace
@@ -33,6 +39,8 @@ NewFile::NewFile(const QString& path, bool isForced, Leftover leftover)
     , m_isForced(isForced)
     , m_leftover(leftover)
 {
+    if (path.isEmpty())
+        throw ToolError(WrongUsage, QStringLiteral("A file needs a name"));
     const QFileInfo info(path);
     if (!isForced)
         refuseExisting(path);
@@ -51,12 +59,12 @@ NewFile::NewFile(const QString& path, bool isForced, Leftover leftover)
 NewFile::~NewFile()
 {
     if (m_leftover == Leftover::Removed)
-        removeWithJournal(m_unfinished);
+        removeWithJournals(m_unfinished);
 }
 
 void NewFile::begin(const QString& original) const
 {
-    removeWithJournal(m_unfinished);
+    removeWithJournals(m_unfinished);
     Database::createFileLike(m_unfinished, original);
 }
 
@@ -64,5 +72,6 @@ void NewFile::publish()
 {
     if (!m_isForced)
         refuseExisting(m_path);
+    removeJournals(m_path);
     Database::publishFile(m_unfinished, m_path);
 }

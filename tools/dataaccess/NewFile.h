@@ -24,7 +24,7 @@ public:
     /// Removes what an earlier run has left behind, and makes an empty file that only those may read who may read
     /// @p original, if that is there.
     void begin(const QString& original = {}) const;
-    /// Flushes the file and gives it its name. Throws std::runtime_error.
+    /// Flushes the file and gives it its name. Throws ExecutionException.
     void publish();
 
 private:

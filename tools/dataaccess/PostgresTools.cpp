@@ -7,6 +7,9 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 
+#include <csignal>
+#include <sys/prctl.h>
+
 using namespace DataAccess;
 
 namespace {
@@ -23,12 +26,19 @@ QString target(Transfer::ConnectionSettings settings)
     return Transfer::connectionText(settings);
 }
 
+/// A program that does not outlive this one: a restore that nobody waits for would still replace the rows.
+class Helper final : public QProcess
+{
+protected:
+    void setupChildProcess() override { ::prctl(PR_SET_PDEATHSIG, SIGTERM); }
+};
+
 } // namespace
 
 void PostgresTools::run(const QString& program, const QStringList& arguments, const QString& password,
                         const std::function<bool()>& progress)
 {
-    QProcess process;
+    Helper process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     if (!password.isEmpty())
         environment.insert(QStringLiteral("PGPASSWORD"), password);
@@ -51,9 +61,11 @@ void PostgresTools::run(const QString& program, const QStringList& arguments, co
     // The interrupt key reaches that program, too.
     if (!progress())
         throw Transfer::Cancelled();
-    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        throw ToolError(Failed, QStringLiteral("%1 failed: %2")
-                                    .arg(program, QString::fromLocal8Bit(process.readAllStandardError()).simplified()));
+    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
+        const QString reason = QString::fromLocal8Bit(process.readAllStandardError()).simplified();
+        throw ToolError(reason.contains(QLatin1String("lock timeout")) ? Unavailable : Failed,
+                        QStringLiteral("%1 failed: %2").arg(program, reason));
+    }
 }
 
 void PostgresTools::dumpTo(const QString& path, const Transfer::ConnectionSettings& settings,
@@ -61,8 +73,8 @@ void PostgresTools::dumpTo(const QString& path, const Transfer::ConnectionSettin
 {
     const auto written = [&] { return progress(QFileInfo(path).size(), 0); };
     run(s_dump,
-        {QStringLiteral("--format=custom"), QStringLiteral("--no-password"), QStringLiteral("--file=") + path,
-         QStringLiteral("--dbname=") + target(settings)},
+        {QStringLiteral("--format=custom"), QStringLiteral("--no-password"), QStringLiteral("--lock-wait-timeout=10s"),
+         QStringLiteral("--file=") + path, QStringLiteral("--dbname=") + target(settings)},
         settings.password, written);
     run(s_restore, {QStringLiteral("--file=/dev/null"), path}, {}, written);
 }

@@ -11,7 +11,9 @@ namespace {
 ExitCode report(const Invocation& invocation)
 {
     const QString path = invocation.argument(1);
-    OpenedDatabase opened(DatabaseAddress::parse(invocation.argument(0)), OpenedDatabase::Access::Read, invocation);
+    const DatabaseAddress address = DatabaseAddress::parse(invocation.argument(0));
+    refuseToReplace(address.path(), path);
+    OpenedDatabase opened(address, OpenedDatabase::Access::Read, invocation);
     opened.requireCurrentSchema();
     NewFile whole(path, invocation.has("force"));
     const NetworkData data =
@@ -20,13 +22,12 @@ ExitCode report(const Invocation& invocation)
     QFile file(whole.unfinished());
     if (!file.open(QIODevice::WriteOnly))
         throw ToolError(Failed, QStringLiteral("%1 can't be written: %2").arg(path, file.errorString()));
-    const QString& text = DatabaseAddress::parse(invocation.argument(0)).text;
-    ReportPage(data, file).write(opened.address().isPostgres() ? text : QFileInfo(text).fileName());
+    ReportPage(data, file).write(address.isPostgres() ? address.text : QFileInfo(address.text).fileName());
     if (!file.flush())
         throw ToolError(Failed, QStringLiteral("%1 can't be written: %2").arg(path, file.errorString()));
     file.close();
     whole.publish();
-    invocation.print(QStringLiteral("%1 cables of %2 are in %3.").arg(data.cables.size()).arg(text, path));
+    invocation.print(QStringLiteral("%1 cables of %2 are in %3.").arg(data.cables.size()).arg(address.text, path));
     invocation.answer({{QStringLiteral("cables"), data.cables.size()}, {QStringLiteral("file"), path}});
     return Succeeded;
 }

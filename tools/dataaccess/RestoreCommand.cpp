@@ -6,8 +6,6 @@
 #include "database/SqliteBackup.h"
 #include "transfer/TableRows.h"
 
-#include <QFileInfo>
-
 using namespace DataAccess;
 
 namespace {
@@ -78,9 +76,7 @@ ExitCode restore(const Invocation& invocation)
     const FileKind kind = kindOf(file);
     if (kind == FileKind::Missing)
         throw ToolError(Failed, QStringLiteral("There is no file %1").arg(file));
-    if (!target.isPostgres() && target.exists() &&
-        QFileInfo(file).canonicalFilePath() == QFileInfo(target.path()).canonicalFilePath())
-        throw ToolError(WrongUsage, QStringLiteral("%1 is the database itself").arg(file));
+    refuseToReplace(file, target.path());
     if (kind != FileKind::SQLite2 && kind != FileKind::SQLite3 && kind != FileKind::PostgresArchive)
         throw ToolError(Failed, QStringLiteral("%1 is no backup").arg(file));
     if ((kind == FileKind::PostgresArchive) != target.isPostgres())

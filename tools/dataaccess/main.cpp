@@ -104,7 +104,7 @@ ExitCode run(const QStringList& arguments, QCommandLineParser& parser)
 
 ExitCode fail(const QCommandLineParser& parser, ExitCode code, QString text, const QString& advice = {})
 {
-    text = text.trimmed();
+    text = text.simplified(); // A server points at a place of the statement, in lines of their own.
     if (!text.endsWith(QLatin1Char('.')))
         text += QLatin1Char('.');
     Invocation::warn(QStringLiteral("dataaccess: ") + text +
@@ -139,7 +139,8 @@ int main(int argc, char** argv)
                     QStringLiteral("\"dataaccess check\" lists all faults."));
     } catch (const DataAccess::Exceptions::DbException& error) {
         return fail(parser, error.isUnavailable() ? Unavailable : Failed, QString::fromLocal8Bit(error.what()),
-                    verbose);
+                    error.isUnavailable() ? QStringLiteral("Try again when it can be reached and is not locked.")
+                                          : verbose);
     } catch (const std::exception& error) {
         return fail(parser, Failed, QString::fromUtf8(error.what()), verbose);
     }

@@ -1,6 +1,8 @@
 #include "database/sqlite2/WorkingCopy.h"
 
+#include "database/ExecutionException.h"
 #include "database/FilePath.h"
+#include "database/FilePublication.h"
 #include "database/sqlite2/CopyWriter.h"
 #include "database/sqlite2/LegacyFileError.h"
 #include "database/sqlite2/LockedFile.h"
@@ -14,7 +16,6 @@
 #include <QVariant>
 
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <new>
 #include <unistd.h>
@@ -29,19 +30,6 @@ struct TemporaryFile
     ~TemporaryFile() { QFile::remove(path); }
     const QString path;
 };
-
-/// Makes the content of the file, or the names in the folder, at @p path survive a power failure.
-bool flushToDisk(const QString& path)
-{
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    const bool flushed = ::fsync(descriptor) == 0;
-    const int reason = errno;
-    ::close(descriptor);
-    errno = reason;
-    return flushed;
-}
 
 void open(QSqlDatabase& connection, const QString& path)
 {
@@ -91,37 +79,26 @@ void WorkingCopy::make(LockedFile& legacy, const QByteArray& fingerprint) const
     const MakingLock lock(m_path + QLatin1String(".lock"));
     if (QFileInfo::exists(m_path))
         return; // Made by another thread or program meanwhile.
-    const TemporaryFile temporary{m_path + QLatin1String(".part")};
+    const TemporaryFile temporary{unfinishedName(m_path)};
     // Left behind by a process that was killed; nobody else has one while the lock is held.
     QFile::remove(temporary.path);
-    write(temporary.path, legacy, fingerprint);
-    publish(temporary.path);
+    try {
+        // Who may not read the legacy file may not read its copy.
+        createFileLike(temporary.path, m_legacyPath);
+        write(temporary.path, legacy, fingerprint);
+        publishFile(temporary.path, m_path);
+    } catch (const Exceptions::ExecutionException& error) {
+        throw LegacyFileError(QString::fromLocal8Bit(error.what()));
+    }
 }
 
 void WorkingCopy::write(const QString& path, LockedFile& legacy, const QByteArray& fingerprint) const
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        throw LegacyFileError(QStringLiteral("%1 can't be written: %2").arg(path, file.errorString()));
-    // Who may not read the legacy file may not read its copy.
-    file.setPermissions(QFile::permissions(m_legacyPath) | QFile::ReadOwner | QFile::WriteOwner);
-    file.close();
-
     PrivateConnection connection;
     LegacyFile content(FileImage(legacy.file(), legacy.journal()));
     open(connection, path);
     CopyWriter(connection).write(content, fingerprint);
     connection.close();
-}
-
-void WorkingCopy::publish(const QString& temporaryPath) const
-{
-    const bool published =
-        flushToDisk(temporaryPath) &&
-        std::rename(QFile::encodeName(temporaryPath).constData(), QFile::encodeName(m_path).constData()) == 0 &&
-        flushToDisk(QFileInfo(m_path).absolutePath());
-    if (!published)
-        throw LegacyFileError(QStringLiteral("%1 can't be written: %2").arg(m_path, qt_error_string(errno)));
 }
 
 void WorkingCopy::verify(const QByteArray& fingerprint) const

@@ -28,7 +28,6 @@ private:
     void requireWritable(const QString& path) const;
     void make(LockedFile& legacy, const QByteArray& fingerprint) const;
     void write(const QString& path, LockedFile& legacy, const QByteArray& fingerprint) const;
-    void publish(const QString& temporaryPath) const;
     void verify(const QByteArray& fingerprint) const;
 
     QString m_legacyPath;

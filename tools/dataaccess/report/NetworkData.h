@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QHash>
 #include <QJsonObject>
+#include <QMap>
 #include <QPointF>
 #include <QString>
 #include <QVector>
@@ -90,9 +91,9 @@ struct DetailRow
 /// What a report shows of a network: all that is neither marked deleted nor a snapshot.
 struct NetworkData
 {
-    QVector<CableRow> cables; ///< By number.
-    QHash<QString, StationRow> stations;
-    QHash<QString, QPointF> points; ///< Longitude and latitude.
+    QVector<CableRow> cables;           ///< By number.
+    QMap<QString, StationRow> stations; ///< In the order of their ids, so that a page is the same each time.
+    QHash<QString, QPointF> points;     ///< Longitude and latitude.
     QHash<QString, QStringList> routes;
     QHash<QString, DetailRow> details;
 
