@@ -89,7 +89,7 @@ bool backupSqlite(const QString& from, const QString& to, bool isUnseen, const B
     const File source = open(from, SQLITE_OPEN_READONLY);
     const File target = open(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     if (isUnseen)
-        execute(target, to, "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF");
+        execute(target, to, "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF");
     sqlite3_backup* const backup = sqlite3_backup_init(target.get(), "main", source.get(), "main");
     if (backup == nullptr)
         fail(to, sqlite3_errcode(target.get()));

@@ -19,8 +19,8 @@ const QString s_marker = QStringLiteral("dataaccess_copy");
 
 /// Rows between two looks at the progress, and rows and bytes of one transaction.
 constexpr int s_rowsAtOnce = 1000;
-constexpr int s_rowsKept = 20000;
-constexpr qint64 s_bytesKept = 16 << 20;
+constexpr int s_rowsKept = 50000;
+constexpr qint64 s_bytesKept = 32 << 20;
 
 /// The SHA-256 of the lines of a table, which takes a thread of its own as long as reading and writing them.
 class Digest

@@ -127,6 +127,9 @@ void DirectDatabase::connect()
     // A file that others have locked is not waited for without end either.
     if (m_settings.type == Enumerations::Postgres)
         m_database->Exec(QStringLiteral("SET lock_timeout = '10s'"));
+    // Rows in the order of their ids lie all over the file.
+    if (m_settings.type == Enumerations::SQLite3)
+        m_database->Exec(QStringLiteral("PRAGMA cache_size = -65536"));
 }
 
 QVector<SchemaState> DirectDatabase::schemas() const

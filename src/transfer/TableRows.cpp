@@ -49,8 +49,11 @@ QString selectOf(IDatabase& db, const SchemaTable& table, const StoredValue& aft
         condition = QStringLiteral(" WHERE %1%2 > %3")
                         .arg(quoted(table.key), isText ? QStringLiteral(" COLLATE \"C\"") : QString(), key);
     }
-    return QStringLiteral("SELECT %1 FROM %2%3 ORDER BY %4")
-        .arg(table.columnList(), quoted(table.name), condition, ordering(db, table));
+    // Told with each row, as looking for it beforehand would take a pass of its own.
+    const QString foreign = foreignTypeCondition(db, table);
+    return QStringLiteral("SELECT %1%2 FROM %3%4 ORDER BY %5")
+        .arg(table.columnList(), foreign.isEmpty() ? QString() : QLatin1String(", ") + foreign, quoted(table.name),
+             condition, ordering(db, table));
 }
 
 QString placeOf(const SchemaTable& table, const Row& row)
@@ -109,14 +112,6 @@ TableReader::TableReader(IDatabase& db, const SchemaTable& table, const StoredVa
     , m_table(table)
     , m_row(table.columns.size())
 {
-    const QString foreign = foreignTypeCondition(db, table);
-    if (!foreign.isEmpty()) {
-        const QVariant found = scalar(db, QStringLiteral("SELECT %1 FROM %2 WHERE %3 LIMIT 1")
-                                              .arg(quoted(table.columns.front().name), quoted(table.name), foreign));
-        if (found.isValid())
-            throw ContentError(
-                QStringLiteral("%1 %2: a value is not of the kind of its column").arg(table.name, found.toString()));
-    }
     const QString select = selectOf(db, table, after);
     if (isPostgres(db)) {
         // A result of PostgreSQL is held whole in memory: a cursor gives it in parts.
@@ -125,6 +120,7 @@ TableReader::TableReader(IDatabase& db, const SchemaTable& table, const StoredVa
         fetch();
     } else {
         m_reader = db.Read(select);
+        m_tellsForeignTypes = true;
     }
 }
 
@@ -161,6 +157,10 @@ bool TableReader::next()
         return false;
     }
     ++m_fetched;
+    if (m_tellsForeignTypes && m_reader->row().toBool(m_row.size())) {
+        m_row.front().read(m_reader->row(), 0, m_table.columns.front());
+        throw ContentError(placeOf(m_table, m_row) + QStringLiteral(": a value is not of the kind of its column"));
+    }
     for (int i = 0; i < m_row.size(); ++i) {
         if (!m_row[i].read(m_reader->row(), i, m_table.columns.at(i)))
             throw ContentError(QStringLiteral("%1: the value of the column %2 does not convert")

@@ -64,14 +64,14 @@ private:
 class DATAACCESS_EXPORT TableReader
 {
 public:
-    /// The rows whose key is behind @p after; all when that is null. Throws ExecutionException, and ContentError when
-    /// numbers are stored as something else.
+    /// The rows whose key is behind @p after; all when that is null. Throws ExecutionException.
     TableReader(Interfaces::IDatabase& db, const SchemaTable& table, const StoredValue& after = {});
     ~TableReader();
     TableReader(const TableReader&) = delete;
     TableReader& operator=(const TableReader&) = delete;
 
-    /// Moves to the next row; false after the last. Throws ExecutionException and ContentError.
+    /// Moves to the next row; false after the last. Throws ExecutionException, and ContentError for a value that does
+    /// not convert, or that SQLite holds as something else than its column says.
     bool next();
     const Row& row() const { return m_row; }
 
@@ -83,6 +83,7 @@ private:
     std::unique_ptr<Interfaces::IRowReader> m_reader;
     Row m_row;
     bool m_hasCursor = false;
+    bool m_tellsForeignTypes = false;
     int m_fetched = 0;
 };
 
