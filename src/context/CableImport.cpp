@@ -1,20 +1,22 @@
 #include "context/CableImport.h"
 
 #include "context/DefaultTypeIds.h"
-#include "context/EntityContent.h"
-#include "context/EntityReferences.h"
 #include "database/LoggingCategories.h"
+#include "entities/qor/Properties.h"
 
 #include <QSet>
 #include <QtMath>
 
 #include <algorithm>
+#include <functional>
 #include <type_traits>
 
 namespace DataAccess::Context {
 
 using namespace Cables::Entities;
 using namespace QOR::Entities::Enumerations;
+using QOR::Entities::copyProperties;
+using QOR::Entities::forEachReference;
 
 namespace {
 
@@ -101,11 +103,12 @@ void CableImport::collect(const std::shared_ptr<Interface>& object, bool comesBa
         return;
     const bool isKept = here && !givesWay(*here, known);
     forEachReference<T>([&](const auto& reference) {
-        using Target = typename std::decay_t<decltype(reference)>::Target;
-        const QUuid id = ((*entity).*reference.id)();
+        using Reference = std::decay_t<decltype(reference)>;
+        using Target = typename Reference::Target;
+        const QUuid id = std::invoke(Reference::get, *entity);
         // What is here may refer to what stands for the source's, or to something else by now.
-        if (!id.isNull() && (!isKept || ((*here).*reference.id)() == id))
-            collectReferred<Target>(id, ((*entity).*reference.object)(), comesBack);
+        if (!id.isNull() && (!isKept || std::invoke(Reference::get, *here) == id))
+            collectReferred<Target>(id, std::invoke(Reference::getObject, *entity), comesBack);
     });
     if constexpr (std::is_same_v<T, Route>) {
         QSet<QUuid> linked;
@@ -249,15 +252,16 @@ void CableImport::assignContent(const T& source, T& to)
 {
     // Not at once: a value that changes to and fro would count as changed.
     T content;
-    copyContent(source, content);
+    copyProperties(source, content);
     forEachReference<T>([&](const auto& reference) {
-        using Target = typename std::decay_t<decltype(reference)>::Target;
-        const QUuid here = (to.*reference.id)();
-        const QUuid id = standIn((content.*reference.id)());
+        using Reference = std::decay_t<decltype(reference)>;
+        using Target = typename Reference::Target;
+        const QUuid here = std::invoke(Reference::get, to);
+        const QUuid id = standIn(std::invoke(Reference::get, content));
         const bool isLost = !id.isNull() && !m_target.find<Target>(id) && m_target.find<Target>(here);
-        (content.*reference.setId)(isLost ? here : id);
+        std::invoke(Reference::set, content, isLost ? here : id);
     });
-    copyContent(content, to);
+    copyProperties(content, to);
 }
 
 template <typename T>
@@ -265,11 +269,12 @@ bool CableImport::complete(const T& source, T& here)
 {
     bool isCompleted = false;
     forEachReference<T>([&](const auto& reference) {
-        using Target = typename std::decay_t<decltype(reference)>::Target;
-        const QUuid id = (here.*reference.id)();
+        using Reference = std::decay_t<decltype(reference)>;
+        using Target = typename Reference::Target;
+        const QUuid id = std::invoke(Reference::get, here);
         if (!m_standIns.contains(id) || m_target.find<Target>(id))
             return;
-        (here.*reference.setId)(standIn(id));
+        std::invoke(Reference::set, here, standIn(id));
         isCompleted = true;
     });
     if constexpr (std::is_same_v<T, Station>) {

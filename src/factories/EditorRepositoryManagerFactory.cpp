@@ -2,18 +2,12 @@
 
 #include "factories/SharedChild.h"
 #include "repositories/cables/CableRepository.h"
-#include "repositories/cables/InsulationRepository.h"
-#include "repositories/cables/OwnerRepository.h"
 #include "repositories/cables/PhaseRepository.h"
+#include "repositories/cables/PlainRepositories.h"
 #include "repositories/cables/PointRepository.h"
 #include "repositories/cables/RatingRepository.h"
-#include "repositories/cables/RouteRepository.h"
-#include "repositories/cables/SegmentDetailRepository.h"
 #include "repositories/cables/SegmentRepository.h"
-#include "repositories/cables/SegmentTypeRepository.h"
 #include "repositories/cables/StationRepository.h"
-#include "repositories/cables/SwitchgearRepository.h"
-#include "repositories/cables/TerminationRepository.h"
 
 namespace DataAccess::Factories {
 

@@ -1,8 +1,8 @@
 #include "manager/EditorRepositoryManager.h"
 
-#include "repositories/cables/PhaseRepositoryCached.h"
-#include "repositories/cables/PointRepositoryCached.h"
-#include "repositories/cables/SegmentRepositoryCached.h"
+#include "repositories/cables/PhaseRepository.h"
+#include "repositories/cables/PointRepository.h"
+#include "repositories/cables/SegmentRepository.h"
 
 namespace DataAccess::Interfaces {
 

@@ -3,13 +3,8 @@
 #include "repositories/RepositoryCache.h"
 #include "repositories/cables/RatingRepository.h"
 #include "repositories/pd/PdFileRepository.h"
-#include "repositories/pd/PdIecOverviewRepository.h"
-#include "repositories/pd/PdLbDiagramRepository.h"
-#include "repositories/pd/PdMappingEventRepository.h"
 #include "repositories/pd/PdReportRepository.h"
-#include "repositories/pd/PdSummaryReporsitory.h"
-#include "repositories/pd/PdTaskInfoRepository.h"
-#include "repositories/pd/PdTaskRepository.h"
+#include "repositories/pd/PlainRepositories.h"
 
 namespace DataAccess::Interfaces {
 

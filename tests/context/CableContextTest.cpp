@@ -1,10 +1,8 @@
 #include "context/ContextDatabase.h"
 #include "context/FaultyRepository.h"
 #include "context/SampleNetwork.h"
-#include "repositories/cables/InsulationRepository.h"
-#include "repositories/cables/OwnerRepository.h"
 #include "repositories/cables/PhaseRepository.h"
-#include "repositories/cables/SegmentDetailRepository.h"
+#include "repositories/cables/PlainRepositories.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 

@@ -1,7 +1,7 @@
 #include "context/ContextDatabase.h"
 #include "context/FaultyRepository.h"
 #include "context/SampleNetwork.h"
-#include "repositories/cables/OwnerRepository.h"
+#include "repositories/cables/PlainRepositories.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 

@@ -2,7 +2,7 @@
 
 #include "repositories/pd/PdFileRepository.h"
 #include "repositories/pd/PdReportRepository.h"
-#include "repositories/pd/PdTaskRepository.h"
+#include "repositories/pd/PlainRepositories.h"
 
 using namespace Cables::Entities;
 using namespace PD::Entities;

@@ -1,7 +1,7 @@
 #include "context/ContextDatabase.h"
 #include "context/SampleNetwork.h"
 #include "repositories/pd/PdFileRepository.h"
-#include "repositories/pd/PdSummaryReporsitory.h"
+#include "repositories/pd/PlainRepositories.h"
 #include "support/TestMain.h"
 
 #include <QSignalSpy>

@@ -1,6 +1,6 @@
 #include "context/ContextDatabase.h"
 #include "context/SampleNetwork.h"
-#include "repositories/cables/SegmentDetailRepository.h"
+#include "repositories/cables/PlainRepositories.h"
 #include "repositories/cables/SegmentRepository.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"

@@ -38,8 +38,8 @@ Link makeLink(Get get, Set set, GetId getId, SetId setId)
 {
     using Place = std::decay_t<std::invoke_result_t<Get, P&>>;
     Link link;
-    link.makeParent = &make<P>;
-    link.makeChild = &make<C>;
+    link.makeParent = [] { return make<P>(); };
+    link.makeChild = [] { return make<C>(); };
     link.parentId = [=](const Object& child) { return std::invoke(getId, as<C>(child)); };
     link.setParentId = [=](const Object& child, const QUuid& id) { std::invoke(setId, as<C>(child), id); };
     if constexpr (std::is_convertible_v<std::shared_ptr<C>, Place>) {

@@ -1,13 +1,13 @@
 #include "database/Database.h"
 #include "repositories/EditorDatabase.h"
 #include "repositories/cables/CableRepository.h"
-#include "repositories/cables/OwnerRepository.h"
 #include "repositories/cables/PhaseRepository.h"
+#include "repositories/cables/PlainRepositories.h"
 #include "repositories/cables/PointRepository.h"
 #include "repositories/cables/RatingRepository.h"
-#include "repositories/cables/RouteRepository.h"
 #include "repositories/cables/SegmentRepository.h"
 #include "repositories/cables/StationRepository.h"
+#include "support/Entities.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
@@ -18,16 +18,9 @@ using namespace Cables::Entities;
 using namespace QOR::Entities::Enumerations;
 using TestSupport::EditorDatabase;
 using TestSupport::LogCapture;
+using TestSupport::make;
 
 namespace {
-
-template <typename T>
-std::shared_ptr<T> make()
-{
-    auto entity = std::make_shared<T>();
-    entity->SetId(QUuid::createUuid());
-    return entity;
-}
 
 std::shared_ptr<Owner> makeOwner(const QString& name)
 {

@@ -2,12 +2,10 @@
 #include "repositories/EditorDatabase.h"
 #include "repositories/FakeRepository.h"
 #include "repositories/cables/PhaseRepository.h"
-#include "repositories/cables/PhaseRepositoryCached.h"
+#include "repositories/cables/PlainRepositories.h"
 #include "repositories/cables/PointRepository.h"
-#include "repositories/cables/PointRepositoryCached.h"
-#include "repositories/cables/RouteRepository.h"
 #include "repositories/cables/SegmentRepository.h"
-#include "repositories/cables/SegmentRepositoryCached.h"
+#include "support/Entities.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
@@ -21,18 +19,11 @@ using namespace Cables::Entities;
 using namespace QOR::Entities::Enumerations;
 using Repositories::RepositoryCache;
 using TestSupport::EditorDatabase;
+using TestSupport::make;
 
 namespace {
 
 using Table = TestSupport::FakeRepository<Owner>;
-
-template <typename T>
-std::shared_ptr<T> make(const QUuid& id = QUuid::createUuid())
-{
-    auto entity = std::make_shared<T>();
-    entity->SetId(id);
-    return entity;
-}
 
 /// A cache of owners with what it offers to subclasses.
 class OwnerCache : public RepositoryCache<Owner>

@@ -8,6 +8,8 @@
 
 namespace PD::Entities {
 
+class PdTask;
+
 namespace Interfaces {
 class IPdReportPart;
 }
@@ -105,3 +107,20 @@ private:
 };
 
 } // namespace PD::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<PD::Entities::PdReport> = [] {
+    using namespace PD::Entities;
+    using E = PdReport;
+    return std::tuple{parent<PdTask, &E::TaskId, &E::SetTaskId, &E::Task, &E::SetTask>("taskId"),
+                      stored<&E::CreationTimestamp, &E::SetCreationTimestamp>("creationTimestamp"),
+                      stored<&E::Flags, &E::SetFlags>("flags"),
+                      stored<&E::Recommentation, &E::SetRecommentation>("recommentation"),
+                      stored<&E::Filter, &E::SetFilter>("filter"),
+                      children<&E::Files>("files"),
+                      children<&E::LbDiagram>("lbDiagram"),
+                      children<&E::Summary>("summary"),
+                      children<&E::TaskInfo>("taskInfo"),
+                      children<&E::IecOverview>("iecOverview"),
+                      children<&E::MappingEvents>("mappingEvents")};
+}();

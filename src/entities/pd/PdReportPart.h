@@ -47,13 +47,6 @@ public:
         this->assign(m_reportId, id);
     }
 
-    QJsonObject toJson() const override
-    {
-        QJsonObject json = QOR::Entities::StoredEntity<Interface>::toJson();
-        json.insert(QLatin1String("reportId"), QOR::Entities::toJsonValue(m_reportId));
-        return json;
-    }
-
 protected:
     PdReportPart() = default;
     PdReportPart(const PdReportPart&) = default;

@@ -1,15 +1,74 @@
-#include "entities/pd/IPdIecOverview.h"
-#include "entities/pd/IPdLbDiagram.h"
-#include "entities/pd/IPdMappingEvent.h"
-#include "entities/pd/IPdSummary.h"
-#include "entities/pd/IPdTaskInfo.h"
+// What belongs to one report, and how the report holds it.
+
+#include "entities/pd/PdIecOverview.h"
+#include "entities/pd/PdLbDiagram.h"
+#include "entities/pd/PdMappingEvent.h"
 #include "entities/pd/PdReport.h"
-#include "entities/pd/PdReportPart.h"
+#include "entities/pd/PdSummary.h"
+#include "entities/pd/PdTaskInfo.h"
+#include "entities/pd/private/TextForms.h"
 
 #include <algorithm>
 #include <unordered_set>
 
 namespace PD::Entities {
+
+using QOR::Entities::propertiesToJson;
+
+QJsonObject PdIecOverview::maxCharges() const
+{
+    return ChargeMap::toJson(m_maxCharges);
+}
+
+void PdIecOverview::setMaxCharges(const QMap<double, double>& charges)
+{
+    assign(m_maxCharges, storedText<ChargeMap>(m_maxCharges, charges));
+}
+
+double PdIecOverview::maxChargeAtVoltage(double voltage) const
+{
+    return ChargeMap::chargeAt(m_maxCharges, voltage);
+}
+
+QJsonObject PdIecOverview::medCharges() const
+{
+    return ChargeMap::toJson(m_medCharges);
+}
+
+void PdIecOverview::setMedCharges(const QMap<double, double>& charges)
+{
+    assign(m_medCharges, storedText<ChargeMap>(m_medCharges, charges));
+}
+
+double PdIecOverview::medChargeAtVoltage(double voltage) const
+{
+    return ChargeMap::chargeAt(m_medCharges, voltage);
+}
+
+QJsonObject PdIecOverview::toJson() const
+{
+    return propertiesToJson(*this);
+}
+
+QJsonObject PdLbDiagram::toJson() const
+{
+    return propertiesToJson(*this);
+}
+
+QJsonObject PdMappingEvent::toJson() const
+{
+    return propertiesToJson(*this);
+}
+
+QJsonObject PdSummary::toJson() const
+{
+    return propertiesToJson(*this);
+}
+
+QJsonObject PdTaskInfo::toJson() const
+{
+    return propertiesToJson(*this);
+}
 
 std::shared_ptr<Interfaces::IPdReportPart> PdReportListing::leave(const Interfaces::IPdReportPart& part,
                                                                   const QUuid& id) const

@@ -15,7 +15,7 @@ class IEntity;
 class QORENTITY_EXPORT IObserver
 {
 public:
-    virtual ~IObserver();
+    virtual ~IObserver() = default;
 
     /**
      * Called after one property of @p entity got another value, on the thread that changed it. The observer may detach

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "entities/qor/Entity.h"
-#include "entities/qor/JsonValues.h"
+#include "entities/qor/Properties.h"
 
 #include <memory>
 #include <utility>
@@ -17,7 +17,6 @@ class QORENTITY_EXPORT StoredEntity : public Entity, public Interface
 {
 public:
     const QUuid& Id() const override { return Entity::Id(); }
-    QJsonObject toJson() const override { return entityToJson(*this); }
 
 protected:
     StoredEntity() = default;
