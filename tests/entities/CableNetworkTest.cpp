@@ -151,16 +151,6 @@ private Q_SLOTS:
             QCOMPARE(entity->EntityState(), Normal);
     }
 
-    void parentsOnTheStackGiveTheirId()
-    {
-        Phase phase;
-        phase.SetId(QUuid::createUuid());
-        const auto segment = make<Segment>();
-        phase.AddSegment(segment);
-        QCOMPARE(segment->PhaseId(), phase.Id());
-        QVERIFY(!segment->Phase());
-    }
-
     void listsKeepTheCallersOrder()
     {
         Phase phase;

@@ -124,32 +124,6 @@ private Q_SLOTS:
         QCOMPARE(task.ReportLatest(), latest < 0 ? nullptr : reports[size_t(latest)]);
     }
 
-    void ownersGiveTheirId()
-    {
-        const auto task = makeTask();
-        const auto report = task->Reports().front();
-        QCOMPARE(report->Task().get(), task.get());
-        QCOMPARE(report->TaskId(), task->Id());
-        int parts = 0;
-        for (const auto& entity : familyOf(report)) {
-            if (const auto part = std::dynamic_pointer_cast<Interfaces::IPdReportPart>(entity)) {
-                QCOMPARE(part->reportId(), report->Id());
-                ++parts;
-            } else if (const auto file = std::dynamic_pointer_cast<Interfaces::IPdFile>(entity)) {
-                QCOMPARE(file->Report(), report);
-                QCOMPARE(file->ReportId(), report->Id());
-            }
-        }
-        QCOMPARE(parts, 7);
-
-        // An owner that no shared pointer holds cannot be referred to: its id is all that its children get.
-        PdTask local;
-        local.SetId(QUuid::createUuid());
-        local.SetReports({report});
-        QCOMPARE(report->TaskId(), local.Id());
-        QVERIFY(!report->Task());
-    }
-
     void linkingWhatIsStoredChangesNothing()
     {
         const auto task = makeTask();
