@@ -106,7 +106,7 @@ void CableImport::collect(const std::shared_ptr<Interface>& object, bool comesBa
         using Reference = std::decay_t<decltype(reference)>;
         using Target = typename Reference::Target;
         const QUuid id = std::invoke(Reference::get, *entity);
-        // What is here may refer to what stands for the source's, or to something else by now.
+        // The entity here may refer to a counterpart, or to something else by now.
         if (!id.isNull() && (!isKept || std::invoke(Reference::get, *here) == id))
             collectReferred<Target>(id, std::invoke(Reference::getObject, *entity), comesBack);
     });
@@ -161,7 +161,7 @@ void CableImport::place(const char* kind)
         else
             strangers.push_back(source.entity);
     }
-    // What is here has the names now that it will have, and nothing is here yet that was not here before.
+    // The names here are final now, and nothing has been inserted yet.
     if constexpr (isKnownByName<T>)
         findByName(strangers);
     for (const auto& stranger : strangers) {
@@ -242,7 +242,7 @@ bool CableImport::givesWay(const T& here, const Source<T>& source) const
     if (here.EntityState() == Deleted)
         return source.comesBack;
     const QDateTime& written = source.entity->Timestamp();
-    // What this import has made is New.
+    // Entities made by this import are New.
     const bool isUnsaved = here.EntityState() == New || m_isUnsaved(here);
     return !isUnsaved && written.isValid() && here.Timestamp().isValid() && written > here.Timestamp();
 }
@@ -250,7 +250,7 @@ bool CableImport::givesWay(const T& here, const Source<T>& source) const
 template <typename T>
 void CableImport::assignContent(const T& source, T& to)
 {
-    // Not at once: a value that changes to and fro would count as changed.
+    // By way of a copy: a value that is changed and changed back would make the entity Modified.
     T content;
     copyProperties(source, content);
     forEachReference<T>([&](const auto& reference) {
@@ -298,7 +298,7 @@ void CableImport::findByName(const Entities<T>& strangers)
     if (namesakes.isEmpty())
         return;
     for (const auto& entity : qAsConst(m_target.of<T>())) {
-        // One that the source has too is that one, and no other.
+        // An entity that is at the source by its id is no counterpart of another one.
         const auto found = namesakes.find(entity->Name());
         if (found != namesakes.end() && isLive(*entity) && !(isUnique<T> && sources<T>().contains(entity->Id())))
             found->push_back(entity);

@@ -38,7 +38,7 @@ private:
     struct Source
     {
         std::shared_ptr<T> entity;
-        /// What stands for it here is not to stay deleted.
+        /// Whether its counterpart here must not stay deleted.
         bool comesBack = false;
     };
     template <typename T>
@@ -52,14 +52,14 @@ private:
         return std::get<SourcesById<T>>(m_sources);
     }
 
-    /// Notes what @p object is, and what it refers to; but for points, which come with what refers to them.
+    /// Notes @p object and what it refers to; except for points, which are copied with what refers to them.
     template <typename T, typename Interface>
     void collect(const std::shared_ptr<Interface>& object, bool comesBack);
     void collectParts(const Cables::Entities::Cable& cable, bool comesBack);
     template <typename Target, typename Interface>
     void collectReferred(const QUuid& id, const std::shared_ptr<Interface>& object, bool comesBack);
 
-    /// Copies what was noted of one kind. What it refers to under other ids must have been copied before.
+    /// Copies the noted entities of one kind. The kinds that it refers to must have been copied before.
     template <typename T>
     void place(const char* kind);
     template <typename T>
@@ -75,19 +75,19 @@ private:
 
     template <typename T>
     bool givesWay(const T& here, const Source<T>& source) const;
-    /// Gives @p to all values of @p source, with the references to what stands for theirs here.
+    /// Gives @p to all values of @p source; references lead to the counterparts here.
     template <typename T>
     void assignContent(const T& source, T& to);
-    /// Gives @p here what it lacks, and tells whether that was anything.
+    /// Gives @p here what it lacks, and returns whether that changed anything.
     template <typename T>
     bool complete(const T& source, T& here);
 
-    /// Notes what of the target stands for those of @p strangers, none of which is here by its id, by their names.
+    /// Finds counterparts by name for @p strangers, whose ids are not here.
     template <typename T>
     void findByName(const Entities<T>& strangers);
     template <typename T>
     bool isSameThing(const T& source, const T& here);
-    /// Whether two ids are of things here that cannot be told apart.
+    /// Whether two ids belong to entities here that cannot be told apart.
     template <typename T>
     bool areSameThing(const QUuid& left, const QUuid& right);
     QUuid standIn(const QUuid& id) const { return m_standIns.value(id, id); }
@@ -96,7 +96,7 @@ private:
     const IsUnsaved m_isUnsaved;
     const bool m_hasImages;
     ForEachCableKind<SourcesById> m_sources;
-    /// What is here under another id, by the id that it has at the source.
+    /// The id of the counterpart here, by the id at the source.
     QHash<QUuid, QUuid> m_standIns;
     std::vector<EntityPointer> m_changed;
     bool m_isIncomplete = false;

@@ -43,7 +43,7 @@ void Cable::SetId(const QUuid& id)
     StoredEntity::SetId(id);
     if (!hadNone)
         return;
-    // What was linked before could not know the id.
+    // The objects linked before this could not be given the id.
     const std::vector<std::shared_ptr<Interfaces::IPhase>> phases = m_phases.items();
     for (const std::shared_ptr<Interfaces::IPhase>& phase : phases)
         adopt(*phase);

@@ -59,7 +59,8 @@ public:
     void AddFile(const std::shared_ptr<Interfaces::IPdFile>& file) override;
     void RemoveFile(const std::shared_ptr<Interfaces::IPdFile>& file) override;
 
-    // These show what has this report's id already: nothing that is stored changes, there or at what was shown before.
+    // These list objects that have this report's id already. Nothing that is stored changes, neither in them nor in
+    // those listed before.
     void LinkFiles(std::vector<std::shared_ptr<Interfaces::IPdFile>> files);
     void LinkLbDiagram(std::shared_ptr<Interfaces::IPdLbDiagram> diagram);
     void LinkSummary(std::shared_ptr<Interfaces::IPdSummary> summary);

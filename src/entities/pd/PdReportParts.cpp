@@ -83,7 +83,7 @@ void PdReport::visitParts(const Visitor& visit) const
         if (part)
             visit(*part);
     };
-    // Copies: who is told of a change may change the lists.
+    // Copied because an observer may change the lists.
     const auto overview = m_iecOverview;
     const auto events = m_mappingEvents;
     std::for_each(overview.begin(), overview.end(), visitOne);
@@ -104,7 +104,7 @@ void PdReport::SetId(const QUuid& id)
     StoredEntity::SetId(id);
     if (!hadNone)
         return;
-    // What was linked before could not know the id.
+    // The objects linked before this could not be given the id.
     const std::vector<std::shared_ptr<Interfaces::IPdFile>> files = Files();
     for (const std::shared_ptr<Interfaces::IPdFile>& file : files)
         adopt(*file);
@@ -143,7 +143,7 @@ void PdReport::assignParts(PartList<T> list, const std::vector<std::shared_ptr<T
         if (PdReport* const other = noteListed(*part))
             others.insert(other);
     }
-    // At once: one after the other would take the square of their number.
+    // All at once, since dropping them one by one would take quadratic time.
     for (PdReport* const other : others)
         other->dropMoved(list);
     for (const std::shared_ptr<T>& part : children)
@@ -185,7 +185,7 @@ void PdReport::linkParts(PartList<T> list, std::vector<std::shared_ptr<T>> parts
 /// Notes that this report lists @p part; gives another report that did, and has to drop it.
 PdReport* PdReport::noteListed(Interfaces::IPdReportPart& part)
 {
-    // A part of the application's own making has no such note.
+    // A part of an application's own class keeps no such note.
     auto* const listing = dynamic_cast<PdReportListing*>(&part);
     if (!listing)
         return nullptr;
@@ -208,7 +208,7 @@ void PdReport::release(Interfaces::IPdReportPart& part) const
         part.setReportId(QUuid());
 }
 
-/// Takes @p part out of its place, and gives it.
+/// Takes @p part out of its place, and returns it.
 std::shared_ptr<Interfaces::IPdReportPart> PdReport::drop(const Interfaces::IPdReportPart& part)
 {
     std::shared_ptr<Interfaces::IPdReportPart> dropped;

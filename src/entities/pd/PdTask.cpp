@@ -28,7 +28,7 @@ void PdTask::SetId(const QUuid& id)
     StoredEntity::SetId(id);
     if (!hadNone)
         return;
-    // What was linked before could not know the id.
+    // The objects linked before this could not be given the id.
     const std::vector<std::shared_ptr<Interfaces::IPdReport>> reports = Reports();
     for (const std::shared_ptr<Interfaces::IPdReport>& report : reports)
         adopt(*report);

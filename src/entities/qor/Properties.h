@@ -34,7 +34,7 @@ QORENTITY_EXPORT QJsonValue toJsonValue(const QByteArray& bytes);
 QORENTITY_EXPORT QJsonValue toJsonValue(const std::vector<QUuid>& ids);
 QORENTITY_EXPORT QJsonValue toJsonValue(const QHash<QString, QString>& texts);
 
-/// What JSON has a form for, and numbers that are none of the above: enumerations too are their numbers.
+/// The same for the types that JSON has itself, for other numbers and for enumerations, which become their numbers.
 template <typename T>
 QJsonValue toJsonValue(const T& value)
 {
@@ -188,7 +188,7 @@ QJsonObject propertiesToJson(const E& entity)
     return json;
 }
 
-/// Whether a value that may be missing in an object is.
+/// Whether a value that an object may lack is null or NaN.
 template <typename T>
 bool isMissing(const T& value)
 {

@@ -28,7 +28,7 @@ public:
         if (entity.Id().isNull())
             return;
         entity.detach(this);
-        // Who waited may end this object now.
+        // The callback may destroy this object.
         const Callback arrived = std::move(m_arrived);
         arrived(entity.Id());
     }

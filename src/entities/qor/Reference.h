@@ -11,7 +11,7 @@
 
 namespace QOR::Entities {
 
-/// Waits for an entity that has no id yet. A copy waits for nothing.
+/// Waits until an entity that has no id yet gets one. A copy of this object does not wait.
 class QORENTITY_EXPORT IdArrival
 {
 public:
@@ -30,9 +30,9 @@ public:
     {
         awaitEntity(std::dynamic_pointer_cast<Interfaces::IEntity>(object), std::move(arrived));
     }
-    /// Waits for what @p other waits for; no longer when that is nothing.
+    /// Waits for the same entity as @p other; stops waiting when that one does not wait.
     void awaitSameAs(const IdArrival& other, Callback arrived);
-    /// Waits no longer.
+    /// Stops waiting.
     void stop();
 
 private:

@@ -37,8 +37,8 @@ protected:
         assignReference(reference, id, std::move(object));
     }
 
-    /// Points a reference at the object that has its id, or at none. That is all: nothing that is stored changes, here
-    /// or there.
+    /// Points a reference at the object that has its id, or at none. Nothing that is stored changes, neither here nor
+    /// at the object.
     template <typename ReferenceType, typename T>
     void linkReference(ReferenceType& reference, std::shared_ptr<T> object)
     {

@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    /// The tables beside the cables that the full statements join. Those of the cable book are not of our making.
+    /// Whether all tables that the full statements join are there. The suite's cable book makes its own.
     static bool hasEvaluations(IDatabase& db)
     {
         const QStringList tables = db.Tables();
@@ -104,7 +104,7 @@ private:
 
     static void readEvaluation(const IValueConverter& row, Cable& cable)
     {
-        // What there is of a NULL depends on the backend, but for a NULL number it is NaN everywhere.
+        // What a NULL converts to depends on the backend, except that a NULL number is NaN everywhere.
         const bool hasMeasure = !std::isnan(row.toDouble(MeasureId));
         const bool hasTask = row.columnCount() > TaskId;
         const QUuid task = hasTask ? row.toUuid(TaskId) : QUuid();

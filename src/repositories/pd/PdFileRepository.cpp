@@ -138,7 +138,7 @@ PdFileRepository::Entities PdFileRepository::GetByReportId(const std::vector<QUu
 
 Database::Task<std::shared_ptr<PdFile>>* PdFileRepository::GetByReportIdAsync(QUuid reportId, bool withoutContent)
 {
-    // The content of the others would be read for nothing.
+    // Without their content, since only that of one file is needed.
     return submit<std::shared_ptr<PdFile>>([table = table(), mapping = mapping(),
                                             candidates = getRecordsByIdFunction({reportId}, true), withoutContent,
                                             function = Q_FUNC_INFO](IDatabase& db) {

@@ -32,8 +32,8 @@ public:
     EntityBatch& operator=(const EntityBatch&) = delete;
     ~EntityBatch() = default;
 
-    /// Stops at the first row that fails, but passes over those that are not there to be updated, so that all of them
-    /// are told; in both cases nothing is kept.
+    /// Stops at the first row that fails. Rows that are missing are passed over, so that each of them is reported. In
+    /// both cases nothing of the batch is kept.
     bool write(Write kind, const QString& table)
     {
         m_kind = kind;
@@ -97,7 +97,7 @@ private:
         ++m_next;
     }
 
-    /// What a write leaves in @p entity, once it is in the table: its time, and the state of a stored one.
+    /// Gives @p entity, which is in the table now, the time of the write and the state of a stored one.
     void markWritten(const std::shared_ptr<T>& entity) const
     {
         using namespace QOR::Entities::Enumerations;
@@ -107,7 +107,7 @@ private:
             entity->SetEntityState(Normal);
     }
 
-    /// The row that an exception is about: the one that was being bound, or else the first without an answer.
+    /// The row that caused an exception: the one being bound, or else the first without an answer.
     QUuid failedRow()
     {
         if (m_bound != nullptr)
@@ -131,7 +131,7 @@ private:
     std::optional<Database::BatchCache> m_cache;
     Interfaces::IRowWriter* m_writer = nullptr;
     const T* m_bound = nullptr;
-    typename Rows::const_iterator m_next; // the first that is not known to be written
+    typename Rows::const_iterator m_next; // the first one without an answer
     bool m_isIncomplete = false;
 };
 

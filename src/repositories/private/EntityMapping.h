@@ -33,7 +33,7 @@ struct Statements
 /// The two ways to write a row.
 enum class Write { Insert, Update };
 
-/// How the entities of one table are stored: the statements, and what stands between a row and an object.
+/// Stores the entities of one table: gives the statements, and turns rows into objects and back.
 template <typename T>
 class EntityMapping
 {
@@ -55,7 +55,7 @@ public:
     virtual QString getAll(Interfaces::IDatabase& /*db*/) const { return statements().getAll; }
     virtual QString getById(Interfaces::IDatabase& /*db*/) const { return statements().getById; }
 
-    /// How an id stands in the text of a statement; null for an id that no row has.
+    /// The text of an id in a statement; null for an id that no row can have.
     virtual QString idText(const QUuid& id) const { return id.toString(); }
 
     /// The id of the current row.

@@ -12,8 +12,9 @@
 namespace DataAccess::Repositories {
 
 /**
- * Which objects have had their content, the column too heavy to be read each time. The update of another one must keep
- * what is stored, unless it brings content of its own. Does not keep the objects alive. Used on the worker's thread.
+ * Remembers which objects were read or written with their content, a column too heavy to be read each time. The update
+ * of any other object must keep the stored content, unless it brings its own. Does not keep the objects alive. Used on
+ * the worker's thread.
  */
 template <typename T>
 class LoadedContent

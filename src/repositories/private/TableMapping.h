@@ -15,7 +15,7 @@
 
 namespace DataAccess::Repositories {
 
-/// How a value of each type stands in a column.
+/// Reads and binds a value of each type.
 template <typename Value>
 struct PlainForm
 {
