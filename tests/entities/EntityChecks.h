@@ -9,6 +9,14 @@
 
 namespace TestSupport {
 
+/// The name of an operation of a class, as the compiler writes it.
+template <auto operation>
+QString nameOf()
+{
+    const QString name = QString::fromLatin1(Q_FUNC_INFO).remove(QLatin1Char(']'));
+    return name.mid(name.lastIndexOf(QLatin1Char(':')) + 1);
+}
+
 /// Counts how often it is told of a change.
 class CountingObserver final : public QOR::Entities::Interfaces::IObserver
 {

@@ -16,6 +16,8 @@
 #include "entities/pd/PdTaskInfo.h"
 #include "support/TestMain.h"
 
+#include <QJsonArray>
+
 #include <array>
 #include <functional>
 
@@ -39,7 +41,11 @@ struct Link
     using Child = C;
     static constexpr bool isSingle = std::is_convertible_v<std::shared_ptr<C>, Place>;
     static constexpr bool hasParent = !std::is_null_pointer_v<decltype(setParentObject)>;
+    /// The route of a cable is stored at both ends.
+    static constexpr bool isStoredByParent = std::is_same_v<C, Route>;
     static constexpr bool hasAdd = !std::is_null_pointer_v<decltype(addChild)>;
+
+    static QString listName() { return TestSupport::nameOf<getChildren>(); }
 
     static Children children(const P& parent)
     {
@@ -114,6 +120,8 @@ struct Family
             if ((children[c]->EntityState() == Modified) != (parentOf[c] != before[c]))
                 return false;
             for (std::size_t p = 0; p < 2; ++p) {
+                if (!L::isStoredByParent && parents[p]->EntityState() != Normal)
+                    return false;
                 const auto listed = L::children(*parents[p]);
                 if (std::count(listed.begin(), listed.end(), children[c]) != (int(p) == parentOf[c] ? 1 : 0))
                     return false;
@@ -215,6 +223,15 @@ void childrenLearnTheIdOfTheirParent()
 {
     const Family<L> family;
     const auto& child = family.children[0];
+    const QJsonObject before = family.parents[0]->toJson();
+    L::replace(*family.parents[0], {child});
+    const QStringList members = TestSupport::changedMembers(before, family.parents[0]->toJson());
+    QString name = L::listName() + (L::isStoredByParent ? QStringLiteral("Id") : QString());
+    QCOMPARE(members, QStringList(name.replace(0, 1, name[0].toLower())));
+    const QJsonValue id = child->Id().toString();
+    QCOMPARE(family.parents[0]->toJson().value(name), L::isSingle ? id : QJsonValue(QJsonArray{id}));
+
+    L::replace(*family.parents[0], {});
     family.parents[0]->SetId(QUuid());
     L::replace(*family.parents[0], {child});
     child->SetEntityState(Normal);

@@ -40,14 +40,6 @@ using QOR::Entities::PropertyKind;
 
 namespace {
 
-/// The name of an operation of a class, as the compiler writes it.
-template <auto operation>
-QString nameOf()
-{
-    const QString name = QString::fromLatin1(Q_FUNC_INFO).remove(QLatin1Char(']'));
-    return name.mid(name.lastIndexOf(QLatin1Char(':')) + 1);
-}
-
 /// Adds a row for each property of the entity E, and one more for each reference.
 template <typename E>
 void addRows(const char* entity)
@@ -58,7 +50,7 @@ void addRows(const char* entity)
             const char* const name = property.name;
             const std::function<void()> check = [name] {
                 // The member bears the name of the getter, but for what is kept as a text.
-                QVERIFY2(nameOf<P::get>().contains(QLatin1String(name), Qt::CaseInsensitive), name);
+                QVERIFY2(TestSupport::nameOf<P::get>().contains(QLatin1String(name), Qt::CaseInsensitive), name);
                 TestSupport::checkProperty<E, P>(name);
             };
             QTest::addRow("%s.%s", entity, name) << check;
@@ -141,35 +133,6 @@ private Q_SLOTS:
                  QStringLiteral(R"([0.5,null,"ü",null,"ID",null,"2020-02-29",null,"2020-02-29T22:59:59.999Z",null,)"
                                 R"("YQBi",null,["ID",null],4000000000,-1,true,"ID",null,["ID"],[""]])"));
         QCOMPARE(owner->toJson().keys().join(QLatin1Char(' ')), QStringLiteral("deleted id name snap timestamp"));
-    }
-
-    void childrenInJson()
-    {
-        const auto phase = TestSupport::make<Phase>();
-        const auto segment = TestSupport::make<Segment>();
-        phase->AddSegment(segment);
-        const auto cable = TestSupport::make<Cable>();
-        cable->AddPhase(phase);
-        QCOMPARE(cable->toJson().value(QLatin1String("phases")), QJsonValue(QJsonArray{phase->Id().toString()}));
-        QCOMPARE(phase->toJson().value(QLatin1String("segments")), QJsonValue(QJsonArray{segment->Id().toString()}));
-        const auto report = TestSupport::make<PdReport>();
-        report->SetFiles({TestSupport::make<PdFile>()});
-        report->SetLbDiagram(TestSupport::make<PdLbDiagram>());
-        report->setSummary(TestSupport::make<PdSummary>());
-        report->setTaskInfo(TestSupport::make<PdTaskInfo>());
-        report->setIecOverview({TestSupport::make<PdIecOverview>()});
-        report->setMappingEvents({TestSupport::make<PdMappingEvent>()});
-        PdTask task;
-        task.SetReports({report});
-        QCOMPARE(task.toJson().value(QLatin1String("reports")), QJsonValue(QJsonArray{report->Id().toString()}));
-        const QJsonObject json = report->toJson();
-        const auto idOf = [](const auto& child) { return child->Id().toString(); };
-        QCOMPARE(json.value(QLatin1String("files")), QJsonValue(QJsonArray{idOf(report->Files()[0])}));
-        QCOMPARE(json.value(QLatin1String("lbDiagram")), QJsonValue(idOf(report->LbDiagram())));
-        QCOMPARE(json.value(QLatin1String("summary")), QJsonValue(idOf(report->Summary())));
-        QCOMPARE(json.value(QLatin1String("taskInfo")), QJsonValue(idOf(report->TaskInfo())));
-        QCOMPARE(json.value(QLatin1String("iecOverview")), QJsonValue(QJsonArray{idOf(report->IecOverview()[0])}));
-        QCOMPARE(json.value(QLatin1String("mappingEvents")), QJsonValue(QJsonArray{idOf(report->MappingEvents()[0])}));
     }
 
     void unknownNumbersAreUnknown()
