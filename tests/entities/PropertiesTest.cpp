@@ -135,6 +135,21 @@ private Q_SLOTS:
         QCOMPARE(owner->toJson().keys().join(QLatin1Char(' ')), QStringLiteral("deleted id name snap timestamp"));
     }
 
+    /// No table misses these when they are left out of the lists.
+    void membersWithoutAColumn()
+    {
+        const auto missing = [](const QJsonObject& json, const char* names) {
+            QStringList list = QString::fromLatin1(names).split(QLatin1Char(' '));
+            for (const QString& name : json.keys())
+                list.removeAll(name);
+            return list;
+        };
+        QCOMPARE(missing(Cable().toJson(), "qrCode ratingMeasureID"), QStringList());
+        QCOMPARE(missing(PdTask().toJson(), "maxVoltage pdiv pdev"), QStringList());
+        QCOMPARE(missing(PdReport().toJson(), "filter"), QStringList());
+        QCOMPARE(missing(CablebookMeasure().toJson(), "measureId lastEditDate"), QStringList());
+    }
+
     void unknownNumbersAreUnknown()
     {
         Cable cable;

@@ -138,31 +138,6 @@ private Q_SLOTS:
         QCOMPARE(owners.GetById(owner->Id())->EntityState(), Snapshot);
     }
 
-    void rowsAreFoundByTheirParent_data() { TestSupport::addBackends(); }
-    void rowsAreFoundByTheirParent()
-    {
-        EditorDatabase database;
-        auto phases = database.repository<Repositories::PhaseRepository>();
-        auto segments = database.repository<Repositories::SegmentRepository>();
-        const QUuid parent = QUuid::createUuid();
-        const auto phase = make<Phase>();
-        phase->SetCableId(parent);
-        phase->SetIndex(2);
-        const auto segment = make<Segment>();
-        segment->SetPhaseId(parent);
-        segment->SetLength(12.5);
-        segment->SetInstallationDate(QDate(2001, 2, 3));
-        QVERIFY(phases.Insert({phase, make<Phase>()}));
-        QVERIFY(segments.Insert({segment, make<Segment>()}));
-
-        QCOMPARE(phases.GetByCableId(parent).keys(), QList<QUuid>{phase->Id()});
-        QCOMPARE(phases.GetByCableId(parent).value(phase->Id())->toJson(), phase->toJson());
-        QCOMPARE(segments.GetByPhaseId(parent).keys(), QList<QUuid>{segment->Id()});
-        QCOMPARE(segments.GetByPhaseId(parent).value(segment->Id())->toJson(), segment->toJson());
-        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_segment WHERE point IS NULL")).toInt(), 2);
-        QVERIFY(phases.GetByCableId(QUuid::createUuid()).isEmpty());
-    }
-
     void aRouteFindsItsPoints_data() { TestSupport::addBackends(); }
     void aRouteFindsItsPoints()
     {

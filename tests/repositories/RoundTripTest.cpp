@@ -162,10 +162,8 @@ using DatabaseOf = std::conditional_t<std::is_base_of_v<PD::Entities::Interfaces
 template <typename T>
 QString difference(const T& stored, const T& read)
 {
-    if (stored.Timestamp() != read.Timestamp() || read.Timestamp().timeSpec() != Qt::UTC)
-        return QStringLiteral("timestamp");
-    if (stored.EntityState() != read.EntityState())
-        return QStringLiteral("state");
+    if (read.Timestamp().timeSpec() != Qt::UTC || read.EntityState() != stored.EntityState())
+        return QStringLiteral("time zone or state");
     return TestSupport::changedMembers(stored.toJson(), read.toJson()).join(QLatin1Char(' '));
 }
 
