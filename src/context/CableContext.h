@@ -108,7 +108,9 @@ private:
     static void insertDefaults(const Interfaces::IEditorRepositoryManager& manager);
     /// Gives the reason when something cannot be read; then nothing has changed here.
     QString load();
+    /// Repairs what was just read, saves that, and gives everything the state of its row.
     void cleanup();
+    /// Links what is here to one another.
     void concat();
     bool isReadyForImport();
     void importWith(const std::vector<std::shared_ptr<Cable>>& cables, const RatingsByCable& ratings);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "database/DataAccessExport.h"
-#include "manager/RepositorySlot.h"
 
 #include <QObject>
 
@@ -41,15 +40,16 @@ public:
     bool SchemaIsNewer() const;
 
 protected:
-    /// Puts @p repository into @p slot, with a new cached view; the one that is there already keeps its view.
-    template <typename Plain, typename Cache>
-    void install(RepositorySlot<Plain, Cache>& slot, const std::shared_ptr<Plain>& repository)
+    /// Puts @p repository into @p slot, with a new cached view where the slot has one; the repository that is there
+    /// already keeps its view.
+    template <typename Slot, typename Plain>
+    void install(Slot& slot, const std::shared_ptr<Plain>& repository)
     {
         if (slot.set(repository))
             m_repositories.emplace_back(repository);
     }
 
-    /// Every repository that was ever installed, in that order, those that are gone included.
+    /// Every repository that was ever installed behind a view, in that order; those that are gone have expired.
     const std::vector<std::weak_ptr<void>>& repositories() const;
 
 private:

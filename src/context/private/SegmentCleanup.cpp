@@ -1,6 +1,5 @@
-#include "context/SegmentCleanup.h"
-
 #include "context/CableContext.h"
+#include "context/private/Networks.h"
 #include "database/LoggingCategories.h"
 
 #include <QSet>

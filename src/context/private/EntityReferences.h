@@ -1,6 +1,6 @@
 #pragma once
 
-#include "context/CableNetwork.h"
+#include "context/private/Networks.h"
 
 namespace DataAccess::Context {
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "context/Guarded.h"
-#include "repositories/IRepository.h"
+#include "context/private/Loading.h"
 
 #include <QHash>
 
@@ -10,10 +9,10 @@
 
 namespace DataAccess::Context {
 
-/// Inserts those of @p entities whose ids @p repository, which may be null, does not have. Rows that are there stay.
-/// False when the database is out of reach.
+/// Inserts those of @p entities, of the kind called @p kind, whose ids @p repository, which may be null, does not have.
+/// Rows that are there stay. False when the database is out of reach.
 template <typename T>
-bool insertMissing(const std::shared_ptr<Interfaces::IRepository<T>>& repository,
+bool insertMissing(const char* kind, const std::shared_ptr<Interfaces::IRepository<T>>& repository,
                    const std::vector<std::shared_ptr<T>>& entities)
 {
     if (!repository)
@@ -28,7 +27,7 @@ bool insertMissing(const std::shared_ptr<Interfaces::IRepository<T>>& repository
     if (!watch.failed() && !missing.empty())
         guarded(Q_FUNC_INFO, [&] { return repository->Insert(missing); });
     if (watch.failed())
-        qCWarning(lcContext).noquote() << "The default types are not stored:" << failureText<T>(watch);
+        qCWarning(lcContext).noquote() << "The default types are not stored:" << failureText(kind, watch);
     return !watch.isUnavailable();
 }
 

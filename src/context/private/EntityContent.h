@@ -1,6 +1,6 @@
 #pragma once
 
-#include "context/CableNetwork.h"
+#include "context/private/Networks.h"
 
 /// Gives an entity all stored values of another one, ids of references included; not its id, state, time stamp or
 /// links.

@@ -1,4 +1,4 @@
-#include "context/EntityContent.h"
+#include "context/private/EntityContent.h"
 
 namespace DataAccess::Context {
 

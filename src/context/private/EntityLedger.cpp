@@ -1,6 +1,4 @@
-#include "context/EntityLedger.h"
-
-#include "context/OwnedEntities.h"
+#include "context/private/EntityLedger.h"
 
 #include <utility>
 
@@ -86,7 +84,7 @@ void EntityLedger::noteLoaded(const EntityPointer& entity)
         noteChange(*entity, false);
 }
 
-void EntityLedger::take(const EntityPointer& row, bool replaces)
+void EntityLedger::receive(const EntityPointer& row, bool replaces)
 {
     const EntityPointer here = filedInPlaceOf(row);
     const Record* known = here ? find(*here) : nullptr;
@@ -183,15 +181,13 @@ void EntityLedger::adoptLinked()
         const EntityPointer entity = std::move(changed.back());
         changed.pop_back();
         const bool isReferredOnly = find(*entity)->isReferredOnly;
-        visitBonds(*entity, [&](const EntityPointer& linked, Bond bond) {
+        visitBonds(entity, [&](const EntityPointer& linked, Bond bond) {
             if (adoptLinked(linked, isReferredOnly || bond == Bond::Referred))
                 changed.push_back(linked);
         });
     }
 }
 
-/// Takes in what another entity is linked to, unless it is known or another object stands for its row; tells whether
-/// its own links have to be looked at now.
 bool EntityLedger::adoptLinked(const EntityPointer& entity, bool isReferredOnly)
 {
     const auto known = m_records.find(entity.get());

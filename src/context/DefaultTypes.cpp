@@ -1,10 +1,7 @@
 #include "context/CableContext.h"
-#include "context/CableNetwork.h"
-#include "context/DefaultTypeIds.h"
-#include "context/InsertMissing.h"
-#include "database/LoggingCategories.h"
+#include "context/private/InsertMissing.h"
+#include "context/private/Networks.h"
 #include "manager/AbstractRepositoryManager.h"
-#include "manager/IEditorRepositoryManager.h"
 
 #include <QSet>
 
@@ -202,11 +199,14 @@ void CableContext::insertDefaults(const Interfaces::IEditorRepositoryManager& ma
 {
     const DefaultTypes types = defaultTypes();
     // Once the database is out of reach, each of the others would wait for it in vain.
-    static_cast<void>(insertMissing(manager.InsulationRepository(), types.insulations) &&
-                      insertMissing(manager.SegmentTypeRepository(), types.segmentTypes) &&
-                      insertMissing(manager.SwitchgearRepository(), makeAll<Switchgear>(s_switchgears)) &&
-                      insertMissing(manager.TerminationRepository(), makeAll<Termination>(s_terminations)) &&
-                      insertMissing(manager.SegmentDetailRepository(), types.segmentDetails));
+    const auto insert = [&manager](const auto& entities) {
+        using T = typename std::decay_t<decltype(entities)>::value_type::element_type;
+        const auto& kind = Manager::kindOf<T>(Manager::editorKinds);
+        return insertMissing(kind.name, (manager.*kind.repository)(), entities);
+    };
+    static_cast<void>(insert(types.insulations) && insert(types.segmentTypes) &&
+                      insert(makeAll<Switchgear>(s_switchgears)) && insert(makeAll<Termination>(s_terminations)) &&
+                      insert(types.segmentDetails));
 }
 
 } // namespace DataAccess::Context
