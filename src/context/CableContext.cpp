@@ -17,7 +17,7 @@ using CableLedger = KindLedger<CableNetwork>;
 
 namespace {
 
-/// The loads of all kinds, and what they give.
+/// Loads all kinds at once: the worker reads one after the other while the context waits.
 class NetworkLoad
 {
 public:
@@ -145,7 +145,7 @@ void CableContext::cleanup()
         repairJoints(m_data->ledger->network());
     }
     saveChanges();
-    // Saving made them Normal; what was loaded as a snapshot goes on being one.
+    // The save has made all Normal; what was loaded as a snapshot is to show that again.
     m_data->ledger->settleLoaded();
 }
 
@@ -192,7 +192,7 @@ bool CableContext::isReadyForImport()
 {
     QString failure;
     if (!isLoaded() && !hasLoadFailed()) {
-        // Without a reload(), which would let go of what the application has attached.
+        // A reload() would drop what the application has attached.
         failure = load();
         if (failure.isEmpty())
             finishLoading({});

@@ -38,7 +38,7 @@ void PdContext::SetCableContext(const std::shared_ptr<CableContext>& context)
     if (!context)
         return;
     shareTurns(*context);
-    // A task keeps its cable alive: one of a network that was loaded before has to be let go of at once.
+    // A task keeps its cable alive, so it must drop one of the former network at once.
     connect(context.get(), &CableContext::loadingCompleted, this, &PdContext::linkToCables, Qt::DirectConnection);
 }
 
@@ -130,7 +130,7 @@ void PdContext::concat()
 {
     PdLedger& ledger = *m_data->ledger;
     ledger.adoptLinked();
-    // What is marked deleted is not listed, though it may not show that.
+    // Links depend on the marks, which entities may hide.
     const auto states = ledger.showMarks();
     {
         const EntityLedger::Deafness deafness(ledger, EntityLedger::Deafness::ToAll);

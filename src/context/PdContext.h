@@ -71,7 +71,7 @@ public:
 private:
     struct Data;
 
-    /// Gives the reason when something cannot be read.
+    /// Reads all kinds but files. Gives the reason when something cannot be read.
     QString load();
     void loadFilesOf(const QUuid& reportId, Repositories::PdFileRepository& repository);
     /// Links what is here to one another, and to the cable context.

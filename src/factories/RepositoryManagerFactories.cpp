@@ -7,7 +7,7 @@ namespace DataAccess::Factories {
 
 namespace {
 
-/// Makes the parent of @p child, which others own, let go of it where it would delete it: at its own end.
+/// Makes the parent of @p child, which others own, release it at its own end instead of deleting it.
 void keepFromDeletion(QObject& child)
 {
     if (child.parent() == nullptr)

@@ -30,12 +30,12 @@ public:
     AbstractRepositoryManager(const AbstractRepositoryManager&) = delete;
     AbstractRepositoryManager& operator=(const AbstractRepositoryManager&) = delete;
 
-    /// The context that works on this manager, held weakly: null when none was set, and when it is gone.
+    /// Sets the context that works on this manager, and holds it weakly: null when none was set, or it is gone.
     void SetContext(const std::shared_ptr<DataAccess::Context::AbstractContext>& context);
     std::shared_ptr<DataAccess::Context::AbstractContext> Context() const;
 
-    /// Whether the tables are of a newer layout than this build knows; then nothing is written to them unasked. False
-    /// unless set, before the manager is shared.
+    /// Whether the tables have a newer layout than this build knows; then nothing is written to them unasked. False
+    /// unless set; to be set before the manager is shared.
     void SetSchemaIsNewer(bool isNewer);
     bool SchemaIsNewer() const;
 

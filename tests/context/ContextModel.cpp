@@ -115,12 +115,23 @@ void ContextModel::touched(int number, bool isOfContent)
     known.hasContent = known.hasContent || isOfContent;
 }
 
-void ContextModel::idArrived(int number)
+/// Another id is another row.
+void ContextModel::idChanged(int number)
 {
-    if (items[size_t(number)].isKnown) {
-        touched(number, false);
-        tryToFile(number);
+    Item& item = items[size_t(number)];
+    if (!item.isKnown)
+        return;
+    m_filed.erase(number);
+    if (item.known.place == Place::Detached) {
+        forget(number);
+        return;
     }
+    item.known.row = Row::NotAsked;
+    item.known.mark = Normal;
+    item.known.isHidden = false;
+    item.known.place = Place::Attached;
+    touched(number, false);
+    tryToFile(number);
 }
 
 void ContextModel::writeBeside(const QUuid& id, const Content& content)

@@ -61,7 +61,7 @@ public:
     void detach(int item);
     /// An object was touched; whether its content has another value.
     void touched(int item, bool isOfContent);
-    void idArrived(int item);
+    void idChanged(int item);
     void writeBeside(const QUuid& id, const Content& content);
     void reload();
     void reopen();

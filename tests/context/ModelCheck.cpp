@@ -85,6 +85,11 @@ QString ModelCheck::differentRows(int kind)
                 .arg(content.parent.toString(), row->second.content.text)
                 .arg(row->second.mark)
                 .arg(row->second.content.parent.toString());
+        for (const ContextModel::Item& item : m_model.items) {
+            if (item.id == object->Id() && item.version == row->second.version &&
+                item.object->Timestamp() != object->Timestamp())
+                return QStringLiteral("an object of kind %1 has another time than its row").arg(kind);
+        }
         const auto last = m_stamps.find(object->Id());
         if (last != m_stamps.end() &&
             (last->second.first == row->second.version) != (last->second.second == object->Timestamp()))

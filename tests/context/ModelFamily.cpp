@@ -26,13 +26,33 @@ std::vector<Object> objectsOf(const List& entities)
     return objects;
 }
 
-/// The operations that all kinds have alike; @p repository and @p shown are called for each.
-template <typename T, typename RepositoryOf, typename Shown>
-ModelKind makeKind(const char* table, const RepositoryOf& repository, const Shown& shown)
+QString textOf(const QString& text)
+{
+    return text;
+}
+
+QString textOf(unsigned int number)
+{
+    return QString::number(number);
+}
+
+/// The operations that all kinds have alike; @p repository and @p shown are called for each, and the text that is
+/// compared is what @p text gives, and @p setText sets.
+template <typename T, typename RepositoryOf, typename Shown, typename Text, typename SetText>
+ModelKind makeKind(const char* table, const RepositoryOf& repository, const Shown& shown, Text text, SetText setText)
 {
     ModelKind kind;
     kind.table = table;
     kind.make = [] { return std::make_shared<T>(); };
+    kind.content = [text](const Object& object) { return Content{textOf(std::invoke(text, *as<T>(object))), QUuid()}; };
+    kind.setText = [setText](const Object& object, int number) {
+        if constexpr (std::is_invocable_v<SetText, T&, QString>)
+            // What no text may hold, so that it cannot be stored.
+            std::invoke(setText, *as<T>(object),
+                        number < 0 ? QString(QChar(0xd800)) : QStringLiteral("text %1").arg(number));
+        else
+            std::invoke(setText, *as<T>(object), unsigned(qAbs(number)));
+    };
     kind.setParent = [](const Object&, const Object&) {};
     kind.parent = [](const Object&) { return nullptr; };
     kind.children = [](const Object&) { return std::vector<Object>(); };
@@ -43,10 +63,27 @@ ModelKind makeKind(const char* table, const RepositoryOf& repository, const Show
     return kind;
 }
 
-QString textOf(int number)
+/// Adds a reference to a @p Parent.
+template <typename Parent, typename T, typename Interface, typename SetParent>
+void addParent(ModelKind& kind, const QUuid& (T::*id)() const, std::shared_ptr<Interface> (T::*parent)() const,
+               SetParent setParent)
 {
-    // What no text may hold, so that it cannot be stored.
-    return number < 0 ? QString(QChar(0xd800)) : QStringLiteral("text %1").arg(number);
+    kind.content = [id, content = kind.content](const Object& object) {
+        return Content{content(object).text, ((*as<T>(object)).*id)()};
+    };
+    kind.parent = [parent](const Object& object) {
+        return std::dynamic_pointer_cast<QOR::Entities::Entity>(((*as<T>(object)).*parent)());
+    };
+    kind.setParent = [setParent](const Object& object, const Object& other) {
+        std::invoke(setParent, *as<T>(object), as<Parent>(other));
+    };
+}
+
+/// Adds a list of what a kind owns.
+template <typename T, typename List>
+void addChildren(ModelKind& kind, List (T::*children)() const)
+{
+    kind.children = [children](const Object& object) { return objectsOf(((*as<T>(object)).*children)()); };
 }
 
 class CableFamily final : public ModelFamily
@@ -57,32 +94,18 @@ public:
         savingOrder = {0, 1, 2};
         loadedKinds = {0, 1, 2};
         reopen(false);
-        ModelKind owner = makeKind<Owner>(
-            "ce_owner", [this] { return m_manager->OwnerRepository(); }, [this] { return m_context->Owners(); });
-        owner.content = [](const Object& object) { return Content{as<Owner>(object)->Name(), QUuid()}; };
-        owner.setText = [](const Object& object, int text) { as<Owner>(object)->SetName(textOf(text)); };
-        ModelKind cable = makeKind<Cable>(
-            "ce_cable", [this] { return m_manager->CableRepository(); }, [this] { return m_context->Cables(); });
-        cable.content = [](const Object& object) {
-            return Content{as<Cable>(object)->Comment(), as<Cable>(object)->OwnerId()};
-        };
-        cable.setText = [](const Object& object, int text) { as<Cable>(object)->SetComment(textOf(text)); };
-        cable.setParent = [](const Object& object, const Object& parent) {
-            as<Cable>(object)->SetOwner(as<Owner>(parent));
-        };
-        cable.parent = [](const Object& object) { return toObject(as<Cable>(object)->Owner()); };
-        cable.children = [](const Object& object) { return objectsOf(as<Cable>(object)->Phases()); };
-        ModelKind phase = makeKind<Phase>(
-            "ce_phase", [this] { return m_manager->PhaseRepository(); }, [this] { return m_context->Phases(); });
-        phase.content = [](const Object& object) {
-            return Content{QString::number(as<Phase>(object)->Index()), as<Phase>(object)->CableId()};
-        };
-        phase.setText = [](const Object& object, int text) { as<Phase>(object)->SetIndex(unsigned(qAbs(text))); };
-        phase.setParent = [](const Object& object, const Object& parent) {
-            as<Phase>(object)->SetCable(as<Cable>(parent));
-        };
-        phase.parent = [](const Object& object) { return toObject(as<Phase>(object)->Cable()); };
-        kinds = {owner, cable, phase};
+        kinds = {makeKind<Owner>(
+                     "ce_owner", [this] { return m_manager->OwnerRepository(); },
+                     [this] { return m_context->Owners(); }, &Owner::Name, &Owner::SetName),
+                 makeKind<Cable>(
+                     "ce_cable", [this] { return m_manager->CableRepository(); },
+                     [this] { return m_context->Cables(); }, &Cable::Comment, &Cable::SetComment),
+                 makeKind<Phase>(
+                     "ce_phase", [this] { return m_manager->PhaseRepository(); },
+                     [this] { return m_context->Phases(); }, &Phase::Index, &Phase::SetIndex)};
+        addParent<Owner>(kinds[1], &Cable::OwnerId, &Cable::Owner, &Cable::SetOwner);
+        addChildren(kinds[1], &Cable::Phases);
+        addParent<Cable>(kinds[2], &Phase::CableId, &Phase::Cable, &Phase::SetCable);
     }
 
     DataAccess::Context::AbstractContext& context() const override { return *m_context; }
@@ -98,12 +121,6 @@ public:
     void loadMore(const Object& object) override { m_context->import({as<Cable>(object)}); }
 
 private:
-    template <typename Interface>
-    static Object toObject(const std::shared_ptr<Interface>& object)
-    {
-        return std::dynamic_pointer_cast<QOR::Entities::Entity>(object);
-    }
-
     std::shared_ptr<DataAccess::Manager::EditorRepositoryManager> m_manager;
     std::shared_ptr<DataAccess::Context::CableContext> m_context;
 };
@@ -117,42 +134,24 @@ public:
         loadedKinds = {0, 1};
         hasFiles = true;
         reopen(false);
-        ModelKind task = makeKind<PdTask>(
-            "pd_task", [this] { return m_manager->PdTaskRepository(); }, [this] { return m_context->Tasks(); });
-        task.content = [](const Object& object) { return Content{as<PdTask>(object)->Comment(), QUuid()}; };
-        task.setText = [](const Object& object, int text) { as<PdTask>(object)->SetComment(textOf(text)); };
-        task.children = [](const Object& object) { return objectsOf(as<PdTask>(object)->Reports()); };
-        ModelKind report = makeKind<PdReport>(
-            "pd_report", [this] { return m_manager->PdReportRepository(); }, [this] { return m_context->Reports(); });
-        report.content = [](const Object& object) {
-            return Content{as<PdReport>(object)->Recommentation(), as<PdReport>(object)->TaskId()};
-        };
-        report.setText = [](const Object& object, int text) { as<PdReport>(object)->SetRecommentation(textOf(text)); };
-        report.setParent = [](const Object& object, const Object& parent) {
-            as<PdReport>(object)->SetTask(as<PdTask>(parent));
-        };
-        report.parent = [](const Object& object) {
-            return std::dynamic_pointer_cast<QOR::Entities::Entity>(as<PdReport>(object)->Task());
-        };
-        report.children = [](const Object& object) { return objectsOf(as<PdReport>(object)->Files()); };
-        ModelKind file = makeKind<PdFile>(
-            "pd_file", [this] { return m_manager->PdFileRepository(); }, [this] { return m_context->Files(); });
-        file.make = [] {
+        kinds = {makeKind<PdTask>(
+                     "pd_task", [this] { return m_manager->PdTaskRepository(); }, [this] { return m_context->Tasks(); },
+                     &PdTask::Comment, &PdTask::SetComment),
+                 makeKind<PdReport>(
+                     "pd_report", [this] { return m_manager->PdReportRepository(); },
+                     [this] { return m_context->Reports(); }, &PdReport::Recommentation, &PdReport::SetRecommentation),
+                 makeKind<PdFile>(
+                     "pd_file", [this] { return m_manager->PdFileRepository(); }, [this] { return m_context->Files(); },
+                     &PdFile::Name, &PdFile::SetName)};
+        addChildren(kinds[0], &PdTask::Reports);
+        addParent<PdTask>(kinds[1], &PdReport::TaskId, &PdReport::Task, &PdReport::SetTask);
+        addChildren(kinds[1], &PdReport::Files);
+        addParent<PdReport>(kinds[2], &PdFile::ReportId, &PdFile::Report, &PdFile::SetReport);
+        kinds[2].make = [] {
             auto made = std::make_shared<PdFile>();
             made->SetFile("content");
             return made;
         };
-        file.content = [](const Object& object) {
-            return Content{as<PdFile>(object)->Name(), as<PdFile>(object)->ReportId()};
-        };
-        file.setText = [](const Object& object, int text) { as<PdFile>(object)->SetName(textOf(text)); };
-        file.setParent = [](const Object& object, const Object& parent) {
-            as<PdFile>(object)->SetReport(as<PdReport>(parent));
-        };
-        file.parent = [](const Object& object) {
-            return std::dynamic_pointer_cast<QOR::Entities::Entity>(as<PdFile>(object)->Report());
-        };
-        kinds = {task, report, file};
     }
 
     DataAccess::Context::AbstractContext& context() const override { return *m_context; }
@@ -173,7 +172,20 @@ private:
 
 } // namespace
 
+ModelFamily::ModelFamily()
+{
+    // Locks are met on purpose, and nobody lets go of them meanwhile.
+    if (m_database.type() == DataAccess::Enumerations::SQLite3)
+        run(QStringLiteral("PRAGMA busy_timeout = 1"));
+}
+
 ModelFamily::~ModelFamily() = default;
+
+std::unique_ptr<FileLocker> ModelFamily::lock()
+{
+    return m_database.type() == DataAccess::Enumerations::SQLite3 ? std::make_unique<FileLocker>(m_database.name())
+                                                                  : nullptr;
+}
 
 std::unique_ptr<ModelFamily> ModelFamily::make(bool isPd)
 {

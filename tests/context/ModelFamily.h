@@ -1,6 +1,7 @@
 #pragma once
 
 #include "context/ContextDatabase.h"
+#include "support/FileLocker.h"
 
 #include <functional>
 #include <map>
@@ -43,6 +44,8 @@ class ModelFamily
 {
 public:
     virtual ~ModelFamily();
+    ModelFamily(const ModelFamily&) = delete;
+    ModelFamily& operator=(const ModelFamily&) = delete;
 
     virtual DataAccess::Context::AbstractContext& context() const = 0;
     /// Opens the database anew, with a new context; empties it if asked.
@@ -61,8 +64,11 @@ public:
     static std::unique_ptr<ModelFamily> make(bool isPd);
 
     void run(const QString& statement);
+    /// Another program that holds the database while the object lives; null where that stops no reader.
+    std::unique_ptr<FileLocker> lock();
 
 protected:
+    ModelFamily();
     void rebuild(bool isEmptied);
 
     ContextDatabase m_database;

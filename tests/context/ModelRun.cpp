@@ -8,6 +8,8 @@
 #include <QSignalSpy>
 #include <QThread>
 
+#include <utility>
+
 namespace TestSupport {
 
 using namespace QOR::Entities::Enumerations;
@@ -68,6 +70,7 @@ private:
     ModelFamily& m_family;
     ContextModel m_model;
     ModelCheck m_check;
+    std::unique_ptr<FileLocker> m_locker;
     int m_texts = 0;
     int m_imports = 0;
 };
@@ -130,11 +133,11 @@ void ModelRun::link(int item, int number)
 void ModelRun::setId(int number, int id)
 {
     Item& item = m_model.items[size_t(number)];
-    if (!item.id.isNull())
-        return;
+    const QUuid former = item.id;
     item.id = idOf(item.kind, 1 + id % 5);
     item.object->SetId(item.id);
-    m_model.idArrived(number);
+    if (item.id != former)
+        m_model.idChanged(number);
 }
 
 void ModelRun::writeBeside(int number)
@@ -169,9 +172,19 @@ void ModelRun::removeBeside(int number)
     m_model.rows.erase(row);
 }
 
+/// Takes a table away, or gives it back; or lets another program lock everything.
 void ModelRun::breakOrMend(int kind)
 {
-    kind %= int(m_family.kinds.size());
+    kind %= int(m_family.kinds.size()) + 1;
+    const bool isLock = kind == int(m_family.kinds.size());
+    if (isLock || m_locker)
+        mendAll();
+    if (isLock)
+        m_locker = m_family.lock();
+    if (m_locker)
+        m_model.brokenKinds = {0, 1, 2};
+    if (isLock)
+        return;
     const QString table = QLatin1String(m_family.kinds[size_t(kind)].table);
     const bool isBroken = m_model.brokenKinds.erase(kind) > 0;
     m_family.run(QStringLiteral("ALTER TABLE %1 RENAME TO %2")
@@ -183,6 +196,8 @@ void ModelRun::breakOrMend(int kind)
 
 void ModelRun::mendAll()
 {
+    if (std::exchange(m_locker, nullptr))
+        m_model.brokenKinds.clear();
     const std::set<int> broken = m_model.brokenKinds;
     for (const int kind : broken)
         breakOrMend(kind);

@@ -24,7 +24,7 @@ EntityLedger::~EntityLedger()
 
 void EntityLedger::changed(IEntity& entity)
 {
-    // It may have got a link to something that is not known here.
+    // A new link may lead to an entity that is not known here yet.
     if (m_deafness == Deafness::None)
         noteChange(*entityOf(entity), false);
 }
@@ -79,7 +79,7 @@ void EntityLedger::noteLoaded(const EntityPointer& entity)
 {
     const State mark = entity->EntityState();
     add({entity, entity->Timestamp(), mark, Row::Present, mark == Deleted ? Place::SetAside : Place::Attached});
-    // The next save makes it Normal, as all that is attached.
+    // The next save has to make it Normal, like all that is attached.
     if (mark == Snapshot)
         noteChange(*entity, false);
 }
@@ -244,7 +244,7 @@ void EntityLedger::followIds()
         unfile(record->entity, it.value());
         moved.push_back(it.key());
     }
-    // Another id is another row. Of those that were exchanged all have to leave their places first.
+    // Another id is another row. Entities that have exchanged ids must all leave their places first.
     for (const Entity* entity : moved) {
         if (find(*entity)->place == Place::Detached) {
             forget(*entity);

@@ -1,6 +1,6 @@
 #include "context/private/EntityLedger.h"
 
-// Which marks rows have and entities show, and what is to be written therefore.
+// The marks (deleted, snapshot) that rows have and entities show, and what has to be written because of them.
 namespace DataAccess::Context {
 
 using namespace QOR::Entities::Enumerations;

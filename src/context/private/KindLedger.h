@@ -12,7 +12,7 @@ template <typename Network>
 class KindLedger final : public EntityLedger
 {
 public:
-    /// All that have an id; also those that were saved as deleted.
+    /// All entities that have an id, those included that were saved as deleted.
     Network& network() { return m_network; }
 
     /// The entities of one kind, without those that were saved as deleted.

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-// How entities that know each other by id find each other after a load, and how those that hold each other are found.
+// Links entities that know each other by id, and finds those that an entity holds.
 namespace DataAccess::Context {
 
 using namespace Cables::Entities;
@@ -54,12 +54,12 @@ std::vector<std::shared_ptr<Interface>> orderedChildren(std::vector<std::shared_
     return listed;
 }
 
-/// Of the live entities that belong to one parent the one whose @p time is the latest.
+/// For each parent, the one of its live entities whose @p time is the latest.
 template <typename T, typename ParentId, typename Time>
 QHash<QUuid, std::shared_ptr<T>> latestByParent(const QHash<QUuid, std::shared_ptr<T>>& entities,
                                                 const ParentId& parentId, const Time& time)
 {
-    // An unknown time is before all others, and one of two equal times is chosen alike on every run.
+    // An unknown time comes before all others; the id decides between equal times, so that each run chooses alike.
     const auto rank = [&time](const T& entity) {
         return std::make_tuple(time(entity).isValid(), time(entity), entity.Id());
     };
@@ -102,7 +102,7 @@ void linkSegments(const CableNetwork& network)
     for (const auto& segment : network.of<Segment>()) {
         if (const auto detail = network.find<SegmentDetail>(segment->DetailId()))
             segment->SetDetail(detail);
-        // Also those that their phase does not list.
+        // Segments that their phase does not list know it too.
         if (const auto phase = network.find<Phase>(segment->PhaseId()))
             segment->LinkPhase(phase);
     }
@@ -168,7 +168,7 @@ auto partsByReport(const PdNetwork& network)
     return childrenByParent(network.of<T>(), [](const T& part) { return part.reportId(); });
 }
 
-/// Of the parts of a report the one that was written last.
+/// For each report, the part that was written last.
 template <typename T>
 auto partOfReport(const PdNetwork& network)
 {
@@ -278,7 +278,7 @@ void linkTasks(const EntitiesById<PdTask>& tasks, const EntitiesById<Cable>& cab
                const EntitiesById<Station>& stations)
 {
     for (const auto& task : tasks) {
-        // An object that has no id yet cannot be found.
+        // A link to an object without an id would be lost: it cannot be found.
         if (!task->CableId().isNull())
             task->LinkCable(cables.value(task->CableId()));
         if (!task->StationId().isNull())

@@ -41,7 +41,7 @@ private:
     using Failure = Database::Failure;
     using FailureWatch = Database::FailureWatch;
 
-    /// Of the candidates of one kind, those whose rows are not known, and those that are to be updated.
+    /// Finds among the candidates of one kind those whose rows are not known, and those that need an update.
     template <typename T>
     void sort(Items<T>& unknown, Items<T>& updates);
     template <typename T>
@@ -57,7 +57,7 @@ private:
     void fail(Candidate& candidate, const QString& reason);
 
     EntityLedger& m_ledger;
-    QLatin1String m_kind{""}; ///< That is being saved.
+    QLatin1String m_kind{""}; ///< The name of the kind that is being saved.
     std::vector<Candidate> m_candidates;
     QStringList m_reasons;
     int m_failures = 0;
@@ -138,7 +138,7 @@ void SaveRun::lookUp(Interfaces::IRepository<T>& repository, const Items<T>& unk
 template <typename T>
 auto SaveRun::findRows(Interfaces::IRepository<T>& repository, const Items<T>& wanted)
 {
-    // One by one costs a round trip to the worker each.
+    // Each row that is read by itself costs a round trip to the worker: as much as reading this many at once.
     constexpr std::size_t reading = 8;
     const std::size_t count = repository.Count();
     typename Interfaces::IRepository<T>::Entities rows;
@@ -183,7 +183,7 @@ void SaveRun::write(Operation<T> operation, Interfaces::IRepository<T>& reposito
         }
     }
     fail(missing, failureText(m_kind.data(), watch));
-    // Nothing of the batch was kept, and only the rows that are missing were wrong with it.
+    // The batch was undone only because rows are missing: the others are tried again without these.
     if (!missing.empty())
         write(operation, repository, others);
     else
