@@ -132,7 +132,7 @@ QString CableContext::load()
         return {};
     NetworkLoad load(*m_data->manager);
     int done = 0;
-    const QString failure = load.await([&] { Q_EMIT loadingProgress(++done, load.countStarted()); });
+    QString failure = load.await([&] { Q_EMIT loadingProgress(++done, load.countStarted()); });
     if (failure.isEmpty())
         load.giveTo(*m_data->ledger);
     return failure;

@@ -26,7 +26,7 @@ template <typename Manager, typename Kinds>
 std::shared_ptr<Manager> makeManager(const Kinds& kinds, Database::DbWorker* worker,
                                      Enumerations::LoadingStrategies strategy, QObject* parent)
 {
-    const auto manager = std::make_shared<Manager>(parent);
+    auto manager = std::make_shared<Manager>(parent);
     keepFromDeletion(*manager);
     forEachKind(kinds, [&](const auto& kind) {
         using Repository = typename std::decay_t<decltype(kind)>::Repository;

@@ -390,22 +390,4 @@ void ContextModel::settle(Item& item) const
     item.state = Normal;
 }
 
-unsigned int ContextModel::count() const
-{
-    return unsigned(std::count_if(items.begin(), items.end(), [](const Item& item) {
-        return item.isKnown && item.known.place == Place::Attached;
-    }));
-}
-
-std::set<QUuid> ContextModel::shown(int kind) const
-{
-    std::set<QUuid> ids;
-    for (const int number : m_filed) {
-        const Item& item = items[size_t(number)];
-        if (item.kind == kind && !(item.known.isHidden && item.known.mark == Deleted))
-            ids.insert(item.id);
-    }
-    return ids;
-}
-
 } // namespace TestSupport

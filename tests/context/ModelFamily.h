@@ -48,8 +48,10 @@ public:
     ModelFamily& operator=(const ModelFamily&) = delete;
 
     virtual DataAccess::Context::AbstractContext& context() const = 0;
-    /// Opens the database anew, with a new context; empties it if asked.
-    virtual void reopen(bool isEmptied) = 0;
+    /// Begins with a new context.
+    virtual void reopen() = 0;
+    /// Begins with an empty database.
+    void empty();
     /// The operation that only this family has: loads the files of a report, or imports a cable with an owner.
     virtual void loadMore(const Object& object) = 0;
 
@@ -69,7 +71,6 @@ public:
 
 protected:
     ModelFamily();
-    void rebuild(bool isEmptied);
 
     ContextDatabase m_database;
 };
