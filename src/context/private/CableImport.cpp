@@ -163,7 +163,7 @@ void CableImport::place(const QString& kind)
         else
             strangers.push_back(source.entity);
     }
-    // By now what is here has its final names, and nothing new has been inserted yet.
+    // What is here has the names now that it will have, and nothing is here yet that was not here before.
     if constexpr (isKnownByName<T>)
         findByName(strangers);
     for (const auto& stranger : strangers) {
@@ -244,7 +244,7 @@ bool CableImport::givesWay(const T& here, const Source<T>& source) const
     if (here.EntityState() == Deleted)
         return source.comesBack;
     const QDateTime& written = source.entity->Timestamp();
-    // What this import has inserted is New.
+    // What this import has made is New.
     const bool isUnsaved = here.EntityState() == New || m_isUnsaved(here);
     return !isUnsaved && written.isValid() && here.Timestamp().isValid() && written > here.Timestamp();
 }
@@ -252,7 +252,7 @@ bool CableImport::givesWay(const T& here, const Source<T>& source) const
 template <typename T>
 void CableImport::assignContent(const T& source, T& to)
 {
-    // A value that is set and set back would count as changed, so all are worked out beforehand.
+    // Not at once: a value that changes to and fro would count as changed.
     T content;
     copyContent(source, content);
     forEachReference<T>([&](const auto& reference) {
@@ -298,7 +298,7 @@ void CableImport::findByName(const Entities<T>& strangers)
     if (namesakes.isEmpty())
         return;
     for (const auto& entity : qAsConst(m_target.of<T>())) {
-        // One that the source has too by its id stands for no other.
+        // One that the source has too is that one, and no other.
         const auto found = namesakes.find(entity->Name());
         if (found != namesakes.end() && isLive(*entity) && !(isUnique<T> && sources<T>().contains(entity->Id())))
             found->push_back(entity);

@@ -38,7 +38,7 @@ private:
     struct Source
     {
         std::shared_ptr<T> entity;
-        /// Whether what stands for it here, and is marked deleted, is restored.
+        /// What stands for it here is not to stay deleted.
         bool comesBack = false;
     };
     template <typename T>
@@ -54,7 +54,7 @@ private:
         return std::get<SourcesById<T>>(m_sources);
     }
 
-    /// Notes @p object and what it refers to, except points: they are copied along with what refers to them.
+    /// Notes what @p object is, and what it refers to; but for points, which come with what refers to them.
     template <typename T, typename Interface>
     void collect(const std::shared_ptr<Interface>& object, bool comesBack);
     void collectParts(const Cables::Entities::Cable& cable, bool comesBack);
@@ -77,14 +77,14 @@ private:
 
     template <typename T>
     bool givesWay(const T& here, const Source<T>& source) const;
-    /// Copies all values of @p source into @p to; references point at what stands here for their objects.
+    /// Gives @p to all values of @p source, with the references to what stands for theirs here.
     template <typename T>
     void assignContent(const T& source, T& to);
-    /// Fills in what @p here lacks; whether that was anything.
+    /// Gives @p here what it lacks, and tells whether that was anything.
     template <typename T>
     bool complete(const T& source, T& here);
 
-    /// Finds by name what in the target stands for each of @p strangers, which are not here by their ids.
+    /// Notes what of the target stands for those of @p strangers, none of which is here by its id, by their names.
     template <typename T>
     void findByName(const Entities<T>& strangers);
     template <typename T>
