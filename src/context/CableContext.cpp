@@ -6,6 +6,8 @@
 
 #include <QSet>
 
+#include <atomic>
+
 namespace DataAccess::Context {
 
 using namespace Cables::Entities;
@@ -25,7 +27,7 @@ public:
     explicit NetworkLoad(const Interfaces::IEditorRepositoryManager& manager)
     {
         forEachLoaded(editorKinds, [&](const auto& kind) {
-            of(kind).start(kind.name, (manager.*kind.repository)());
+            of(kind).start(kind.name, (manager.*kind.repository)(), m_failed);
             m_started += of(kind).isStarted() ? 1 : 0;
         });
     }
@@ -45,8 +47,7 @@ public:
             if (failure.isEmpty())
                 arrived();
         });
-        if (!failure.isEmpty())
-            forEachLoaded(editorKinds, [this](const auto& kind) { of(kind).cancel(); });
+        *m_failed = !failure.isEmpty();
         return failure;
     }
 
@@ -77,6 +78,8 @@ private:
 
     decltype(loadsOf(editorKinds)) m_loads;
     int m_started = 0;
+    /// The worker sets it too: it would begin the next load, and wait for a lock again, before anybody here is told.
+    std::shared_ptr<std::atomic<bool>> m_failed = std::make_shared<std::atomic<bool>>(false);
 };
 
 } // namespace

@@ -3,16 +3,15 @@
 #include "context/SampleNetwork.h"
 #include "repositories/cables/InsulationRepository.h"
 #include "repositories/cables/OwnerRepository.h"
-#include "repositories/cables/PhaseRepository.h"
-#include "repositories/cables/SegmentDetailRepository.h"
+#include "support/FileLocker.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <atomic>
-#include <future>
 #include <thread>
 
 using namespace Cables::Entities;
@@ -247,30 +246,43 @@ private Q_SLOTS:
         QVERIFY(failing->count() == 0 && third.count() == 1 && third.Phases().isEmpty());
     }
 
-    void nothingIsReadOnceTheDatabaseIsOutOfReach()
+    void aLockIsWaitedForOncePerCall()
     {
         ContextDatabase database(DataAccess::Enumerations::SQLite3);
-        const auto manager = database.editorManager();
-        CableContext context(DataAccess::Enumerations::Complete, manager, 0);
-        std::promise<void> ended;
-        std::atomic<bool> isPhaseRead{false};
-        const auto faulty = [](auto repository, const std::function<void()>& reading) {
-            repository->reading = reading;
-            return repository;
+        const auto cables = database.loadedCableContext();
+        const auto results = database.pdContext();
+        const auto attach = [](AbstractContext& context, const AbstractContext::EntityPointer& entity) {
+            entity->SetId(QUuid::createUuid());
+            context.attach(entity);
         };
-        // The kinds in the order of their loads: the first is out of reach, the second runs by then, the third waits.
-        manager->SetOwnerRepository(
-            faulty(makeFaulty<Repositories::OwnerRepository>(database, Failure::Kind::Unavailable), [] {}));
-        manager->SetSegmentDetailRepository(
-            faulty(makeFaulty<Repositories::SegmentDetailRepository>(database, Failure::Kind::Unavailable),
-                   [&] { ended.get_future().wait(); }));
-        manager->SetPhaseRepository(
-            faulty(makeFaulty<Repositories::PhaseRepository>(database, Failure::Kind::Unavailable),
-                   [&] { isPhaseRead = true; }));
-        connect(&context, &AbstractContext::loadingFailed, &context, [&] { ended.set_value(); });
-        context.reload();
-        database.worker().run([](DataAccess::Interfaces::IDatabase&) {});
-        QVERIFY(!isPhaseRead);
+        attach(*cables, std::make_shared<Owner>());
+        attach(*cables, std::make_shared<Station>());
+        attach(*results, std::make_shared<PD::Entities::PdTask>());
+        attach(*results, std::make_shared<PD::Entities::PdReport>());
+        database.worker().run(
+            [](DataAccess::Interfaces::IDatabase& db) { db.Exec(QStringLiteral("PRAGMA busy_timeout = 100")); });
+        const FileLocker locker(database.name());
+        const LogCapture log;
+        const auto waits = [&log] {
+            // What the connection says of each; others repeat it.
+            return log.messages(QtCriticalMsg, QStringLiteral("qor.database"))
+                .filter(QRegularExpression(QStringLiteral("^(SQL Error|Can't begin a transaction).*locked")))
+                .size();
+        };
+        int calls = 0;
+        for (int i = 0; i < 3; ++i) {
+            cables->saveChanges();
+            QCOMPARE(waits(), ++calls);
+            results->saveChanges();
+            QCOMPARE(waits(), ++calls);
+        }
+        // Behind each load the worker has the loads of the other kinds.
+        for (int i = 0; i < 3; ++i) {
+            cables->reload();
+            results->reload();
+            calls += 2;
+            QCOMPARE(waits(), calls);
+        }
     }
 
     void defaultTypesAreNotInsertedBlindly()

@@ -3,7 +3,6 @@
 #include "context/ContextDatabase.h"
 #include "database/Failure.h"
 
-#include <functional>
 #include <optional>
 
 namespace TestSupport {
@@ -22,15 +21,12 @@ public:
 
     /// How everything fails, if it does.
     std::optional<Failure::Kind> fault;
-    /// Is called on the worker by each read of all rows.
-    std::function<void()> reading = [] {};
 
     Task<Entities>* GetAllAsync() override
     {
         if (!fault)
             return Base::GetAllAsync();
         return this->template submit<Entities>([this](DataAccess::Interfaces::IDatabase&) {
-            reading();
             report();
             return Entities();
         });

@@ -5,6 +5,7 @@
 #include "database/LoggingCategories.h"
 #include "repositories/IRepository.h"
 
+#include <atomic>
 #include <exception>
 #include <memory>
 #include <utility>
@@ -47,8 +48,10 @@ class PendingLoad
 public:
     using Entities = typename Interfaces::IRepository<T>::Entities;
 
-    /// Queues the load of all that @p repository, which may be null, has of the kind called @p kind.
-    void start(const char* kind, const std::shared_ptr<Interfaces::IRepository<T>>& repository)
+    /// Queues the load of all that @p repository, which may be null, has of the kind called @p kind. It is tied to
+    /// the loads that share @p failed.
+    void start(const char* kind, const std::shared_ptr<Interfaces::IRepository<T>>& repository,
+               const std::shared_ptr<std::atomic<bool>>& failed)
     {
         m_kind = kind;
         if (!repository)
@@ -56,6 +59,8 @@ public:
         const Database::FailureWatch watch;
         m_task.reset(guarded(Q_FUNC_INFO, [&] { return repository->GetAllAsync(); }));
         m_failure = failureText(m_kind, watch);
+        if (m_task)
+            m_task->TieTo(failed);
     }
     bool isStarted() const { return m_task || !m_failure.isEmpty(); }
 
@@ -68,13 +73,6 @@ public:
             m_failure = failureText(m_kind, watch);
         }
         return m_failure;
-    }
-
-    /// Lets go of the load, which does not run any more if it has not begun.
-    void cancel()
-    {
-        if (const auto task = std::exchange(m_task, nullptr))
-            task->Cancel();
     }
 
     /// Waits for the load and moves out what it gave; nothing when none is under way.
