@@ -19,7 +19,7 @@ public:
     /// Null until one has been set.
     virtual std::shared_ptr<Measures> CablebookMeasuresRepository() const = 0;
     virtual std::shared_ptr<Measures> CablebookMeasuresRepositoryCached() const = 0;
-    /// Another repository comes with a new, empty view; the one already set keeps its view and what that has cached.
+    /// Sets the repository, with a new, empty view; the one already set keeps its view and what that has cached.
     virtual void SetCablebookMeasuresRepository(const std::shared_ptr<Measures>& repository) = 0;
 
 protected:

@@ -1,10 +1,7 @@
 #include "context/CableContext.h"
-#include "context/CableNetwork.h"
-#include "context/DefaultTypeIds.h"
-#include "context/InsertMissing.h"
-#include "database/LoggingCategories.h"
+#include "context/private/Loading.h"
+#include "context/private/Networks.h"
 #include "manager/AbstractRepositoryManager.h"
-#include "manager/IEditorRepositoryManager.h"
 
 #include <QSet>
 
@@ -125,6 +122,28 @@ std::shared_ptr<T> find(const std::vector<std::shared_ptr<T>>& entities, const Q
     return nullptr;
 }
 
+/// Inserts those of @p entities, of the kind called @p kind, whose ids @p repository, which may be null, does not have.
+/// Rows that are there stay. False when the database is out of reach.
+template <typename T>
+bool insertMissing(const char* kind, const std::shared_ptr<Interfaces::IRepository<T>>& repository,
+                   const std::vector<std::shared_ptr<T>>& entities)
+{
+    if (!repository)
+        return true;
+    const Database::FailureWatch watch;
+    const auto stored = guarded(Q_FUNC_INFO, [&] { return repository->GetAll(); });
+    std::vector<std::shared_ptr<T>> missing;
+    for (const std::shared_ptr<T>& entity : entities) {
+        if (!stored.contains(entity->Id()))
+            missing.push_back(entity);
+    }
+    if (!watch.failed() && !missing.empty())
+        guarded(Q_FUNC_INFO, [&] { return repository->Insert(missing); });
+    if (watch.failed())
+        qCWarning(lcContext).noquote() << "The default types are not stored:" << failureText(kind, watch);
+    return !watch.isUnavailable();
+}
+
 } // namespace
 
 bool isDefaultType(const QUuid& id)
@@ -202,11 +221,14 @@ void CableContext::insertDefaults(const Interfaces::IEditorRepositoryManager& ma
 {
     const DefaultTypes types = defaultTypes();
     // Once the database is out of reach, each of the others would wait for it in vain.
-    static_cast<void>(insertMissing(manager.InsulationRepository(), types.insulations) &&
-                      insertMissing(manager.SegmentTypeRepository(), types.segmentTypes) &&
-                      insertMissing(manager.SwitchgearRepository(), makeAll<Switchgear>(s_switchgears)) &&
-                      insertMissing(manager.TerminationRepository(), makeAll<Termination>(s_terminations)) &&
-                      insertMissing(manager.SegmentDetailRepository(), types.segmentDetails));
+    const auto insert = [&manager](const auto& entities) {
+        using T = typename std::decay_t<decltype(entities)>::value_type::element_type;
+        const auto& kind = Manager::kindOf<T>(Manager::editorKinds);
+        return insertMissing(kind.name, (manager.*kind.repository)(), entities);
+    };
+    static_cast<void>(insert(types.insulations) && insert(types.segmentTypes) &&
+                      insert(makeAll<Switchgear>(s_switchgears)) && insert(makeAll<Termination>(s_terminations)) &&
+                      insert(types.segmentDetails));
 }
 
 } // namespace DataAccess::Context

@@ -1,6 +1,5 @@
-#include "context/CableImport.h"
+#include "context/private/CableImport.h"
 
-#include "context/DefaultTypeIds.h"
 #include "database/LoggingCategories.h"
 #include "entities/qor/Properties.h"
 
@@ -38,8 +37,20 @@ std::shared_ptr<T> withId(const std::shared_ptr<Interface>& object)
     return entity && !entity->Id().isNull() ? entity : nullptr;
 }
 
+/// "Segment type" for "SegmentType".
+QString inWords(const char* kind)
+{
+    QString words = QString::fromLatin1(kind).toLower();
+    for (int i = words.size() - 1; i > 0; --i) {
+        if (words.at(i) != QLatin1Char(kind[i]))
+            words.insert(i, QLatin1Char(' '));
+    }
+    words[0] = QLatin1Char(kind[0]);
+    return words;
+}
+
 /// Whether two measurements of a position may be of one place. What is not known may be anything.
-bool mayBeOnePlace(const Interfaces::IPoint& left, const Interfaces::IPoint& right)
+bool mayBeOnePlace(const Cables::Entities::Interfaces::IPoint& left, const Cables::Entities::Interfaces::IPoint& right)
 {
     constexpr double tolerance = 0.001; // degrees of latitude: about a hundred metres
     const double north = std::abs(left.latitude() - right.latitude());
@@ -136,23 +147,17 @@ void CableImport::collectReferred(const QUuid& id, const std::shared_ptr<Interfa
 
 std::vector<CableImport::EntityPointer> CableImport::run()
 {
-    place<Insulation>("Insulation");
-    place<SegmentType>("Segment type");
-    place<SegmentDetail>("Segment detail");
-    place<Owner>("Owner");
-    place<Termination>("Termination");
-    place<Switchgear>("Switchgear");
-    place<Station>("Station");
-    place<Route>("Route");
-    place<Cable>("Cable");
-    place<Phase>("Phase");
-    place<Segment>("Segment");
-    place<Rating>("Rating");
+    // No kind refers to a later one by an id that may be another one here.
+    Manager::forEachKind(Manager::editorKinds, [this](const auto& kind) {
+        using T = typename std::decay_t<decltype(kind)>::Entity;
+        if constexpr (!std::is_same_v<T, Point>)
+            place<T>(inWords(kind.name));
+    });
     return std::move(m_changed);
 }
 
 template <typename T>
-void CableImport::place(const char* kind)
+void CableImport::place(const QString& kind)
 {
     Entities<T> strangers;
     for (const Source<T>& source : qAsConst(sources<T>())) {
@@ -182,7 +187,7 @@ void CableImport::insert(const Source<T>& source)
 }
 
 template <typename T>
-void CableImport::merge(const Source<T>& source, const std::shared_ptr<T>& here, const char* kind)
+void CableImport::merge(const Source<T>& source, const std::shared_ptr<T>& here, const QString& kind)
 {
     const bool isDeleted = here->EntityState() == Deleted;
     if (source.entity == here || (isDeleted && !source.comesBack))
@@ -223,13 +228,13 @@ void CableImport::placePoints(const Source<Route>& source, const Route* kept)
     }
 }
 
-void CableImport::placePoint(const std::shared_ptr<Interfaces::IPoint>& object, bool comesBack)
+void CableImport::placePoint(const std::shared_ptr<Cables::Entities::Interfaces::IPoint>& object, bool comesBack)
 {
     const Source<Point> source{withId<Point>(object), comesBack};
     if (!source.entity)
         return;
     if (const auto here = m_target.find<Point>(source.entity->Id()))
-        merge(source, here, "Point");
+        merge(source, here, QStringLiteral("Point"));
     else
         insert(source);
 }

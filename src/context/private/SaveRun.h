@@ -1,8 +1,7 @@
 #pragma once
 
-#include "context/EntityLedger.h"
-#include "context/Guarded.h"
-#include "repositories/IRepository.h"
+#include "context/private/EntityLedger.h"
+#include "context/private/Loading.h"
 
 #include <QSet>
 #include <QStringList>
@@ -15,10 +14,10 @@ class SaveRun
 public:
     explicit SaveRun(EntityLedger& ledger);
 
-    /// Writes what of one kind is new or has changed. What fails keeps its state, and is written by the next save. Once
-    /// the database is out of reach nothing more is tried.
+    /// Writes what of the kind called @p kind is new or has changed. What fails keeps its state, and is written by the
+    /// next save. Once the database is out of reach nothing more is tried.
     template <typename T>
-    void save(Interfaces::IRepository<T>& repository);
+    void save(const char* kind, Interfaces::IRepository<T>& repository);
     /// Makes what is stored Normal. Gives the reason why something is not; empty when everything is.
     QString finish();
 
@@ -42,12 +41,13 @@ private:
     using Failure = Database::Failure;
     using FailureWatch = Database::FailureWatch;
 
+    /// Finds among the candidates of one kind those whose rows are not known, and those that need an update.
     template <typename T>
     void sort(Items<T>& unknown, Items<T>& updates);
     template <typename T>
     void lookUp(Interfaces::IRepository<T>& repository, const Items<T>& unknown, Items<T>& inserts, Items<T>& updates);
     template <typename T>
-    static EntitiesById<T> findRows(Interfaces::IRepository<T>& repository, const Items<T>& wanted);
+    static auto findRows(Interfaces::IRepository<T>& repository, const Items<T>& wanted);
     template <typename T>
     void write(Operation<T> operation, Interfaces::IRepository<T>& repository, const Items<T>& items);
     template <typename T>
@@ -57,6 +57,7 @@ private:
     void fail(Candidate& candidate, const QString& reason);
 
     EntityLedger& m_ledger;
+    QLatin1String m_kind{""}; ///< The name of the kind that is being saved.
     std::vector<Candidate> m_candidates;
     QStringList m_reasons;
     int m_failures = 0;
@@ -64,8 +65,9 @@ private:
 };
 
 template <typename T>
-void SaveRun::save(Interfaces::IRepository<T>& repository)
+void SaveRun::save(const char* kind, Interfaces::IRepository<T>& repository)
 {
+    m_kind = QLatin1String(kind);
     Items<T> unknown;
     Items<T> inserts;
     Items<T> updates;
@@ -87,9 +89,8 @@ void SaveRun::sort(Items<T>& unknown, Items<T>& updates)
         if (record->row != EntityLedger::Row::Present && !m_ledger.tryToFile(entity))
             fail(candidate,
                  entity->Id().isNull()
-                     ? QStringLiteral("%1: an entity without an id cannot be stored").arg(QLatin1String(kindName<T>))
-                     : QStringLiteral("%1: two attached entities have the id %2")
-                           .arg(QLatin1String(kindName<T>), entity->Id().toString()));
+                     ? QStringLiteral("%1: an entity without an id cannot be stored").arg(m_kind)
+                     : QStringLiteral("%1: two attached entities have the id %2").arg(m_kind, entity->Id().toString()));
         else if (m_ledger.find(*entity)->row != EntityLedger::Row::Present)
             unknown.push_back({entity, &candidate});
         else if (m_ledger.mustBeWritten(candidate.change))
@@ -108,10 +109,10 @@ void SaveRun::lookUp(Interfaces::IRepository<T>& repository, const Items<T>& unk
         return;
     }
     const FailureWatch watch;
-    const EntitiesById<T> rows = guarded(Q_FUNC_INFO, [&] { return findRows(repository, unknown); });
+    const auto rows = guarded(Q_FUNC_INFO, [&] { return findRows(repository, unknown); });
     m_isUnavailable = watch.isUnavailable();
     if (watch.failed()) {
-        fail(unknown, failureText<T>(watch));
+        fail(unknown, failureText(m_kind.data(), watch));
         return;
     }
     for (const Item<T>& item : unknown) {
@@ -127,7 +128,7 @@ void SaveRun::lookUp(Interfaces::IRepository<T>& repository, const Items<T>& unk
             m_ledger.noteNeverStored(*item.entity);
         } else if (m_ledger.find(*item.entity)->row == EntityLedger::Row::Gone && item.entity->EntityState() != New) {
             fail(*item.candidate, QStringLiteral("%1: the row %2 was removed by another program")
-                                      .arg(QLatin1String(kindName<T>), item.entity->Id().toString()));
+                                      .arg(m_kind, item.entity->Id().toString()));
         } else {
             inserts.push_back(item);
         }
@@ -135,16 +136,16 @@ void SaveRun::lookUp(Interfaces::IRepository<T>& repository, const Items<T>& unk
 }
 
 template <typename T>
-EntitiesById<T> SaveRun::findRows(Interfaces::IRepository<T>& repository, const Items<T>& wanted)
+auto SaveRun::findRows(Interfaces::IRepository<T>& repository, const Items<T>& wanted)
 {
-    // One by one costs a round trip to the worker each.
+    // Each row that is read by itself costs a round trip to the worker: as much as reading this many at once.
     constexpr std::size_t reading = 8;
     const std::size_t count = repository.Count();
-    if (count == 0)
-        return {};
-    if (wanted.size() * reading > count)
+    typename Interfaces::IRepository<T>::Entities rows;
+    if (count > 0 && wanted.size() * reading > count)
         return repository.GetAll();
-    EntitiesById<T> rows;
+    if (count == 0)
+        return rows;
     for (const Item<T>& item : wanted) {
         const FailureWatch watch;
         if (const std::shared_ptr<T> row = repository.GetById(item.entity->Id()))
@@ -181,12 +182,12 @@ void SaveRun::write(Operation<T> operation, Interfaces::IRepository<T>& reposito
             others.push_back(item);
         }
     }
-    fail(missing, failureText<T>(watch));
-    // Nothing of the batch was kept, and only the rows that are missing were wrong with it.
+    fail(missing, failureText(m_kind.data(), watch));
+    // The batch was undone only because rows are missing: the others are tried again without these.
     if (!missing.empty())
         write(operation, repository, others);
     else
-        fail(others, watch.failed() ? failureText<T>(watch) : QLatin1String(kindName<T>) + QStringLiteral(": refused"));
+        fail(others, watch.failed() ? failureText(m_kind.data(), watch) : m_kind + QStringLiteral(": refused"));
 }
 
 template <typename T>

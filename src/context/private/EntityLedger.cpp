@@ -1,6 +1,4 @@
-#include "context/EntityLedger.h"
-
-#include "context/OwnedEntities.h"
+#include "context/private/EntityLedger.h"
 
 #include <utility>
 
@@ -26,7 +24,7 @@ EntityLedger::~EntityLedger()
 
 void EntityLedger::changed(IEntity& entity)
 {
-    // It may have got a link to something that is not known here.
+    // A new link may lead to an entity that is not known here yet.
     if (m_deafness == Deafness::None)
         noteChange(*entityOf(entity), false);
 }
@@ -81,12 +79,12 @@ void EntityLedger::noteLoaded(const EntityPointer& entity)
 {
     const State mark = entity->EntityState();
     add({entity, entity->Timestamp(), mark, Row::Present, mark == Deleted ? Place::SetAside : Place::Attached});
-    // The next save makes it Normal, as all that is attached.
+    // The next save has to make it Normal, like all that is attached.
     if (mark == Snapshot)
         noteChange(*entity, false);
 }
 
-void EntityLedger::take(const EntityPointer& row, bool replaces)
+void EntityLedger::receive(const EntityPointer& row, bool replaces)
 {
     const EntityPointer here = filedInPlaceOf(row);
     const Record* known = here ? find(*here) : nullptr;
@@ -183,15 +181,13 @@ void EntityLedger::adoptLinked()
         const EntityPointer entity = std::move(changed.back());
         changed.pop_back();
         const bool isReferredOnly = find(*entity)->isReferredOnly;
-        visitBonds(*entity, [&](const EntityPointer& linked, Bond bond) {
+        visitBonds(entity, [&](const EntityPointer& linked, Bond bond) {
             if (adoptLinked(linked, isReferredOnly || bond == Bond::Referred))
                 changed.push_back(linked);
         });
     }
 }
 
-/// Takes in what another entity is linked to, unless it is known or another object stands for its row; tells whether
-/// its own links have to be looked at now.
 bool EntityLedger::adoptLinked(const EntityPointer& entity, bool isReferredOnly)
 {
     const auto known = m_records.find(entity.get());
@@ -248,7 +244,7 @@ void EntityLedger::followIds()
         unfile(record->entity, it.value());
         moved.push_back(it.key());
     }
-    // Another id is another row. Of those that were exchanged all have to leave their places first.
+    // Another id is another row. Entities that have exchanged ids must all leave their places first.
     for (const Entity* entity : moved) {
         if (find(*entity)->place == Place::Detached) {
             forget(*entity);

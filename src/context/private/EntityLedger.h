@@ -7,11 +7,20 @@
 #include <QSet>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <vector>
 
 namespace DataAccess::Context {
+
+/// How an entity holds another one.
+enum class Bond {
+    Owned,   ///< As a part of itself.
+    Referred ///< As something that stands for itself, and may be shared.
+};
+
+using BondVisitor = std::function<void(const std::shared_ptr<QOR::Entities::Entity>&, Bond)>;
 
 /**
  * The entities of a context: what is known of the row of each, and which have changed since, as they say themselves.
@@ -79,11 +88,11 @@ public:
     EntityLedger& operator=(const EntityLedger&) = delete;
     ~EntityLedger() override;
 
-    /// Takes what the application attaches; false when another attached entity has its id.
+    /// Adds what the application attaches; false when another attached entity has its id.
     bool attach(const EntityPointer& entity);
-    /// Takes an entity to be saved, or saved again, where only those of its kind count.
+    /// Adds an entity to be saved, or saved again; of those with its id only one of its kind is in its way.
     void adopt(const EntityPointer& entity);
-    /// Takes in what the changed entities own, and what they refer to and the database may not have.
+    /// Adopts what the changed entities own, and what they refer to and the database may not have.
     void adoptLinked();
     /// Keeps @p entity, or else what is known under its id, from being saved.
     void detach(const EntityPointer& entity);
@@ -105,6 +114,7 @@ public:
     void settleLoaded();
 
     // The steps of a save.
+    /// What a save has to look at, and the ledger forgets; putBack() gives it back what could not be stored.
     std::vector<Change> takeChanges();
     void putBack(const Change& change);
     /// Files @p entity under its id; false when that is null, or another attached one is there.
@@ -128,9 +138,9 @@ protected:
     const QSet<const Entity*>& hidden() const { return m_hidden; }
     /// Notes an entity that was loaded and is filed.
     void noteLoaded(const EntityPointer& entity);
-    /// Takes a row that was just read. What is known under its id stays, unless @p replaces and it is attached and has
-    /// no changes.
-    void take(const EntityPointer& row, bool replaces);
+    /// Files a row that was just read. What is known under its id stays, unless @p replaces is set and it is attached
+    /// and has no changes.
+    void receive(const EntityPointer& row, bool replaces);
 
 private:
     // Entities with an id are filed by it, each kind for itself.
@@ -140,6 +150,8 @@ private:
     virtual void file(const EntityPointer& entity) = 0;
     virtual void unfile(const EntityPointer& entity, const QUuid& id) = 0;
     virtual void unfileAll() = 0;
+    /// Calls @p visit with what @p entity is linked to, if its kind is one of this ledger.
+    virtual void visitBonds(const EntityPointer& entity, const BondVisitor& visit) const = 0;
 
     void changed(QOR::Entities::Interfaces::IEntity& entity) override;
     void contentChanged(QOR::Entities::Interfaces::IEntity& entity) override;
@@ -147,11 +159,13 @@ private:
     void idChanged(QOR::Entities::Interfaces::IEntity& entity, const QUuid& former) override;
 
     void add(const Record& record);
+    /// Adopts what another entity is linked to, unless it is known or another object stands for its row; tells whether
+    /// its own links have to be looked at now.
     bool adoptLinked(const EntityPointer& entity, bool isReferredOnly);
     void setPlace(Record& record, Place place);
     void noteChange(const Entity& entity, bool isOfContent);
-    /// Lets the entity of @p record take the place of one with its id that is not attached, and over what is known of
-    /// the row; false when that one is attached.
+    /// Removes an entity with the id of that of @p record, which learns what is known of the row; false when the other
+    /// one is attached, and stays.
     bool makeRoom(Record& record);
 
     QHash<const Entity*, Record> m_records;

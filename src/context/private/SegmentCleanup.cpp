@@ -1,6 +1,5 @@
-#include "context/SegmentCleanup.h"
-
 #include "context/CableContext.h"
+#include "context/private/Networks.h"
 #include "database/LoggingCategories.h"
 
 #include <QSet>
@@ -23,8 +22,8 @@ using SegmentList = std::vector<SegmentPointer>;
 /// the others, those that were changed last.
 using Places = std::map<unsigned int, SegmentList>;
 
-/// The segments that the ratings of a network have values of. Only asked about segments that may be stored twice:
-/// reading all documents takes its time.
+/// The segments that the ratings of a network have values of. It reads all their documents, which takes time, and so
+/// only when it is asked.
 class RatedSegments
 {
 public:
@@ -96,7 +95,7 @@ bool isKnownLength(double length)
     return std::isfinite(length) && length > 0;
 }
 
-/// Whether somebody entered @p segment: what older programs made of joints, without a word of their own, was not.
+/// Whether somebody entered @p segment. Older programs made joints by themselves, without any value.
 bool isEntered(const Segment& segment)
 {
     return isKnownLength(segment.Length()) || !segment.Name().isEmpty() || segment.InstallationDate().isValid();
@@ -126,7 +125,7 @@ void complete(Segment& kept, const Segment& dropped)
         kept.SetInstallationDate(dropped.InstallationDate());
 }
 
-/// What the details say about the segments of a network.
+/// Makes the joints of a network agree with their details and neighbours.
 class JointRepair
 {
 public:
@@ -202,8 +201,8 @@ private:
         });
     }
 
-    /// A detail that says nothing of a section, and that only joints have, is a joint's. A type other than the default
-    /// one was chosen by somebody.
+    /// Gives the joint type to a detail that says nothing of a section and that only joints have. A type other than
+    /// the default one was chosen by somebody, and stays.
     void retype(SegmentDetail& detail)
     {
         const Uses uses = m_uses.value(detail.Id());
@@ -218,8 +217,8 @@ private:
         detail.SetTypeId(jointType->Id());
     }
 
-    /// A piece of no length, name or date between two sections is a joint. Its detail is replaced when it is none, or
-    /// when another segment has it too.
+    /// Makes a joint of a piece of no length, name or date between two sections: gives it the default detail when it
+    /// has none, or a section's that another segment has too.
     void giveJointDetail(Segment& segment)
     {
         const QUuid detail = segment.DetailId();
@@ -235,7 +234,7 @@ private:
         segment.SetDetailId(jointDetail->Id());
     }
 
-    /// Of the joints of one place that contradict each other in nothing, one stays.
+    /// Merges the joints of one place that do not contradict each other into one.
     void mergeJoints(const SegmentList& place)
     {
         SegmentList kept;

@@ -1,6 +1,6 @@
-#include "context/EntityLedger.h"
+#include "context/private/EntityLedger.h"
 
-// Which marks rows have and entities show, and what is to be written therefore.
+// The marks (deleted, snapshot) that rows have and entities show, and what has to be written because of them.
 namespace DataAccess::Context {
 
 using namespace QOR::Entities::Enumerations;
@@ -20,7 +20,7 @@ QHash<const EntityLedger::Entity*, EntityLedger::State> EntityLedger::showMarks(
     QHash<const Entity*, State> states;
     for (const Entity* entity : qAsConst(m_hidden)) {
         const State state = entity->EntityState();
-        // New takes the mark off, and another mark is to take its place.
+        // New removes the mark, and another mark replaces it.
         if (state == Normal || state == Modified)
             states.insert(entity, state);
     }
@@ -61,7 +61,7 @@ EntityLedger::State EntityLedger::markToWrite(const Entity& entity) const
     const State state = entity.EntityState();
     if (isMark(state))
         return state;
-    // The state New takes a hidden mark off; one that the entity showed is off with any other state.
+    // The state New removes a hidden mark; one that the entity showed is gone with any other state.
     return state != New && m_hidden.contains(&entity) ? find(entity)->mark : Normal;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "context/CableNetwork.h"
+#include "context/private/Networks.h"
 
 #include <functional>
 #include <vector>
@@ -43,6 +43,8 @@ private:
     };
     template <typename T>
     using SourcesById = QHash<QUuid, Source<T>>;
+    template <typename... Kind>
+    static std::tuple<SourcesById<typename Kind::Entity>...> sourcesOf(const std::tuple<Kind...>& kinds);
     template <typename T>
     using Entities = std::vector<std::shared_ptr<T>>;
 
@@ -61,9 +63,9 @@ private:
 
     /// Copies the noted entities of one kind. The kinds that it refers to must have been copied before.
     template <typename T>
-    void place(const char* kind);
+    void place(const QString& kind);
     template <typename T>
-    void merge(const Source<T>& source, const std::shared_ptr<T>& here, const char* kind);
+    void merge(const Source<T>& source, const std::shared_ptr<T>& here, const QString& kind);
     template <typename T>
     void insert(const Source<T>& source);
     template <typename T>
@@ -95,8 +97,8 @@ private:
     CableNetwork& m_target;
     const IsUnsaved m_isUnsaved;
     const bool m_hasImages;
-    ForEachCableKind<SourcesById> m_sources;
-    /// The id of the counterpart here, by the id at the source.
+    decltype(sourcesOf(Manager::editorKinds)) m_sources;
+    /// What is here under another id, by the id that it has at the source.
     QHash<QUuid, QUuid> m_standIns;
     std::vector<EntityPointer> m_changed;
     bool m_isIncomplete = false;

@@ -1,4 +1,4 @@
-#include "context/SaveRun.h"
+#include "context/private/SaveRun.h"
 
 namespace DataAccess::Context {
 

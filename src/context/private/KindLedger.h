@@ -1,20 +1,18 @@
 #pragma once
 
-#include "context/EntityHashes.h"
-#include "context/EntityLedger.h"
+#include "context/private/Networks.h"
 
+#include <typeinfo>
 #include <utility>
 
 namespace DataAccess::Context {
 
-/// The ledger of the kinds that @p ForEachKind names. Entities of other kinds are known, and never stored.
-template <template <template <typename> class> class ForEachKind>
+/// The ledger of the kinds of @p Network, an EntityHashes. Entities of other kinds are known, and never stored.
+template <typename Network>
 class KindLedger final : public EntityLedger
 {
 public:
-    using Network = EntityHashes<ForEachKind<EntitiesById>>;
-
-    /// All that have an id; also those that were saved as deleted.
+    /// All entities that have an id, those included that were saved as deleted.
     Network& network() { return m_network; }
 
     /// The entities of one kind, without those that were saved as deleted.
@@ -32,7 +30,7 @@ public:
         return entities;
     }
 
-    /// Takes all rows of one kind. What is known here stays.
+    /// Adds all rows of one kind, which a load has read. What is known here stays.
     template <typename T>
     void load(EntitiesById<T> rows)
     {
@@ -45,16 +43,17 @@ public:
             return;
         }
         for (const std::shared_ptr<T>& row : qAsConst(rows))
-            take(row, false);
+            receive(row, false);
     }
 
-    /// Takes some rows of one kind, which were read anew, except where there are changes that were not saved.
+    /// Puts some rows of one kind, which were read anew, in the place of what is known of them, except where there are
+    /// changes that were not saved.
     template <typename T>
     void merge(const EntitiesById<T>& rows)
     {
         followIds();
         for (const std::shared_ptr<T>& row : rows)
-            take(row, true);
+            receive(row, true);
     }
 
 private:
@@ -96,19 +95,30 @@ private:
         m_others.clear();
     }
 
+    void visitBonds(const EntityPointer& entity, const BondVisitor& visit) const override
+    {
+        withKindOf(*this, entity,
+                   [&visit](const auto& /*entities*/, const auto& typed) { Context::visitBonds(*typed, visit); });
+    }
+
     /// Calls @p visitor with the entities of the kind of @p entity and with itself.
     template <typename Self, typename Visitor>
     static void withKindOf(Self& self, const EntityPointer& entity, const Visitor& visitor)
     {
         bool isFound = false;
-        self.m_network.visit([&](auto& entities) {
-            if (isFound)
+        const Entity& object = *entity;
+        const auto visitIf = [&](auto& entities, bool isCandidate) {
+            using T = EntityOf<decltype(entities)>;
+            const auto typed = !isFound && isCandidate ? std::dynamic_pointer_cast<T>(entity) : nullptr;
+            if (!typed)
                 return;
-            if (const auto typed = std::dynamic_pointer_cast<EntityOf<decltype(entities)>>(entity)) {
-                isFound = true;
-                visitor(entities, typed);
-            }
-        });
+            isFound = true;
+            visitor(entities, typed);
+        };
+        // A failed cast takes much longer than this comparison, and only applications derive from the classes.
+        self.m_network.visit(
+            [&](auto& entities) { visitIf(entities, typeid(object) == typeid(EntityOf<decltype(entities)>)); });
+        self.m_network.visit([&](auto& entities) { visitIf(entities, true); });
         if (!isFound)
             visitor(self.m_others, entity);
     }
@@ -116,9 +126,5 @@ private:
     Network m_network;
     EntitiesById<Entity> m_others;
 };
-
-/// No kinds at all.
-template <template <typename> class X>
-using NoKinds = std::tuple<>;
 
 } // namespace DataAccess::Context
