@@ -19,6 +19,7 @@ template <typename T>
 class DATAACCESS_EXPORT EntityRepository : public Repository, public Interfaces::IRepository<T>
 {
 public:
+    /// See IRepository.
     using Entities = typename Interfaces::IRepository<T>::Entities;
     using EntityList = typename Interfaces::IRepository<T>::EntityList;
     template <typename Result>
@@ -63,8 +64,10 @@ public:
     Task<unsigned int>* CountAsync() override { return count(); }
 
 protected:
+    /// How the entities are stored.
     using Mapping = EntityMapping<T>;
 
+    /// See Repository; @p mapping is shared with the jobs.
     EntityRepository(Database::DbWorker* worker, const QString& table, Enumerations::LoadingStrategies strategy,
                      const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                      std::shared_ptr<const Mapping> mapping, QObject* parent)
@@ -93,6 +96,7 @@ protected:
         return getRows(std::move(text), m_mapping->statements().bookkeeping, function);
     }
 
+    /// What the constructor was given.
     const std::shared_ptr<const Mapping>& mapping() const { return m_mapping; }
 
 private:
