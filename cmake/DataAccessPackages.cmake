@@ -6,6 +6,8 @@ set(package_revision 1)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME dataaccess)
+# Each package has a summary of its own.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_PACKAGE_CONTACT "DataAccess maintainers <maintainers@dataaccess.invalid>" CACHE STRING
     "Who is to be written to about the packages")
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -14,6 +16,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/package/CompleteTrees.cmake")
+set(CPACK_POST_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/package/RemoveScripts.cmake")
 set(CPACK_DATAACCESS_TEXTS "${PROJECT_SOURCE_DIR}/cmake/package")
 set(CPACK_DATAACCESS_CHANGELOG "${PROJECT_SOURCE_DIR}/CHANGELOG.md")
 
@@ -22,6 +25,8 @@ set(CPACK_DEBIAN_PACKAGE_SOURCE dataaccess)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/src" "${PROJECT_BINARY_DIR}/src/entities/qor"
     "${PROJECT_BINARY_DIR}/src/entities/cables" "${PROJECT_BINARY_DIR}/src/entities/pd"
     "${PROJECT_BINARY_DIR}/src/entities/lb")
@@ -41,8 +46,7 @@ dataaccess_package(RUNTIME libdataaccess${PROJECT_VERSION_MAJOR} libs "data laye
 measures, in SQLite 3 or PostgreSQL. This is the shared library, with the
 entity libraries that belong to it.")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_SOURCE_DIR}/cmake/package/triggers")
 # Qt loads its database drivers by name, so nothing else tells that they are needed.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS libqt5sql5-sqlite)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS libqt5sql5-psql)
