@@ -43,8 +43,9 @@ QString nodeOf(const SchemaTable& table)
     QString rows = QStringLiteral("<tr><td colspan=\"2\" bgcolor=\"#d8e4f0\"><b>%1</b></td></tr>").arg(table.name);
     for (const SchemaColumn& column : table.columns) {
         const QString name = column.name == table.key ? QStringLiteral("<u>%1</u>").arg(column.name) : column.name;
-        rows += QStringLiteral("<tr><td align=\"left\" port=\"%1\">%2</td><td align=\"left\">%3</td></tr>")
-                    .arg(column.name, name, kindOf(column));
+        rows +=
+            QStringLiteral("<tr><td align=\"left\" port=\"%1\">%2</td><td align=\"left\" port=\"from_%1\">%3</td></tr>")
+                .arg(column.name, name, kindOf(column));
     }
     return QStringLiteral("%1 [label=<<table border=\"0\" cellborder=\"1\" cellspacing=\"0\">%2</table>>]")
         .arg(table.name, rows);
@@ -53,7 +54,8 @@ QString nodeOf(const SchemaTable& table)
 QString edgeOf(const SchemaTable& table, const SchemaReference& reference)
 {
     const QString head = reference.isList ? QStringLiteral("crow") : QStringLiteral("normal");
-    return QStringLiteral("%1:%2 -> %3 [arrowhead=%4]").arg(table.name, reference.column, reference.table, head);
+    return QStringLiteral("%1:from_%2:e -> %3:%4:w [arrowhead=%5]")
+        .arg(table.name, reference.column, reference.table, Transfer::schemaTable(reference.table)->key, head);
 }
 
 } // namespace
