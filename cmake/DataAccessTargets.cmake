@@ -17,6 +17,8 @@ target_compile_definitions(dataaccess_build_settings INTERFACE
 target_compile_options(dataaccess_build_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
     -Wcast-align -Wunused -Wformat=2
+    # Qt's logging macros are called without the argument that C++17 asks of a variadic macro.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
     $<$<BOOL:${DATAACCESS_WARNINGS_AS_ERRORS}>:-Werror>)
 if(DATAACCESS_SANITIZE)
     target_compile_options(dataaccess_build_settings INTERFACE
