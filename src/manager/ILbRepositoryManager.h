@@ -21,8 +21,7 @@ public:
     virtual std::shared_ptr<Measures> CablebookMeasuresRepository() const = 0;
     /// The view that caches what it has read; null until a repository has been set.
     virtual std::shared_ptr<Measures> CablebookMeasuresRepositoryCached() const = 0;
-    /// Shares @p repository. Another one comes with a new, empty view; the one already set keeps its view and what that
-    /// has cached.
+    /// Sets the repository, with a new, empty view; the one already set keeps its view and what that has cached.
     virtual void SetCablebookMeasuresRepository(const std::shared_ptr<Measures>& repository) = 0;
 
 protected:
