@@ -25,6 +25,7 @@ class DATAACCESS_EXPORT AbstractRepositoryManager : public QObject
     Q_OBJECT
 
 public:
+    /// Has no repositories yet.
     explicit AbstractRepositoryManager(QObject* parent = nullptr);
     ~AbstractRepositoryManager() override;
     AbstractRepositoryManager(const AbstractRepositoryManager&) = delete;

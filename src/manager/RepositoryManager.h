@@ -26,6 +26,7 @@ public:
     RepositoryManager(const RepositoryManager&) = delete;
     RepositoryManager& operator=(const RepositoryManager&) = delete;
 
+    /// What the constructor was given.
     std::shared_ptr<Interfaces::IEditorRepositoryManager> EditorRepositories() const override;
     std::shared_ptr<Interfaces::IPdRepositoryManager> PdRepositories() const override;
     std::shared_ptr<Interfaces::ILbRepositoryManager> LbRepositories() const override;

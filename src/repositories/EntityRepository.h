@@ -23,6 +23,7 @@ template <typename T>
 class DATAACCESS_EXPORT EntityRepository : public Repository, public Interfaces::IRepository<T>
 {
 public:
+    /// See IRepository.
     using Entities = typename Interfaces::IRepository<T>::Entities;
     using EntityList = typename Interfaces::IRepository<T>::EntityList;
     template <typename Result>
@@ -37,8 +38,10 @@ public:
     Task<unsigned int>* CountAsync() override;
 
 protected:
+    /// How the entities are stored.
     using Mapping = EntityMapping<T>;
 
+    /// See Repository; @p mapping is shared with the jobs.
     EntityRepository(Database::DbWorker* worker, const QString& table, Enumerations::LoadingStrategies strategy,
                      const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                      std::shared_ptr<const Mapping> mapping, QObject* parent);
@@ -49,6 +52,7 @@ protected:
     /// Queues @p statement for one id, with the columns of get by id.
     Task<Entities>* getRowsById(const QString& statement, const QUuid& id, const char* function);
 
+    /// What the constructor was given.
     const std::shared_ptr<const Mapping>& mapping() const { return m_mapping; }
 
 private:

@@ -38,14 +38,18 @@ public:
     Repository& operator=(const Repository&) = delete;
 
 protected:
+    /// Entities of any kind.
     using EntityVector = std::vector<std::shared_ptr<QOR::Entities::Entity>>;
 
+    /// What the constructor was given.
     Database::DbWorker* dbWorker() const;
     const QString& table() const;
     Enumerations::LoadingStrategies loadingStrategy() const;
+
     /// The manager that made the repository; null when it is gone.
     std::shared_ptr<Manager::AbstractRepositoryManager> manager() const;
 
+    /// Queue what IRepository says of Count(), Delete() and Remove(). The caller owns the task.
     Database::Task<unsigned int>* count();
     Database::Task<bool>* del(EntityVector entities);
     Database::Task<bool>* remove(EntityVector entities);

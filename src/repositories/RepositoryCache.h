@@ -32,12 +32,14 @@ template <typename T>
 class DATAACCESS_EXPORT RepositoryCache : public Interfaces::ICachedRepository<T>
 {
 public:
+    /// See IRepository.
     using IRepository = Interfaces::IRepository<T>;
     using Entities = typename IRepository::Entities;
     using EntityList = typename IRepository::EntityList;
     template <typename Result>
     using Task = Database::Task<Result>;
 
+    /// Shares @p repository, which may be null. Reads nothing yet.
     explicit RepositoryCache(const std::shared_ptr<IRepository>& repository)
         : m_repository(repository)
     {}

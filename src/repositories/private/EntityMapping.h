@@ -15,18 +15,18 @@ namespace DataAccess::Repositories {
 /// Where a select list has the columns that every entity table carries. The id is always the first.
 struct Bookkeeping
 {
-    int timestamp;
-    int deleted;
-    int snap;
+    int timestamp; ///< Time of the last write, UTC.
+    int deleted;   ///< Whether the row is marked deleted.
+    int snap;      ///< Whether it is a snapshot.
 };
 
 /// The four statements of a repository. %1 stands for the table, %2 (or, without a table, %1) for the id.
 struct Statements
 {
-    QString getAll;
-    QString getById;
-    QString insert;
-    QString update;
+    QString getAll;          ///< Selects all rows.
+    QString getById;         ///< Selects one row.
+    QString insert;          ///< Writes a new row.
+    QString update;          ///< Writes an existing row.
     Bookkeeping bookkeeping; ///< Of both selects.
 };
 
@@ -43,6 +43,7 @@ public:
     EntityMapping& operator=(const EntityMapping&) = delete;
     virtual ~EntityMapping() = default;
 
+    /// The statements, which live as long as the mapping.
     virtual const Statements& statements() const = 0;
 
     /// Reads the properties from the current row, by position in the select list.
