@@ -1,7 +1,8 @@
 #include "migration/StatementRunner.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/IDatabase.h"
+#include "database/backends/Backend.h"
 
 #include <QDateTime>
 #include <QSqlError>
@@ -90,7 +91,7 @@ StatementRunner::StatementRunner(IDatabase& db)
 
 bool StatementRunner::isPostgres() const
 {
-    return m_db.Config()->Type() == Enumerations::Postgres;
+    return Database::Backend::of(m_db).isServer();
 }
 
 void StatementRunner::execute(const QString& statement)
