@@ -127,7 +127,7 @@ bool Transaction::fail(const QString& reason, bool isUnavailable)
 bool Transaction::failByDriver()
 {
     const QSqlError error = m_db->lastError();
-    const QString words = error.text().trimmed();
+    const QString words = Backend::errorText(error).trimmed();
     return fail(words.isEmpty() ? QStringLiteral("The database refused without a reason") : words,
                 Backend::isUnavailable(error) || !m_db->isOpen() || Backend::of(*m_db).metLock(*m_db));
 }

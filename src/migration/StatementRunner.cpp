@@ -41,7 +41,7 @@ QSqlQuery& prepare(IDatabase& db, const QString& statement)
     QSqlQuery& query = db.Query();
     query.setForwardOnly(true);
     if (!query.prepare(statement))
-        fail("preparation of query failed:", query.lastError().text());
+        fail("preparation of query failed:", Database::Backend::errorText(query.lastError()));
     return query;
 }
 
@@ -79,7 +79,7 @@ StatementRunner::Rows readAll(QSqlQuery& query)
         rows.append(row);
     }
     if (query.lastError().isValid())
-        fail(executionFailed, query.lastError().text());
+        fail(executionFailed, Database::Backend::errorText(query.lastError()));
     return rows;
 }
 

@@ -51,6 +51,16 @@ const Backend& Backend::of(const QSqlDatabase& connection)
     return unknown();
 }
 
+QString Backend::errorText(const QSqlError& error)
+{
+    for (const Backend* const backend : all()) {
+        const QString text = backend->textWithoutValues(error);
+        if (!text.isNull())
+            return text;
+    }
+    return error.text();
+}
+
 bool Backend::isUnavailable(const QSqlError& error)
 {
     if (error.nativeErrorCode().isEmpty())

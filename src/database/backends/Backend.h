@@ -42,6 +42,8 @@ public:
     static const Backend& of(Interfaces::IDatabase& db);
     /// The backend behind the driver of @p connection, whoever has made it.
     static const Backend& of(const QSqlDatabase& connection);
+    /// What may be logged and reported of @p error: the driver's words, without the values of rows.
+    static QString errorText(const QSqlError& error);
     /// Whether @p error says that the database is locked or out of reach, whichever backend it is of.
     static bool isUnavailable(const QSqlError& error);
 
@@ -140,6 +142,8 @@ protected:
 
     /// Whether @p driver, however it was made, is one for this backend.
     virtual bool drives(const QSqlDriver& /*driver*/) const { return false; }
+    /// The text of @p error without the values of rows, if it is an error of this backend and may have any; else null.
+    virtual QString textWithoutValues(const QSqlError& /*error*/) const { return {}; }
     /// Whether @p error, which has a code, is this backend's for a database that is locked or out of reach.
     virtual bool tellsUnavailable(const QSqlError& /*error*/) const { return false; }
 

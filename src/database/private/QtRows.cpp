@@ -1,6 +1,7 @@
 #include "database/private/QtRows.h"
 
 #include "database/IDatabase.h"
+#include "database/backends/Backend.h"
 #include "database/private/StatementError.h"
 
 #include <QSqlError>
@@ -42,7 +43,7 @@ const Interfaces::IValueConverter& QtRowReader::row() const
 
 QString QtRowReader::error() const
 {
-    return m_query.lastError().isValid() ? m_query.lastError().text() : QString();
+    return m_query.lastError().isValid() ? Backend::errorText(m_query.lastError()) : QString();
 }
 
 bool QtRowReader::isUnavailable() const

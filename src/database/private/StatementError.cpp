@@ -14,7 +14,7 @@ namespace {
 
 ExecutionException exceptionOf(const QSqlError& error)
 {
-    return {error.text().toLocal8Bit().constData(), Backend::isUnavailable(error)};
+    return {Backend::errorText(error).toLocal8Bit().constData(), Backend::isUnavailable(error)};
 }
 
 /// The last error of @p query, which does not tell by itself that the connection is lost or was never open.
@@ -31,7 +31,7 @@ QSqlError errorOf(const QSqlQuery& query)
 
 void throwStatementError(const QSqlError& error)
 {
-    qCCritical(lcDatabase) << "SQL Error:" << error.text();
+    qCCritical(lcDatabase) << "SQL Error:" << Backend::errorText(error);
     throw exceptionOf(error);
 }
 

@@ -9,7 +9,7 @@ class QSqlQuery;
 
 namespace DataAccess::Database {
 
-/// Logs @p error, that of a statement, and throws ExecutionException with its text.
+/// Logs @p error, that of a statement, and throws ExecutionException with Backend::errorText().
 [[noreturn]] void throwStatementError(const QSqlError& error);
 /// The same with @p text, words of our own.
 [[noreturn]] void throwStatementError(const QString& text);

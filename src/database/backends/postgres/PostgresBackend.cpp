@@ -2,6 +2,7 @@
 
 #include "database/backends/postgres/PostgresConnection.h"
 
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlDriver>
 #include <QSqlQuery>
@@ -28,6 +29,21 @@ void keepFatal(void* reason, const PGresult* notice)
     const char* const severity = PQresultErrorField(notice, PG_DIAG_SEVERITY_NONLOCALIZED);
     if (qstrcmp(severity, "FATAL") == 0 || qstrcmp(severity, "PANIC") == 0)
         *static_cast<QString*>(reason) = QString::fromUtf8(PQresultErrorMessage(notice)).trimmed();
+}
+
+constexpr int s_sqlStateSize = 5;
+
+/// What the server says first, of @p words that may go on with the statement and the values it was run with.
+QString primaryMessage(const QString& words, const QString& code)
+{
+    QString message = words.section(QLatin1Char('\n'), 0, 0);
+    // The quotes are around a value only where that value is wrong (class 22); else they are around names.
+    const int quote = code.startsWith(QLatin1String("22")) ? message.indexOf(QLatin1Char('"')) : -1;
+    if (quote >= 0) {
+        static const QRegularExpression rest(QStringLiteral("\"( is out of range for type [a-z ]+)$"));
+        message = message.left(quote) + QStringLiteral("\"...\"") + rest.match(message).captured(1);
+    }
+    return QStringLiteral("%1 (%2)").arg(message, code);
 }
 
 } // namespace
@@ -57,11 +73,19 @@ bool PostgresBackend::drives(const QSqlDriver& driver) const
     return driver.dbmsType() == QSqlDriver::PostgreSQL;
 }
 
+QString PostgresBackend::textWithoutValues(const QSqlError& error) const
+{
+    // The server adds the values to its first line, as details and as the text of the statement.
+    const QString code = error.nativeErrorCode();
+    return code.size() == s_sqlStateSize
+               ? QSqlError(error.driverText(), primaryMessage(error.databaseText(), code), error.type()).text()
+               : QString();
+}
+
 bool PostgresBackend::tellsUnavailable(const QSqlError& error) const
 {
     const QString code = error.nativeErrorCode();
-    constexpr int sqlStateSize = 5;
-    if (code.size() != sqlStateSize)
+    if (code.size() != s_sqlStateSize)
         return false;
     // Connection lost, server in operation no more or not yet; cancelled after a time-out; lock not available.
     static const QStringList prefixes = {QStringLiteral("08"), QStringLiteral("57P0"), QStringLiteral("57014"),

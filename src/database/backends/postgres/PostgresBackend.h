@@ -55,6 +55,7 @@ public:
 
 protected:
     bool drives(const QSqlDriver& driver) const override;
+    QString textWithoutValues(const QSqlError& error) const override;
     bool tellsUnavailable(const QSqlError& error) const override;
 };
 

@@ -44,7 +44,7 @@ public:
         try {
             receiveAnswers();
             if (m_failure.isValid() && !isTold)
-                qCWarning(lcDatabase) << Q_FUNC_INFO << m_failure.text();
+                qCWarning(lcDatabase) << Q_FUNC_INFO << Backend::errorText(m_failure);
         } catch (const Exceptions::DbException& error) {
             qCWarning(lcDatabase) << Q_FUNC_INFO << error.what();
         }
@@ -95,7 +95,7 @@ private:
     void rethrowFailure() const
     {
         if (m_failure.isValid())
-            throw Exceptions::ExecutionException(m_failure.text().toLocal8Bit().constData(),
+            throw Exceptions::ExecutionException(Backend::errorText(m_failure).toLocal8Bit().constData(),
                                                  Backend::isUnavailable(m_failure));
     }
 
