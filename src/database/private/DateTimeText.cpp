@@ -1,6 +1,6 @@
 #include "database/private/DateTimeText.h"
 
-#include <array>
+#include "database/private/EightCharacters.h"
 
 namespace DataAccess::Database::DateTimeText {
 
@@ -11,12 +11,16 @@ const QString s_dateTime = QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz");
 const QString s_dateTimeWithoutMs = QStringLiteral("yyyy-MM-dd HH:mm:ss");
 // What a text looks like that is printed, or parsed without the format parser; '0' stands for any digit.
 constexpr QLatin1String s_layout("0000-00-00 00:00:00.000", 23);
+// By how much each character may differ from that, as what is added to get the high bit beyond it: 9, or not at all.
+constexpr char s_beyond[] = "vvvv\x7fvv\x7fvv\x7fvv\x7fvv\x7fvv\x7fvvv";
+static_assert('v' == 0x7f - 9 && sizeof s_beyond == 24);
 constexpr int s_dateLength = 10;
 constexpr int s_lengthWithoutMs = 19;
+constexpr qint64 s_epoch = 2440588; // the Julian day of 1970-01-01
+constexpr qint64 s_day = 86400000;  // in milliseconds
 
-/// Whether @p text is laid out like the first characters of the layout, as many as it has.
-template <typename Text>
-bool hasLayout(const Text& text)
+/// Whether @p text is laid out like the first characters of the layout, as many as it has; at least a date's.
+bool hasLayout(const QString& text)
 {
     if (text.size() > s_layout.size())
         return false;
@@ -27,6 +31,19 @@ bool hasLayout(const Text& text)
             return false;
     }
     return true;
+}
+
+bool hasLayout(QLatin1String text)
+{
+    using EightCharacters::load;
+    if (text.size() > s_layout.size())
+        return false;
+    quint64 misfits = 0;
+    EightCharacters::forAll(text.size(), [&](int at) {
+        const quint64 difference = load(text.data() + at) ^ load(s_layout.data() + at);
+        misfits |= difference | (difference + load(s_beyond + at));
+    });
+    return (misfits & EightCharacters::highBits) == 0;
 }
 
 template <typename Text>
@@ -59,7 +76,12 @@ QDateTime dateTimeIn(const Text& text, Qt::TimeSpec timeSpec)
         const int milliseconds = text.size() == s_layout.size() ? number(text, 20, 3) : 0;
         const QTime time(number(text, 11, 2), number(text, 14, 2), number(text, 17, 2), milliseconds);
         const QDate date = dateOf(text);
-        return date.isValid() && time.isValid() ? QDateTime(date, time, timeSpec) : QDateTime();
+        if (!date.isValid() || !time.isValid())
+            return QDateTime();
+        // For UTC, Qt's way from date and time takes longer than all the rest.
+        return timeSpec == Qt::UTC ? QDateTime::fromMSecsSinceEpoch(
+                                         (date.toJulianDay() - s_epoch) * s_day + time.msecsSinceStartOfDay(), Qt::UTC)
+                                   : QDateTime(date, time, timeSpec);
     }
     QDateTime parsed = QDateTime::fromString(QString(text), s_dateTime);
     if (!parsed.isValid())

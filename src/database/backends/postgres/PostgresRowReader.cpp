@@ -4,6 +4,7 @@
 #include "database/backends/postgres/PostgresConnection.h"
 #include "database/private/DateTimeText.h"
 #include "database/private/StatementError.h"
+#include "database/private/UuidText.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -11,6 +12,7 @@
 #include <QSqlResult>
 #include <QString>
 #include <QVariant>
+#include <QVector>
 #include <QtNumeric>
 
 #include <algorithm>
@@ -164,61 +166,64 @@ public:
     ColumnValues(QSqlQuery& query, const PGresult* result)
         : ValueConverter(query)
         , m_result(result)
-    {}
+    {
+        for (int column = 0; column < PQnfields(result); ++column)
+            m_types.append(PQftype(result, column));
+    }
 
     /// Moves to the next row; false after the last one.
     bool next() { return ++m_row < PQntuples(m_result); }
 
     bool toBool(int column) const override
     {
-        return is<Boolean>(column) ? *PQgetvalue(m_result, m_row, column) == 't' : ValueConverter::toBool(column);
+        const std::string_view text = textOf<Boolean>(column);
+        return text.empty() ? ValueConverter::toBool(column) : text.front() == 't';
     }
 
     qint32 toInt32(int column) const override
     {
         qint32 number = 0;
-        return is<SmallInt, Integer>(column) && parse(text(column), number) ? number : ValueConverter::toInt32(column);
+        return parse(textOf<SmallInt, Integer>(column), number) ? number : ValueConverter::toInt32(column);
     }
 
     qint64 toInt64(int column) const override
     {
         qint64 number = 0;
-        return is<SmallInt, Integer, BigInt>(column) && parse(text(column), number) ? number
-                                                                                    : ValueConverter::toInt64(column);
+        return parse(textOf<SmallInt, Integer, BigInt>(column), number) ? number : ValueConverter::toInt64(column);
     }
 
     unsigned int toUint(int column) const override
     {
         unsigned int number = 0;
-        return is<SmallInt, Integer>(column) && parse(text(column), number) ? number : ValueConverter::toUint(column);
+        return parse(textOf<SmallInt, Integer>(column), number) ? number : ValueConverter::toUint(column);
     }
 
     double toDouble(int column) const override
     {
-        if (PQgetisnull(m_result, m_row, column) != 0)
-            return std::numeric_limits<double>::quiet_NaN();
         double number = 0;
-        return is<Numeric, Float8, Float4>(column) && parse(text(column), number) ? number
-                                                                                  : ValueConverter::toDouble(column);
+        if (parse(textOf<Numeric, Float8, Float4>(column), number))
+            return number;
+        return PQgetisnull(m_result, m_row, column) != 0 ? std::numeric_limits<double>::quiet_NaN()
+                                                         : ValueConverter::toDouble(column);
     }
 
     QString toString(int column) const override
     {
-        if (!is<Text, VarChar, BpChar>(column))
-            return ValueConverter::toString(column);
-        const std::string_view value = text(column);
-        return QString::fromUtf8(value.data(), static_cast<int>(value.size()));
+        const std::string_view text = textOf<Text, VarChar, BpChar>(column);
+        return text.data() != nullptr ? QString::fromUtf8(text.data(), static_cast<int>(text.size()))
+                                      : ValueConverter::toString(column);
     }
 
     QUuid toUuid(int column) const override
     {
-        return is<Text, VarChar, BpChar>(column) ? QUuid::fromString(latin1(text(column)))
-                                                 : ValueConverter::toUuid(column);
+        const std::string_view text = textOf<Text, VarChar, BpChar>(column);
+        return text.data() != nullptr ? parseUuid(latin1(text)) : ValueConverter::toUuid(column);
     }
 
     QDate toDate(int column) const override
     {
-        const QDate date = is<Date>(column) ? DateTimeText::parseDate(latin1(text(column))) : QDate();
+        const std::string_view text = textOf<Date>(column);
+        const QDate date = text.empty() ? QDate() : DateTimeText::parseDate(latin1(text));
         return date.isValid() ? date : ValueConverter::toDate(column);
     }
 
@@ -240,17 +245,17 @@ protected:
     QVariant read(int column) const override { return postgresValue(m_result, m_row, column); }
 
 private:
-    /// Whether @p column has one of @p types and is not NULL.
+    /// The text of @p column; without an address when its type is none of @p types, or it is NULL.
     template <PostgresType... types>
-    bool is(int column) const
+    std::string_view textOf(int column) const
     {
-        const Oid type = PQftype(m_result, column);
-        return ((type == types) || ...) && PQgetisnull(m_result, m_row, column) == 0;
-    }
-
-    std::string_view text(int column) const
-    {
-        return {PQgetvalue(m_result, m_row, column), static_cast<std::size_t>(PQgetlength(m_result, m_row, column))};
+        const Oid type = m_types.value(column);
+        if (((type != types) && ...))
+            return {};
+        const int size = PQgetlength(m_result, m_row, column);
+        if (size == 0 && PQgetisnull(m_result, m_row, column) != 0)
+            return {};
+        return {PQgetvalue(m_result, m_row, column), static_cast<std::size_t>(size)};
     }
 
     /// The usual form of a time stamp, "yyyy-MM-dd HH:mm:ss.zzz", of which PostgreSQL leaves out zeros at the end.
@@ -258,7 +263,7 @@ private:
     {
         constexpr std::size_t whole = 19;
         char padded[] = "0000-00-00 00:00:00.000";
-        const std::string_view value = is<Timestamp>(column) ? text(column) : std::string_view();
+        const std::string_view value = textOf<Timestamp>(column);
         if (value.size() < whole || value.size() >= sizeof padded || value.size() == whole + 1)
             return {};
         std::copy(value.begin(), value.end(), padded);
@@ -266,6 +271,7 @@ private:
     }
 
     const PGresult* m_result;
+    QVector<Oid> m_types; // of the columns
     int m_row = -1;
 };
 

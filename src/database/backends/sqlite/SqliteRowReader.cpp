@@ -1,7 +1,9 @@
 #include "database/IRowReader.h"
 #include "database/backends/sqlite/SqliteBackend.h"
 #include "database/private/DateTimeText.h"
+#include "database/private/EightCharacters.h"
 #include "database/private/StatementError.h"
+#include "database/private/UuidText.h"
 
 #include <QSqlQuery>
 #include <QSqlResult>
@@ -31,30 +33,35 @@ public:
 
     bool toBool(int column) const override
     {
-        return has(column, SQLITE_INTEGER) ? integer(column) != 0 : SQLite3ValueConverter::toBool(column);
+        sqlite3_value* const value = valueOf(column);
+        return isInteger(value) ? sqlite3_value_int64(value) != 0 : SQLite3ValueConverter::toBool(column);
     }
 
     qint32 toInt32(int column) const override
     {
-        return has(column, SQLITE_INTEGER) ? static_cast<qint32>(integer(column))
-                                           : SQLite3ValueConverter::toInt32(column);
+        sqlite3_value* const value = valueOf(column);
+        return isInteger(value) ? static_cast<qint32>(sqlite3_value_int64(value))
+                                : SQLite3ValueConverter::toInt32(column);
     }
 
     qint64 toInt64(int column) const override
     {
-        return has(column, SQLITE_INTEGER) ? integer(column) : SQLite3ValueConverter::toInt64(column);
+        sqlite3_value* const value = valueOf(column);
+        return isInteger(value) ? sqlite3_value_int64(value) : SQLite3ValueConverter::toInt64(column);
     }
 
     unsigned int toUint(int column) const override
     {
-        return has(column, SQLITE_INTEGER) ? static_cast<unsigned int>(integer(column))
-                                           : SQLite3ValueConverter::toUint(column);
+        sqlite3_value* const value = valueOf(column);
+        return isInteger(value) ? static_cast<unsigned int>(sqlite3_value_int64(value))
+                                : SQLite3ValueConverter::toUint(column);
     }
 
     double toDouble(int column) const override
     {
-        return has(column, SQLITE_FLOAT) ? sqlite3_column_double(m_statement, column)
-                                         : SQLite3ValueConverter::toDouble(column);
+        sqlite3_value* const value = valueOf(column);
+        return sqlite3_value_type(value) == SQLITE_FLOAT ? sqlite3_value_double(value)
+                                                         : SQLite3ValueConverter::toDouble(column);
     }
 
     QString toString(int column) const override
@@ -66,7 +73,7 @@ public:
     QUuid toUuid(int column) const override
     {
         const QLatin1String text = asciiText(column);
-        return text.data() != nullptr ? QUuid::fromString(text) : SQLite3ValueConverter::toUuid(column);
+        return text.data() != nullptr ? parseUuid(text) : SQLite3ValueConverter::toUuid(column);
     }
 
     QDate toDate(int column) const override
@@ -102,7 +109,7 @@ protected:
     {
         switch (sqlite3_column_type(m_statement, column)) {
         case SQLITE_INTEGER:
-            return static_cast<qlonglong>(integer(column));
+            return static_cast<qlonglong>(sqlite3_column_int64(m_statement, column));
         case SQLITE_FLOAT:
             return sqlite3_column_double(m_statement, column);
         case SQLITE_NULL:
@@ -119,21 +126,21 @@ protected:
     }
 
 private:
-    bool has(int column, int type) const { return sqlite3_column_type(m_statement, column) == type; }
-    qint64 integer(int column) const { return sqlite3_column_int64(m_statement, column); }
+    /// To be asked for its type, and then for its content. Nothing protects it from other threads, which do not have
+    /// the connection meanwhile; so that costs half of what it does to ask for the column twice.
+    sqlite3_value* valueOf(int column) const { return sqlite3_column_value(m_statement, column); }
+    static bool isInteger(sqlite3_value* value) { return sqlite3_value_type(value) == SQLITE_INTEGER; }
 
     /// The text of @p column, good until the next row; null when it is no text, or has other characters than ASCII,
     /// which SQLite decodes in its own way.
     QLatin1String asciiText(int column) const
     {
-        if (!has(column, SQLITE_TEXT))
+        sqlite3_value* const value = valueOf(column);
+        if (sqlite3_value_type(value) != SQLITE_TEXT)
             return QLatin1String(nullptr);
-        const auto* const text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
-        const int size = sqlite3_column_bytes(m_statement, column);
-        unsigned char bits = 0;
-        for (int i = 0; i < size; ++i)
-            bits |= static_cast<unsigned char>(text[i]);
-        return bits < 0x80 ? QLatin1String(text, size) : QLatin1String(nullptr);
+        const auto* const bytes = reinterpret_cast<const char*>(sqlite3_value_text(value));
+        const QLatin1String text(bytes, sqlite3_value_bytes(value));
+        return EightCharacters::isAscii(text) ? text : QLatin1String(nullptr);
     }
 
     sqlite3_stmt* m_statement;
