@@ -135,18 +135,6 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(contentOf(loop, QByteArray()), LegacyFileError);
     }
 
-    /// Characters that become one, two and three bytes lie at all places of a page.
-    void largeValueOfWindows()
-    {
-        QByteArray name, expected;
-        while (name.size() < 3000000) {
-            const QByteArray number = QByteArray::number(name.size());
-            name += number + "\x80\xfc ";
-            expected += number + "\xe2\x82\xac\xc3\xbc ";
-        }
-        QCOMPARE(contentOf(withRow(name), QByteArray()), "t\n1 1|" + expected + '\n');
-    }
-
 private:
     const QByteArray m_hot = fileBytes(fixturePath(QStringLiteral("hot.db")));
     const QByteArray m_journal = fileBytes(fixturePath(QStringLiteral("hot.db-journal")));

@@ -171,11 +171,6 @@ bool SqliteFamily::metLock(const QSqlDatabase& connection) const
     return database != nullptr && tellsUnavailable(sqliteError(database, ""));
 }
 
-QString SqliteFamily::writeBegin() const
-{
-    return QStringLiteral("BEGIN IMMEDIATE");
-}
-
 QString SqliteFamily::tableCount() const
 {
     // The driver for legacy files does not list the table that it has added itself.
@@ -183,19 +178,9 @@ QString SqliteFamily::tableCount() const
         .arg(legacyOriginTable);
 }
 
-QString SqliteFamily::nextId() const
-{
-    return QStringLiteral("SELECT IFNULL(MAX(OID),0) + 1 FROM \"%1\" LIMIT 1");
-}
-
 QString SqliteFamily::position(const QString& part, const QString& whole) const
 {
     return QStringLiteral("INSTR(%1,%2)").arg(whole, part);
-}
-
-bool SqliteFamily::mayPass(const QString& reason) const
-{
-    return reason.contains(QLatin1String("locked"));
 }
 
 } // namespace DataAccess::Database

@@ -4,7 +4,6 @@
 
 #include <QRegularExpression>
 #include <QSqlDatabase>
-#include <QSqlDriver>
 #include <QSqlQuery>
 #include <QStringList>
 
@@ -52,25 +51,9 @@ PostgresBackend::PostgresBackend()
     : Backend(Enumerations::Postgres)
 {}
 
-QString PostgresBackend::driver() const
-{
-    return QStringLiteral("QPSQL");
-}
-
-QString PostgresBackend::connectOptions() const
-{
-    // A server that does not answer must not block the worker for the minutes that TCP would wait.
-    return QStringLiteral("connect_timeout=5");
-}
-
 bool PostgresBackend::mayComeUp(const QSqlError& error) const
 {
     return error.nativeErrorCode() == QLatin1String("57P03") || Backend::mayComeUp(error);
-}
-
-bool PostgresBackend::drives(const QSqlDriver& driver) const
-{
-    return driver.dbmsType() == QSqlDriver::PostgreSQL;
 }
 
 QString PostgresBackend::textWithoutValues(const QSqlError& error) const
@@ -148,51 +131,15 @@ QString PostgresBackend::tableCount() const
                           "relnamespace IN (SELECT oid FROM pg_namespace WHERE nspname = 'public')");
 }
 
-QString PostgresBackend::nextId() const
-{
-    return QStringLiteral("SELECT nextval('%1_s')");
-}
-
-QString PostgresBackend::sequenceCreation() const
-{
-    return QStringLiteral("CREATE SEQUENCE %1_s");
-}
-
 QString PostgresBackend::sequenceSearch() const
 {
     return QStringLiteral("SELECT oid FROM pg_class WHERE relkind = 'S' AND relname = '%1_s' "
                           "AND pg_table_is_visible(oid)");
 }
 
-QString PostgresBackend::selectForUpdate(const QString& select) const
-{
-    return select + QLatin1String(" FOR UPDATE");
-}
-
-QString PostgresBackend::byteOrder() const
-{
-    return QStringLiteral(" COLLATE \"C\"");
-}
-
-QString PostgresBackend::nullsFirst() const
-{
-    return QStringLiteral(" NULLS FIRST");
-}
-
 QString PostgresBackend::snapshot() const
 {
     return QStringLiteral("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY");
-}
-
-QString PostgresBackend::cursorDeclaration() const
-{
-    return QStringLiteral("DECLARE %1 NO SCROLL CURSOR FOR ");
-}
-
-QString PostgresBackend::bulkSettings() const
-{
-    // Other programs may have locked a table, and are not waited for without end.
-    return QStringLiteral("SET lock_timeout = '10s'");
 }
 
 bool PostgresBackend::mayPass(const QString& reason) const

@@ -4,6 +4,7 @@
 #include "database/backends/Backend.h"
 
 #include <QPair>
+#include <QSqlDriver>
 #include <QVector>
 
 namespace DataAccess::Converter {
@@ -25,9 +26,10 @@ class PostgresBackend final : public Backend
 public:
     PostgresBackend();
 
-    QString driver() const override;
+    QString driver() const override { return QStringLiteral("QPSQL"); }
     bool isServer() const override { return true; }
-    QString connectOptions() const override;
+    // A server that does not answer must not block the worker for the minutes that TCP would wait.
+    QString connectOptions() const override { return QStringLiteral("connect_timeout=5"); }
     bool mayComeUp(const QSqlError& error) const override;
 
     bool hasTransaction(QSqlDatabase& connection) const override;
@@ -42,19 +44,20 @@ public:
     bool readsForwards() const override { return false; }
 
     QString tableCount() const override;
-    QString nextId() const override;
-    QString sequenceCreation() const override;
+    QString nextId() const override { return QStringLiteral("SELECT nextval('%1_s')"); }
+    QString sequenceCreation() const override { return QStringLiteral("CREATE SEQUENCE %1_s"); }
     QString sequenceSearch() const override;
-    QString selectForUpdate(const QString& select) const override;
-    QString byteOrder() const override;
-    QString nullsFirst() const override;
+    QString selectForUpdate(const QString& select) const override { return select + QLatin1String(" FOR UPDATE"); }
+    QString byteOrder() const override { return QStringLiteral(" COLLATE \"C\""); }
+    QString nullsFirst() const override { return QStringLiteral(" NULLS FIRST"); }
     QString snapshot() const override;
-    QString cursorDeclaration() const override;
-    QString bulkSettings() const override;
+    QString cursorDeclaration() const override { return QStringLiteral("DECLARE %1 NO SCROLL CURSOR FOR "); }
+    // Other programs may have locked a table, and are not waited for without end.
+    QString bulkSettings() const override { return QStringLiteral("SET lock_timeout = '10s'"); }
     bool mayPass(const QString& reason) const override;
 
 protected:
-    bool drives(const QSqlDriver& driver) const override;
+    bool drives(const QSqlDriver& driver) const override { return driver.dbmsType() == QSqlDriver::PostgreSQL; }
     QString textWithoutValues(const QSqlError& error) const override;
     bool tellsUnavailable(const QSqlError& error) const override;
 };

@@ -40,16 +40,6 @@ SqliteBackend::SqliteBackend()
     : SqliteFamily(Enumerations::SQLite3)
 {}
 
-QString SqliteBackend::driver() const
-{
-    return QStringLiteral("QSQLITE");
-}
-
-QString SqliteBackend::readOnlyOptions() const
-{
-    return QStringLiteral("QSQLITE_OPEN_READONLY");
-}
-
 QSqlError SqliteBackend::prepareOpening(const QString& name, OpenFile& file) const
 {
     return file.enter(name, &contentError);
@@ -81,12 +71,6 @@ QString SqliteBackend::enlargeCache(Interfaces::IDatabase& db) const
         return {};
     db.Exec(setSize.arg(QStringLiteral("-131072"))); // negative: kilobytes, not pages
     return setSize.arg(before);
-}
-
-QString SqliteBackend::bulkSettings() const
-{
-    // Rows in the order of their ids lie all over the file.
-    return QStringLiteral("PRAGMA cache_size = -65536");
 }
 
 } // namespace DataAccess::Database

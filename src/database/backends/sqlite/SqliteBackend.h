@@ -21,8 +21,8 @@ class SqliteBackend final : public SqliteFamily
 public:
     SqliteBackend();
 
-    QString driver() const override;
-    QString readOnlyOptions() const override;
+    QString driver() const override { return QStringLiteral("QSQLITE"); }
+    QString readOnlyOptions() const override { return QStringLiteral("QSQLITE_OPEN_READONLY"); }
     QSqlError prepareOpening(const QString& name, OpenFile& file) const override;
     QSqlError probe(const QSqlDatabase& connection) const override;
 
@@ -32,7 +32,8 @@ public:
                                                    const std::function<void()>& written, Session& session,
                                                    const std::function<void()>& makeReady) const override;
     QString enlargeCache(Interfaces::IDatabase& db) const override;
-    QString bulkSettings() const override;
+    // Rows in the order of their ids lie all over the file.
+    QString bulkSettings() const override { return QStringLiteral("PRAGMA cache_size = -65536"); }
 };
 
 } // namespace DataAccess::Database

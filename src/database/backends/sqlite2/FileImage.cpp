@@ -58,19 +58,9 @@ uchar* FilePages::at(quint32 number) const
     return block == nullptr ? nullptr : block + ptrdiff_t(index % pagesPerBlock) * pageSize;
 }
 
-const uchar* FilePages::page(quint32 number) const
-{
-    return at(number);
-}
-
 void FilePages::overwrite(quint32 number, const char* bytes)
 {
     std::copy_n(bytes, pageSize, at(number));
-}
-
-void FilePages::resize(quint32 count)
-{
-    setSize(qint64(count) * pageSize);
 }
 
 void FilePages::release(quint32 number)
@@ -208,11 +198,6 @@ void FileImage::checkHeader()
     const quint32 format = u32(m_pages.page(1) + formatOffset);
     if (format > newestFormat)
         throw LegacyFileError(QStringLiteral("its format %1 is not known").arg(format));
-}
-
-quint32 FileImage::pageCount() const
-{
-    return m_pages.count();
 }
 
 const uchar* FileImage::treePage(quint32 number) const

@@ -25,11 +25,11 @@ public:
     qint64 size() const { return m_size; }
     quint32 count() const { return static_cast<quint32>(m_size / pageSize); }
     /// The bytes of a page that exists; null once its block was given back.
-    const uchar* page(quint32 number) const;
+    const uchar* page(quint32 number) const { return at(number); }
     /// Gives a page that exists other content: the pageSize bytes at @p bytes.
     void overwrite(quint32 number, const char* bytes);
     /// Cuts pages off, or adds pages of zeros.
-    void resize(quint32 count);
+    void resize(quint32 count) { setSize(qint64(count) * pageSize); }
     /// Tells, once for each page, that it is not needed any more.
     void release(quint32 number);
 
@@ -69,7 +69,7 @@ public:
     FileImage(QIODevice& file, QIODevice* journal);
 
     /// 0 for a file of no bytes, which is a database without tables.
-    quint32 pageCount() const;
+    quint32 pageCount() const { return m_pages.count(); }
     /// The bytes of page @p number, null after release(). Throws LegacyFileError when that is no page that a tree can
     /// use.
     const uchar* treePage(quint32 number) const;

@@ -5,11 +5,7 @@
 #include "database/backends/sqlite2/WorkingCopy.h"
 
 #include <QSqlError>
-#include <QSqlField>
-#include <QSqlIndex>
-#include <QSqlRecord>
 #include <QStringList>
-#include <QVariant>
 
 #include <mutex>
 
@@ -75,21 +71,6 @@ QSqlResult* Sqlite2Driver::createResult() const
     return inner().createResult();
 }
 
-bool Sqlite2Driver::beginTransaction()
-{
-    return done(inner().beginTransaction());
-}
-
-bool Sqlite2Driver::commitTransaction()
-{
-    return done(inner().commitTransaction());
-}
-
-bool Sqlite2Driver::rollbackTransaction()
-{
-    return done(inner().rollbackTransaction());
-}
-
 bool Sqlite2Driver::done(bool success)
 {
     if (!success)
@@ -104,16 +85,6 @@ QStringList Sqlite2Driver::tables(QSql::TableType type) const
     return names;
 }
 
-QSqlRecord Sqlite2Driver::record(const QString& tableName) const
-{
-    return inner().record(tableName);
-}
-
-QSqlIndex Sqlite2Driver::primaryIndex(const QString& tableName) const
-{
-    return inner().primaryIndex(tableName);
-}
-
 QString Sqlite2Driver::formatValue(const QSqlField& field, bool trimStrings) const
 {
     return inner().formatValue(field, trimStrings);
@@ -122,11 +93,6 @@ QString Sqlite2Driver::formatValue(const QSqlField& field, bool trimStrings) con
 QString Sqlite2Driver::escapeIdentifier(const QString& identifier, IdentifierType type) const
 {
     return inner().escapeIdentifier(identifier, type);
-}
-
-QVariant Sqlite2Driver::handle() const
-{
-    return inner().handle();
 }
 
 } // namespace DataAccess::Database::Sqlite2

@@ -2,6 +2,9 @@
 
 #include <QSqlDatabase>
 #include <QSqlDriver>
+#include <QSqlIndex>
+#include <QSqlRecord>
+#include <QVariant>
 
 namespace DataAccess::Database::Sqlite2 {
 
@@ -29,16 +32,16 @@ public:
 
     bool hasFeature(DriverFeature feature) const override;
     QSqlResult* createResult() const override;
-    bool beginTransaction() override;
-    bool commitTransaction() override;
-    bool rollbackTransaction() override;
+    bool beginTransaction() override { return done(inner().beginTransaction()); }
+    bool commitTransaction() override { return done(inner().commitTransaction()); }
+    bool rollbackTransaction() override { return done(inner().rollbackTransaction()); }
     /// Without the table that holds the origin of the working copy.
     QStringList tables(QSql::TableType type) const override;
-    QSqlRecord record(const QString& tableName) const override;
-    QSqlIndex primaryIndex(const QString& tableName) const override;
+    QSqlRecord record(const QString& tableName) const override { return inner().record(tableName); }
+    QSqlIndex primaryIndex(const QString& tableName) const override { return inner().primaryIndex(tableName); }
     QString formatValue(const QSqlField& field, bool trimStrings) const override;
     QString escapeIdentifier(const QString& identifier, IdentifierType type) const override;
-    QVariant handle() const override;
+    QVariant handle() const override { return inner().handle(); }
 
 private:
     QSqlDriver& inner() const { return *m_connection.driver(); }
