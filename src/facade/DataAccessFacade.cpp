@@ -11,9 +11,9 @@
 #include "factories/LbRepositoryManagerFactory.h"
 #include "factories/PdRepositoryManagerFactory.h"
 #include "manager/RepositoryManager.h"
-#include "migration/IdSpelling.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "migration/pd/PdMigrationManager.h"
+#include "migration/private/IdSpelling.h"
 
 #include <QCoreApplication>
 

@@ -2,6 +2,7 @@
 
 #include "database/ExecutionException.h"
 #include "database/IDatabase.h"
+#include "migration/private/SchemaDialect.h"
 
 #include <QDateTime>
 #include <QSqlError>
@@ -86,12 +87,8 @@ StatementRunner::Rows readAll(QSqlQuery& query)
 
 StatementRunner::StatementRunner(IDatabase& db)
     : m_db(db)
+    , m_dialect(SchemaDialect::of(db))
 {}
-
-bool StatementRunner::isPostgres() const
-{
-    return m_db.Config()->Type() == Enumerations::Postgres;
-}
 
 void StatementRunner::execute(const QString& statement)
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "database/DataAccessExport.h"
+
 #include <QPair>
 #include <QString>
 #include <QVariant>
@@ -11,11 +13,13 @@ class IDatabase;
 
 namespace DataAccess::Manager {
 
+class SchemaDialect;
+
 /**
  * Runs statements inside a job. The first one that fails throws ExecutionException with the driver's text, so that
  * nothing is issued after it.
  */
-class StatementRunner
+class DATAACCESS_EXPORT StatementRunner
 {
 public:
     /// Values by placeholder.
@@ -26,7 +30,8 @@ public:
     explicit StatementRunner(Interfaces::IDatabase& db);
 
     Interfaces::IDatabase& database() const { return m_db; }
-    bool isPostgres() const;
+    /// What sets the backend apart; for this library only.
+    const SchemaDialect& dialect() const { return m_dialect; }
 
     void execute(const QString& statement);
     /// Returns the number of rows that the statement changed.
@@ -41,6 +46,7 @@ public:
 
 private:
     Interfaces::IDatabase& m_db;
+    const SchemaDialect& m_dialect;
 };
 
 } // namespace DataAccess::Manager

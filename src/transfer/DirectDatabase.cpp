@@ -5,10 +5,10 @@
 #include "database/DbWorker.h"
 #include "database/NotOpenException.h"
 #include "database/sqlite2/Sqlite2Driver.h"
-#include "migration/SchemaVersion.h"
 #include "migration/StatementRunner.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "migration/pd/PdMigrationManager.h"
+#include "migration/private/SchemaVersion.h"
 
 #include <QSqlDatabase>
 #include <QThread>

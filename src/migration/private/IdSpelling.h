@@ -1,8 +1,5 @@
 #pragma once
 
-#include "migration/DetachedForeignKeys.h"
-#include "migration/IdColumns.h"
-#include "migration/IdExpressions.h"
 #include "migration/StatementRunner.h"
 
 #include <QSet>
@@ -12,9 +9,25 @@
 
 namespace DataAccess::Manager {
 
+/// The columns of one table that hold the ids of entities, as texts.
+struct IdColumns
+{
+    QString table;
+    /// The ids of the rows themselves, each there once; empty for a table without.
+    QString key;
+    /// The ids of rows of other tables.
+    QStringList references;
+    /// Ids of several rows in one text, joined with "#"; empty for a table without.
+    QString list;
+    /// Content of any size that SQLite has to pass to reach the references; empty for a table without.
+    QString content;
+};
+
 /**
  * Brings the ids of a database, and the references to them, to the one spelling in which they are looked for: a row
- * whose id is spelled otherwise is loaded, and never found again. Other programs may have written such rows.
+ * whose id is spelled otherwise is loaded, and never found again. Other programs may have written such rows. The one
+ * spelling is that of QUuid::toString(): lower case, with braces. QUuid also reads capitals, missing braces and blanks
+ * at the end; all other texts are no ids.
  *
  * For a database whose schema is that of this build, inside a job. A sound database costs one look at its tables,
  * without a lock.
@@ -55,7 +68,7 @@ private:
     void changeLists(const IdColumns& table);
 
     StatementRunner m_statements;
-    const IdExpressions m_ids;
+    const SchemaDialect& m_dialect;
     /// The ids of rows that stay as they are, and the tables of those.
     QSet<QUuid> m_twins;
     QVector<IdColumns> m_twinTables;

@@ -1,7 +1,7 @@
-#include "migration/editor/UnusedItems.h"
+#include "migration/private/UnusedItems.h"
 
 #include "database/LoggingCategories.h"
-#include "migration/MigrationStep.h"
+#include "migration/SchemaChange.h"
 
 #include <QUuid>
 
@@ -9,26 +9,26 @@
 
 namespace DataAccess::Manager {
 
-QStringList UnusedItems::listIds(MigrationStep& step, const QString& select)
+QStringList UnusedItems::listIds(SchemaChange& schema, const QString& select)
 {
     QStringList ids;
-    for (const QVariantList& row : step.rows(select))
+    for (const QVariantList& row : schema.rows(select))
         ids.append(row.first().toString());
     ids.removeDuplicates();
     return ids;
 }
 
-int UnusedItems::remove(MigrationStep& step, QStringList unused, const QString& completeSelect,
+int UnusedItems::remove(SchemaChange& schema, QStringList unused, const QString& completeSelect,
                         const QString& deleteStatement, const QUuid& exempt)
 {
     if (lcMigrationEditor().isDebugEnabled()) {
         qCDebug(lcMigrationEditor) << "unusedList:" << unused;
-        qCDebug(lcMigrationEditor) << "completeList:" << listIds(step, completeSelect);
+        qCDebug(lcMigrationEditor) << "completeList:" << listIds(schema, completeSelect);
     }
     const auto isExempt = [&](const QString& id) { return QUuid(id) == exempt; };
     unused.erase(std::remove_if(unused.begin(), unused.end(), isExempt), unused.end());
     if (!unused.isEmpty())
-        step.executeBatch(deleteStatement, {QVariant(unused).toList()});
+        schema.executeBatch(deleteStatement, {QVariant(unused).toList()});
     return unused.size();
 }
 

@@ -16,9 +16,6 @@ struct MigrationModule;
 class Backup
 {
 public:
-    /// A table and the number of its rows.
-    using TableRows = QVector<QPair<QString, qint64>>;
-
     /// Both must outlive the object.
     Backup(StatementRunner& statements, const MigrationModule& module);
 
@@ -32,9 +29,7 @@ public:
     void withdraw();
 
 private:
-    TableRows countRows();
-    void copyFile(const TableRows& tables);
-    void copyTables(const TableRows& tables);
+    QVector<QPair<QString, qint64>> countRows();
 
     StatementRunner& m_statements;
     const MigrationModule& m_module;

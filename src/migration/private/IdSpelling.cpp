@@ -1,9 +1,13 @@
-#include "migration/IdSpelling.h"
+#include "migration/private/IdSpelling.h"
 
 #include "database/ExecutionException.h"
 #include "database/Failure.h"
 #include "database/IDatabase.h"
 #include "database/LoggingCategories.h"
+#include "migration/private/SchemaDialect.h"
+#include "migration/private/TableAttachments.h"
+
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -16,6 +20,103 @@ using Exceptions::ExecutionException;
 
 namespace {
 
+/// @p columns are those of the references, separated by blanks.
+IdColumns entity(const char* table, const char* columns = "")
+{
+    return {QLatin1String(table),
+            QStringLiteral("id"),
+            QString::fromLatin1(columns).split(QLatin1Char(' '), Qt::SkipEmptyParts),
+            {},
+            {}};
+}
+
+IdColumns withoutIds(const char* table, const char* columns)
+{
+    IdColumns result = entity(table, columns);
+    result.key.clear();
+    return result;
+}
+
+IdColumns route()
+{
+    IdColumns result = entity("ce_route", "cable");
+    result.list = QStringLiteral("points");
+    return result;
+}
+
+IdColumns file()
+{
+    IdColumns result = entity("pd_file", "report");
+    result.content = QStringLiteral("data");
+    return result;
+}
+
+IdColumns taskEvaluation()
+{
+    IdColumns result = entity("pd_evaluation");
+    result.key = QStringLiteral("taskid");
+    return result;
+}
+
+/// All tables of the cable network and of the partial-discharge results. One stands before those whose key refers to
+/// it.
+const QVector<IdColumns>& idColumns()
+{
+    static const QVector<IdColumns> tables = {
+        entity("ce_station", "point"),
+        entity("ce_point"),
+        route(),
+        entity("ce_phase", "cable"),
+        entity("ce_owner"),
+        entity("ce_switchgear"),
+        entity("ce_termination"),
+        entity("ce_segmenttype"),
+        entity("ce_insulation"),
+        entity("ce_segment", "phase point detail"),
+        entity("ce_segment_detail", "insulation type"),
+        entity("ce_cable", "stationa stationb terminationa terminationb switchgeara switchgearb route owner"),
+        withoutIds("evaluation", "tid cid"),
+        entity("qor_rating", "tid cid"),
+        withoutIds("cablebook_measures", "cableid stationid"),
+        file(),
+        entity("pd_task", "cable station"),
+        entity("pd_report", "task"),
+        entity("pd_mapping", "report"),
+        withoutIds("pd_report_mapping", "reportid"),
+        withoutIds("pd_filter", "reportid"),
+        withoutIds("pd_iec", "reportid"),
+        taskEvaluation(),
+        entity("pd_mapping_event", "report_id"),
+        entity("pd_iec_overview", "report_id"),
+        entity("pd_summary", "report_id"),
+        entity("pd_task_info", "report_id"),
+        entity("pd_lbdiagram", "report_id"),
+    };
+    return tables;
+}
+
+/// Whether @p column, a list of ids, may hold one in another spelling; never false where it does.
+QString mayBeOddList(const QString& column)
+{
+    // Four dashes for each 38 characters, besides the marks between the ids.
+    return QStringLiteral("(%1 <> lower(%1) OR %1 LIKE '% %' OR 4 * length(replace(%1, '#', '')) <> "
+                          "38 * (length(%1) - length(replace(%1, '-', ''))))")
+        .replace(QStringLiteral("%1"), column);
+}
+
+/// @p list with all ids in the one spelling, except @p exempt.
+QString canonicalList(const QString& list, const QSet<QUuid>& exempt)
+{
+    static const QRegularExpression id(
+        QStringLiteral("^[{]?%1{8}-%1{4}-%1{4}-%1{4}-%1{12}[}\\s]*$").arg(QStringLiteral("[0-9A-Fa-f]")));
+    QStringList parts = list.split(QLatin1Char('#'));
+    for (QString& part : parts) {
+        if (id.match(part).hasMatch() && !exempt.contains(QUuid(part)))
+            part = QUuid(part).toString();
+    }
+    return parts.join(QLatin1Char('#'));
+}
+
 QString qualified(const QString& table, const QString& column)
 {
     return table + QLatin1Char('.') + column;
@@ -25,7 +126,7 @@ QString qualified(const QString& table, const QString& column)
 
 IdSpelling::IdSpelling(Interfaces::IDatabase& db)
     : m_statements(db)
-    , m_ids(m_statements.isPostgres())
+    , m_dialect(m_statements.dialect())
 {}
 
 bool IdSpelling::unify()
@@ -52,16 +153,10 @@ bool IdSpelling::unify()
 QVector<IdColumns> IdSpelling::presentTables()
 {
     QSet<QString> present;
-    const QString columns =
-        m_statements.isPostgres()
-            ? QStringLiteral("SELECT table_name::text, column_name::text FROM information_schema.columns "
-                             "WHERE table_schema = ANY (current_schemas(false))")
-            : QStringLiteral("SELECT m.name, c.name FROM sqlite_master AS m, pragma_table_info(m.name) AS c "
-                             "WHERE m.type = 'table'");
-    for (const QVariantList& row : m_statements.rows(columns))
+    for (const QVariantList& row : m_statements.rows(m_dialect.columnsSelect()))
         present.insert(qualified(row.first().toString(), row.last().toString()));
 
-    QVector<IdColumns> tables = IdColumns::all();
+    QVector<IdColumns> tables = idColumns();
     for (IdColumns& table : tables) {
         const auto isMissing = [&](const QString& column) { return !present.contains(qualified(table.table, column)); };
         for (QString* const column : {&table.key, &table.list, &table.content}) {
@@ -81,9 +176,9 @@ bool IdSpelling::hasOddIds(const QVector<IdColumns>& tables)
     for (const IdColumns& table : tables) {
         QStringList conditions;
         if (!table.key.isEmpty())
-            conditions.append(m_ids.isOdd(table.key));
+            conditions.append(m_dialect.isOddId(table.key));
         for (const QString& column : table.references)
-            conditions.append(m_ids.unlessFarBehind(table.table, table.content, m_ids.isOdd(column)));
+            conditions.append(m_dialect.unlessFarBehind(table.table, table.content, m_dialect.isOddId(column)));
         if (!conditions.isEmpty())
             oddTables.append(QStringLiteral("EXISTS (SELECT 1 FROM %1 WHERE %2)")
                                  .arg(table.table, conditions.join(QStringLiteral(" OR "))));
@@ -101,7 +196,7 @@ QString IdSpelling::hasTwin(const IdColumns& table) const
     const QString other = qualified(QStringLiteral("o"), table.key);
     return QStringLiteral("(EXISTS (SELECT 1 FROM %1 AS o WHERE %2 = %3) OR %3 IN (SELECT %4 FROM %1 AS o WHERE %5 "
                           "GROUP BY 1 HAVING count(*) > 1))")
-        .arg(table.table, other, m_ids.canonical(key), m_ids.canonical(other), m_ids.isOdd(other));
+        .arg(table.table, other, m_dialect.canonicalId(key), m_dialect.canonicalId(other), m_dialect.isOddId(other));
 }
 
 void IdSpelling::findTwins(const IdColumns& table)
@@ -109,8 +204,9 @@ void IdSpelling::findTwins(const IdColumns& table)
     if (table.key.isEmpty())
         return;
     const QString key = qualified(table.table, table.key);
-    const StatementRunner::Rows twins = m_statements.rows(
-        QStringLiteral("SELECT %1 FROM %2 WHERE %3 AND %4").arg(key, table.table, m_ids.isOdd(key), hasTwin(table)));
+    const StatementRunner::Rows twins =
+        m_statements.rows(QStringLiteral("SELECT %1 FROM %2 WHERE %3 AND %4")
+                              .arg(key, table.table, m_dialect.isOddId(key), hasTwin(table)));
     if (twins.isEmpty())
         return;
     m_twinTables.append(table);
@@ -125,12 +221,13 @@ void IdSpelling::findTwins(const IdColumns& table)
 QString IdSpelling::isChangeable(const QString& table, const QString& column) const
 {
     const QString value = qualified(table, column);
-    QString condition = m_ids.isOdd(value);
+    QString condition = m_dialect.isOddId(value);
     for (const IdColumns& twins : m_twinTables) {
         const QString other = qualified(QStringLiteral("o"), twins.key);
         if (twins.table != table)
             condition += QStringLiteral(" AND %1 NOT IN (SELECT %2 FROM %3 AS o WHERE %4)")
-                             .arg(m_ids.canonical(value), m_ids.canonical(other), twins.table, m_ids.isOdd(other));
+                             .arg(m_dialect.canonicalId(value), m_dialect.canonicalId(other), twins.table,
+                                  m_dialect.isOddId(other));
     }
     return condition;
 }
@@ -164,14 +261,11 @@ void IdSpelling::change(const QVector<IdColumns>& tables)
     Database::Transaction transaction = m_statements.database().WriteTransaction();
     if (!transaction.isOpen())
         throw ExecutionException(transaction.lastError().toLocal8Bit().constData(), transaction.isUnavailable());
-    if (m_statements.isPostgres()) {
-        m_statements.execute(QStringLiteral("SET LOCAL lock_timeout = '10s'"));
-        m_statements.execute(QStringLiteral("SELECT pg_advisory_xact_lock(hashtext('DataAccess migration'))"));
-    }
-    DetachedForeignKeys foreignKeys;
+    m_dialect.lockOthersOut(m_statements);
+    TableAttachments attachments(m_statements);
     for (const IdColumns& table : tables) {
         if (hasChangedKeys(table))
-            foreignKeys.detach(m_statements, table.table, DetachedForeignKeys::Rows::Kept);
+            attachments.detachForeignKeys(table.table, TableAttachments::Rows::Kept);
     }
     // References to rows that stay are told by what is spelled otherwise when all other keys are changed.
     for (const IdColumns& table : tables) {
@@ -183,7 +277,7 @@ void IdSpelling::change(const QVector<IdColumns>& tables)
             changeColumn(table.table, column, isChangeable(table.table, column));
         changeLists(table);
     }
-    foreignKeys.attach(m_statements);
+    attachments.attachForeignKeys();
     if (!transaction.commit())
         throw ExecutionException(transaction.lastError().toLocal8Bit().constData(), transaction.isUnavailable());
     for (const QString& line : qAsConst(m_report))
@@ -193,7 +287,8 @@ void IdSpelling::change(const QVector<IdColumns>& tables)
 void IdSpelling::changeColumn(const QString& table, const QString& column, const QString& condition)
 {
     const int rows = m_statements.execute(
-        QStringLiteral("UPDATE %1 SET %2 = %3 WHERE %4").arg(table, column, m_ids.canonical(column), condition), {});
+        QStringLiteral("UPDATE %1 SET %2 = %3 WHERE %4").arg(table, column, m_dialect.canonicalId(column), condition),
+        {});
     if (rows > 0)
         m_report.append(
             QStringLiteral("Ids brought to one spelling: table %1, column %2, %3 rows").arg(table, column).arg(rows));
@@ -206,9 +301,9 @@ StatementRunner::Rows IdSpelling::oddLists(const IdColumns& table)
     StatementRunner::Rows odd;
     for (const QVariantList& row :
          m_statements.rows(QStringLiteral("SELECT %1, %2 FROM %3 WHERE %4")
-                               .arg(table.list, table.key, table.table, IdExpressions::mayBeOddList(table.list)))) {
+                               .arg(table.list, table.key, table.table, mayBeOddList(table.list)))) {
         const QString list = row.first().toString();
-        const QString canonical = IdExpressions::canonicalList(list, m_twins);
+        const QString canonical = canonicalList(list, m_twins);
         if (canonical != list)
             odd.append({canonical, row.last()});
     }

@@ -1,15 +1,87 @@
-#include "migration/SchemaVersion.h"
+#include "migration/private/SchemaVersion.h"
 
+#include "database/ExecutionException.h"
 #include "database/IDatabase.h"
+#include "migration/MigrationModule.h"
 #include "migration/StatementRunner.h"
 
 #include <QDateTime>
+#include <QMap>
 #include <QSet>
+#include <QSqlRecord>
 
 #include <algorithm>
 #include <utility>
 
 namespace DataAccess::Manager {
+
+namespace {
+
+/// A table, or a column of it, and the version of the step that has to do with it.
+struct Mark
+{
+    quint32 version;
+    QString table;
+    QString column = {};
+};
+
+/// What each step creates that was not there before.
+QVector<Mark> created(const MigrationModule& module)
+{
+    QVector<Mark> marks;
+    QMap<QString, QStringList> known;
+    for (const MigrationStep& step : module.steps) {
+        for (const TableDefinition& layout : step.layouts) {
+            const bool isNew = !known.contains(layout.name);
+            if (isNew)
+                marks.append({step.version, layout.name});
+            QStringList& columns = known[layout.name];
+            for (const Column& column : layout.columns) {
+                if (!isNew && !columns.contains(column.name))
+                    marks.append({step.version, layout.name, column.name});
+                columns.append(column.name);
+            }
+        }
+    }
+    return marks;
+}
+
+/// Where each step deletes rows.
+QVector<Mark> emptied(const MigrationModule& module)
+{
+    QVector<Mark> marks;
+    for (const MigrationStep& step : module.steps) {
+        for (const QString& table : step.discards)
+            marks.append({step.version, table});
+    }
+    return marks;
+}
+
+/// What is there of the marks whose step is later than @p version: each table or column, if its table has rows.
+QStringList presentAfter(quint32 version, const QVector<Mark>& marks, StatementRunner& statements)
+{
+    QStringList found;
+    if (marks.isEmpty())
+        return found;
+    const QStringList tables = statements.database().Tables();
+    for (const Mark& mark : marks) {
+        for (const QString& table : tables) {
+            if (mark.version <= version || table.compare(mark.table, Qt::CaseInsensitive) != 0)
+                continue;
+            const QString select = QStringLiteral("SELECT * FROM \"%1\" LIMIT 1").arg(table);
+            if (statements.rows(select).isEmpty())
+                continue;
+            if (mark.column.isEmpty())
+                found.append(table);
+            else if (statements.database().Exec(select).record().contains(mark.column))
+                found.append(table + QLatin1Char('.') + mark.column);
+        }
+    }
+    found.removeDuplicates();
+    return found;
+}
+
+} // namespace
 
 SchemaVersion::SchemaVersion(QString feature)
     : m_feature(std::move(feature))
@@ -106,6 +178,30 @@ void SchemaVersion::write(StatementRunner& statements, quint32 version) const
     statements.execute(QStringLiteral("INSERT INTO \"feature_defaults\" (featureid, value, changed_at) "
                                       "VALUES (:featureid, :value, :changed_at)"),
                        values);
+}
+
+void SchemaVersion::requireCredible(const MigrationModule& module, quint32 version, StatementRunner& statements)
+{
+    const QString endangered = presentAfter(version, emptied(module), statements).join(QStringLiteral(", "));
+    if (endangered.isEmpty())
+        return;
+    // The next step may have been done without its version being stored.
+    const QStringList later = presentAfter(version + 1, created(module), statements);
+    QString contradiction;
+    if (!later.isEmpty())
+        contradiction = QStringLiteral("later steps have made %1").arg(later.join(QStringLiteral(", ")));
+    else if (version == 0 && SchemaVersion(module.feature).hasTraces(statements))
+        contradiction = QStringLiteral("the settings tables have had a version");
+    else
+        return;
+    const QString text =
+        QStringLiteral(
+            "%1 reads as %2, which cannot be: %3. To go on would discard rows of %4, so nothing was changed. "
+            "Restore the version (in features a row with the name '%1', the module '' and the type 'I', in "
+            "feature_defaults its value, a number) or the database from a backup; delete the rows first if "
+            "they are of no use.")
+            .arg(module.feature, QString::number(version), contradiction, endangered);
+    throw Exceptions::ExecutionException(text.toLocal8Bit().constData());
 }
 
 } // namespace DataAccess::Manager
