@@ -121,7 +121,7 @@ bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 from, Q
     try {
         work(schema, backup);
     } catch (...) {
-        // An attempt that fails every time must not fill the disk.
+        // Else an attempt that fails every time would fill the disk with copies.
         if (transaction.wasLost() || transaction.rollback())
             backup.withdraw();
         throw;
@@ -222,7 +222,7 @@ bool AbstractMigrationManager::Migrate()
     qCDebug(module().category).noquote() << module().logPrefix + QStringLiteral("Migrate FROM:") << from << "TO"
                                          << expected;
     if (from == invalidVersion)
-        return false; // Told when it was read.
+        return false; // The log has the reason since the version was read.
     if (from > expected) {
         module().tellFailure(QString::fromLatin1(Q_FUNC_INFO),
                              ExecutionException("the database is newer than this build"));

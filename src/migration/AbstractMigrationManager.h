@@ -42,8 +42,8 @@ protected:
     virtual const MigrationModule& module() const = 0;
 
     /**
-     * Connects the database of @p worker; while it is blocked by start-up, up to ten times at 200 ms. A server that
-     * does not answer is asked once.
+     * Connects the database of @p worker, and tries up to ten times, 200 ms apart, while it is blocked by start-up. A
+     * server that does not answer is asked once.
      */
     bool WaitForConnected(Database::DbWorker* worker);
     /// What migrationMessages() returns.
@@ -57,6 +57,7 @@ private:
     bool runStep(const MigrationStep& step);
 
     Database::DbWorker* m_worker = nullptr;
+    /// The version that the next step starts from, and whether the backup for it and for those after it is made.
     quint32 m_from = 0;
     bool m_isPrepared = false;
 };

@@ -54,11 +54,11 @@ public:
     void empty(const QString& table);
     /// Drops @p table, whose rows are elsewhere by now.
     void dropCopied(const QString& table);
-    /// Says in the log that @p rows of @p table are gone, unless that are none.
+    /// Says in the log that @p rows of @p table are gone, unless there are none.
     void tellDiscarded(const QString& table, qint64 rows) const;
     /// Runs @p part of the step; the log has its failure under @p name, and the step ends.
     void runPart(const char* name, const std::function<void()>& part);
-    /// Has something for the user: see IMigrationManager::migrationMessages().
+    /// Adds to what the user is told: see IMigrationManager::migrationMessages().
     void addMessage(const QString& message);
 
 private:

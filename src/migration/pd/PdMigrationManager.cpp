@@ -138,6 +138,7 @@ TableDefinition iecOverview05()
 
 TableDefinition summary04()
 {
+    // "???" is what the databases in the field say.
     return commentedTable("pd_summary", {text("id", "Uuid key"),
                                          text("report_id", "reference to the report this summary is associated with"),
                                          boolean("pdiv", "associated task has PDIV measurement"),

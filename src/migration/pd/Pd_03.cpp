@@ -4,7 +4,7 @@ namespace DataAccess::Manager::PdSteps {
 
 void Pd_03(SchemaChange& schema)
 {
-    // Misspelt from the first: who searches a log finds it.
+    // Misspelt from the first, and kept so that a search of old and new logs finds it.
     PdChanges::createTables(schema, "allready exists!");
 }
 

@@ -267,7 +267,8 @@ void IdSpelling::change(const QVector<IdColumns>& tables)
         if (hasChangedKeys(table))
             attachments.detachForeignKeys(table.table, TableAttachments::Rows::Kept);
     }
-    // References to rows that stay are told by what is spelled otherwise when all other keys are changed.
+    // Once all other keys are changed, those still spelled otherwise are of rows that stay, and so are references to
+    // them.
     for (const IdColumns& table : tables) {
         if (!table.key.isEmpty())
             changeColumn(table.table, table.key, isChangeableKey(table));

@@ -48,7 +48,7 @@ private:
     /// All tables, with the columns that are there.
     QVector<IdColumns> presentTables();
     bool hasOddIds(const QVector<IdColumns>& tables);
-    /// Logs the rows of @p table that stay as they are, and takes notice of them.
+    /// Logs the rows of @p table that stay as they are, and remembers them.
     void findTwins(const IdColumns& table);
     bool hasChanges(const IdColumns& table);
     void change(const QVector<IdColumns>& tables);
@@ -58,7 +58,7 @@ private:
 
     /// The condition that @p column is to be changed: it is spelled otherwise, and refers to no row that stays.
     QString isChangeable(const QString& table, const QString& column) const;
-    /// The same of the key of @p table, the row of which must not stay, either.
+    /// The same for the key of @p table, the row of which must not stay, either.
     QString isChangeableKey(const IdColumns& table) const;
     /// The condition that @p table has another row of the id of a row whose key is spelled otherwise.
     QString hasTwin(const IdColumns& table) const;
@@ -69,7 +69,7 @@ private:
 
     StatementRunner m_statements;
     const SchemaDialect& m_dialect;
-    /// The ids of rows that stay as they are, and the tables of those.
+    /// The ids of rows that stay as they are, and their tables.
     QSet<QUuid> m_twins;
     QVector<IdColumns> m_twinTables;
     QStringList m_report;

@@ -13,8 +13,8 @@ class IConfig;
 class IRepositoryManager;
 } // namespace Interfaces
 
-/// The thread and the worker of one database, running from construction to the end, and what was handed out for it. Not
-/// to be ended on the thread of a database: two may share a connection, and one job at a time has that.
+/// The thread and the worker of one database, running from construction to the end, and what was handed out for it.
+/// Must not be ended on the thread of a database: two databases may share a connection, which one job at a time holds.
 class RunningDatabase
 {
 public:
@@ -40,7 +40,7 @@ private:
     std::unique_ptr<Database::DbWorker> m_worker;
 
 public:
-    /// Let go of first, once the thread has ended.
+    /// Released first, once the thread has ended.
     std::shared_ptr<Interfaces::IRepositoryManager> repositories;
 };
 

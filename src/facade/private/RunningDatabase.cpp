@@ -1,4 +1,4 @@
-#include "facade/RunningDatabase.h"
+#include "facade/private/RunningDatabase.h"
 
 #include "database/IConfig.h"
 #include "database/LoggingCategories.h"
@@ -10,7 +10,7 @@ namespace DataAccess {
 
 namespace {
 
-/// Can be told from all other threads.
+/// A type of its own, so that isDatabaseThread() can recognise it.
 class DatabaseThread final : public QThread
 {};
 
@@ -35,7 +35,7 @@ RunningDatabase::~RunningDatabase()
     m_thread->quit();
     if (endThread())
         return;
-    // Some job is still at work, and deleting what it uses would end the process.
+    // A job is still at work; deleting what it uses would crash the process.
     QThread* const thread = m_thread.release();
     QObject::connect(thread, &QThread::finished, m_worker.release(), &QObject::deleteLater);
     QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
