@@ -1,8 +1,8 @@
 #include "bench/BenchDatabase.h"
 #include "bench/Stopwatch.h"
 #include "bench/Suites.h"
-#include "database/FilePublication.h"
-#include "database/SqliteBackup.h"
+#include "database/backends/SqliteBackup.h"
+#include "database/private/Files.h"
 #include "transfer/DatabaseCopy.h"
 #include "transfer/DirectDatabase.h"
 

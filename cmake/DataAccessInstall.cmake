@@ -12,7 +12,8 @@ install(TARGETS DataAccess QorEntity Cables PD LB
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/" "${PROJECT_BINARY_DIR}/generated/"
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/DataAccess
     FILES_MATCHING PATTERN "*.h"
-    PATTERN "native" EXCLUDE)
+    PATTERN "backends" EXCLUDE
+    PATTERN "private" EXCLUDE)
 install(EXPORT DataAccessTargets NAMESPACE DataAccess:: DESTINATION ${package_dir})
 
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/DataAccessConfig.cmake.in"

@@ -10,6 +10,8 @@
 #include "context/SegmentCleanup.h"
 #include "manager/EditorRepositoryManager.h"
 
+#include <atomic>
+#include <memory>
 #include <utility>
 
 namespace DataAccess::Context {
@@ -28,7 +30,7 @@ public:
     template <typename... T>
     void start(const Interfaces::IEditorRepositoryManager& manager)
     {
-        (of<T>().start(plainRepository<T>(manager)), ...);
+        (of<T>().start(plainRepository<T>(manager), m_failed), ...);
     }
 
     /// Waits for the kinds in the order in which they were queued, and calls @p arrived after each. The first that
@@ -45,8 +47,7 @@ public:
                 arrived();
             return failure.isEmpty();
         };
-        if (!(next(of<T>()) && ...))
-            (of<T>().cancel(), ...);
+        *m_failed = !(next(of<T>()) && ...);
         return failure;
     }
 
@@ -75,6 +76,8 @@ private:
     }
 
     ForEachCableKind<PendingLoad> m_loads;
+    /// The worker sets it too: it would begin the next load, and wait for a lock again, before anybody here is told.
+    std::shared_ptr<std::atomic<bool>> m_failed = std::make_shared<std::atomic<bool>>(false);
 };
 
 } // namespace

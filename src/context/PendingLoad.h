@@ -5,6 +5,7 @@
 
 #include <QHash>
 
+#include <atomic>
 #include <memory>
 #include <utility>
 
@@ -17,14 +18,17 @@ class PendingLoad
 public:
     using Entities = typename Interfaces::IRepository<T>::Entities;
 
-    /// Queues the load of all that @p repository, which may be null, has.
-    void start(const std::shared_ptr<Interfaces::IRepository<T>>& repository)
+    /// Queues the load of all that @p repository, which may be null, has. It is tied to the loads that share @p failed.
+    void start(const std::shared_ptr<Interfaces::IRepository<T>>& repository,
+               const std::shared_ptr<std::atomic<bool>>& failed)
     {
         if (!repository)
             return;
         const Database::FailureWatch watch;
         m_task.reset(guarded(Q_FUNC_INFO, [&] { return repository->GetAllAsync(); }));
         m_failure = failureText<T>(watch);
+        if (m_task)
+            m_task->TieTo(failed);
     }
     bool isFilled() const { return m_task || !m_failure.isEmpty(); }
 
@@ -37,13 +41,6 @@ public:
             m_failure = failureText<T>(watch);
         }
         return m_failure;
-    }
-
-    /// Lets go of the load, which does not run any more if it has not begun.
-    void cancel()
-    {
-        if (const auto task = std::exchange(m_task, nullptr))
-            task->Cancel();
     }
 
     /// Waits for the load and takes what it gave; nothing when none is under way.

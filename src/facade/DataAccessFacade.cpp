@@ -6,6 +6,7 @@
 #include "database/IConfig.h"
 #include "database/LoggingCategories.h"
 #include "database/Task.h"
+#include "database/backends/Backend.h"
 #include "facade/private/RunningDatabase.h"
 #include "factories/EditorRepositoryManagerFactory.h"
 #include "factories/LbRepositoryManagerFactory.h"
@@ -124,8 +125,8 @@ struct DataAccessFacade::Data
     std::map<std::weak_ptr<Interfaces::IConfig>, QString, std::owner_less<>> errors;
     /// Held, shared, by threads that are removing databases, which the table no longer knows.
     std::shared_mutex removals;
-    /// Type, host and port of what is closed when the process exits.
-    std::set<std::tuple<int, QString, unsigned int>> closedAtExit;
+    /// Backend, host and port of what is closed when the process exits.
+    std::set<std::tuple<const Database::Backend*, QString, unsigned int>> closedAtExit;
 };
 
 std::shared_ptr<DataAccessFacade> DataAccessFacade::Instance()
@@ -318,7 +319,7 @@ void DataAccessFacade::closeAllAtEnd(Interfaces::IConfig& config)
     qAddPostRoutine(closeWithApplication);
     // An exit without that end destroys what a driver needs to close a connection, the latest made first. The driver
     // made it when the first database of a server was opened, so that what is registered now is called before.
-    if (m_data->closedAtExit.emplace(config.Type(), config.HostName(), config.Port()).second)
+    if (m_data->closedAtExit.emplace(&Database::Backend::of(config.Type()), config.HostName(), config.Port()).second)
         std::atexit([] { Instance()->closeAll(); });
 }
 

@@ -1,15 +1,15 @@
 #include "migration/AbstractMigrationManager.h"
 
+#include "database/DbException.h"
 #include "database/DbWorker.h"
-#include "database/ExecutionException.h"
 #include "database/Failure.h"
 #include "database/IDatabase.h"
-#include "database/NotOpenException.h"
 #include "database/Task.h"
+#include "database/backends/Backend.h"
+#include "database/backends/SchemaDialect.h"
 #include "migration/MigrationModule.h"
 #include "migration/SchemaChange.h"
 #include "migration/private/Backup.h"
-#include "migration/private/SchemaDialect.h"
 #include "migration/private/SchemaVersion.h"
 
 #include <QElapsedTimer>
@@ -66,7 +66,7 @@ Result run(DbWorker* worker, const MigrationModule& module, const QString& funct
 /// for a locked one.
 bool mayComeUp(IDatabase& db)
 {
-    const bool refusedFile = db.Config() && !SchemaDialect::of(db).startsUp() && !db.OpenError().isEmpty();
+    const bool refusedFile = !Database::Backend::of(db).isServer() && !db.OpenError().isEmpty();
     return db.WasBlockedByStartup() && !refusedFile;
 }
 

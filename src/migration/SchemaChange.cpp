@@ -1,8 +1,8 @@
 #include "migration/SchemaChange.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/IDatabase.h"
-#include "migration/private/SchemaDialect.h"
+#include "database/backends/SchemaDialect.h"
 #include "migration/private/SchemaVersion.h"
 #include "migration/private/TableAttachments.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "database/StatementRunner.h"
 #include "migration/MigrationModule.h"
-#include "migration/StatementRunner.h"
 
 #include <QString>
 #include <QStringList>
@@ -10,6 +10,8 @@
 #include <memory>
 
 namespace DataAccess::Manager {
+
+using Database::StatementRunner;
 
 /// What a migration step works with: the statements that change tables. The first failure throws and ends the step.
 class DATAACCESS_EXPORT SchemaChange : public StatementRunner

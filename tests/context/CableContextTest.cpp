@@ -3,8 +3,7 @@
 #include "context/SampleNetwork.h"
 #include "repositories/cables/InsulationRepository.h"
 #include "repositories/cables/OwnerRepository.h"
-#include "repositories/cables/PhaseRepository.h"
-#include "repositories/cables/SegmentDetailRepository.h"
+#include "support/FileLocker.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
@@ -12,7 +11,6 @@
 #include <QTest>
 
 #include <atomic>
-#include <future>
 #include <thread>
 
 using namespace Cables::Entities;
@@ -269,31 +267,43 @@ private Q_SLOTS:
         QCOMPARE(database.cableRows(), rows);
     }
 
-    void nothingIsReadOnceTheDatabaseIsOutOfReach()
+    void aLockIsWaitedForOncePerCall()
     {
         ContextDatabase database(DataAccess::Enumerations::SQLite3);
-        const auto manager = database.editorManager();
-        CableContext context(DataAccess::Enumerations::Complete, manager, 0);
-        std::promise<void> ended;
-        std::atomic<bool> isPhaseRead{false};
-        const auto make = [&](auto repository, const std::function<void()>& reading) {
-            using Faulty = FaultyRepository<typename decltype(repository)::element_type>;
-            auto faulty =
-                std::make_shared<Faulty>(database.worker().get(), DataAccess::Enumerations::Complete, nullptr);
-            faulty->fault = DataAccess::Database::Failure::Kind::Unavailable;
-            faulty->reading = reading;
-            return faulty;
+        const auto cables = database.loadedCableContext();
+        const auto results = database.pdContext();
+        const auto attach = [](AbstractContext& context, const AbstractContext::EntityPointer& entity) {
+            entity->SetId(QUuid::createUuid());
+            context.attach(entity);
         };
-        // The kinds in the order of their loads: the first is out of reach, the second runs by then, the third waits.
-        manager->SetOwnerRepository(make(std::shared_ptr<Repositories::OwnerRepository>(), [] {}));
-        manager->SetSegmentDetailRepository(
-            make(std::shared_ptr<Repositories::SegmentDetailRepository>(), [&] { ended.get_future().wait(); }));
-        manager->SetPhaseRepository(
-            make(std::shared_ptr<Repositories::PhaseRepository>(), [&] { isPhaseRead = true; }));
-        connect(&context, &AbstractContext::loadingFailed, &context, [&] { ended.set_value(); });
-        context.reload();
-        database.worker().run([](DataAccess::Interfaces::IDatabase&) {});
-        QVERIFY(!isPhaseRead);
+        attach(*cables, std::make_shared<Owner>());
+        attach(*cables, std::make_shared<Station>());
+        attach(*results, std::make_shared<PD::Entities::PdTask>());
+        attach(*results, std::make_shared<PD::Entities::PdReport>());
+        database.worker().run(
+            [](DataAccess::Interfaces::IDatabase& db) { db.Exec(QStringLiteral("PRAGMA busy_timeout = 100")); });
+        const FileLocker locker(database.name());
+        const LogCapture log;
+        const auto waits = [&log] {
+            // What the connection says of each; others repeat it.
+            return log.messages(QtCriticalMsg, QStringLiteral("qor.database"))
+                .filter(QRegularExpression(QStringLiteral("^(SQL Error|Can't begin a transaction).*locked")))
+                .size();
+        };
+        int calls = 0;
+        for (int i = 0; i < 3; ++i) {
+            cables->saveChanges();
+            QCOMPARE(waits(), ++calls);
+            results->saveChanges();
+            QCOMPARE(waits(), ++calls);
+        }
+        // Behind each load the worker has the loads of the other kinds.
+        for (int i = 0; i < 3; ++i) {
+            cables->reload();
+            results->reload();
+            calls += 2;
+            QCOMPARE(waits(), calls);
+        }
     }
 
     void defaultTypesAreNotInsertedBlindly()

@@ -4,7 +4,6 @@
 
 #include <QSet>
 
-#include <functional>
 #include <optional>
 
 namespace TestSupport {
@@ -25,15 +24,12 @@ public:
     std::optional<Failure::Kind> fault;
     /// Rows that another program has removed.
     QSet<QUuid> removed;
-    /// Is called on the worker by each read of all rows.
-    std::function<void()> reading = [] {};
 
     Task<Entities>* GetAllAsync() override
     {
         if (!fault)
             return Base::GetAllAsync();
         return this->template submit<Entities>([this](DataAccess::Interfaces::IDatabase&) {
-            reading();
             report(*fault, {});
             return Entities();
         });

@@ -1,5 +1,5 @@
+#include "database/DbException.h"
 #include "database/DbWorker.h"
-#include "database/NotOpenException.h"
 #include "facade/FacadeFixture.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "support/LogCapture.h"

@@ -1,7 +1,7 @@
 #include "database/LoggingCategories.h"
+#include "database/backends/SchemaDialect.h"
 #include "entities/qor/QorUuidHelpers.h"
 #include "migration/SchemaChange.h"
-#include "migration/private/SchemaDialect.h"
 
 #include <QSet>
 

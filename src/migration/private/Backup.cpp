@@ -1,10 +1,11 @@
 #include "migration/private/Backup.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/IDatabase.h"
+#include "database/StatementRunner.h"
+#include "database/backends/Backend.h"
+#include "database/backends/SchemaDialect.h"
 #include "migration/MigrationModule.h"
-#include "migration/StatementRunner.h"
-#include "migration/private/SchemaDialect.h"
 #include "migration/private/SchemaVersion.h"
 
 #include <QFile>
@@ -31,10 +32,11 @@ Backup::Backup(StatementRunner& statements, const MigrationModule& module)
 
 void Backup::make()
 {
-    if (!m_statements.database().Config()->BackupBeforeMigration() || m_statements.dialect().keepsOriginal())
+    if (!m_statements.database().Config()->BackupBeforeMigration() ||
+        Database::Backend::of(m_statements.database()).keepsOriginal())
         return;
     try {
-        const BackupOrder order{m_module.feature, m_module.expectedVersion(), countRows(), m_module.category};
+        const Database::BackupOrder order{m_module.feature, m_module.expectedVersion(), countRows(), m_module.category};
         const bool hasRows = std::any_of(order.tables.begin(), order.tables.end(), [](const auto& table) {
             return table.second > 0 && !isSettingsTable(table.first);
         });

@@ -4,9 +4,14 @@
 #include <QString>
 #include <QVector>
 
+namespace DataAccess::Database {
+class StatementRunner;
+}
+
 namespace DataAccess::Manager {
 
-class StatementRunner;
+using Database::StatementRunner;
+
 struct MigrationModule;
 
 /**

@@ -1,10 +1,10 @@
 #include "migration/private/IdSpelling.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/Failure.h"
 #include "database/IDatabase.h"
 #include "database/LoggingCategories.h"
-#include "migration/private/SchemaDialect.h"
+#include "database/backends/SchemaDialect.h"
 #include "migration/private/TableAttachments.h"
 
 #include <QRegularExpression>

@@ -1,13 +1,19 @@
 #pragma once
 
-#include "migration/StatementRunner.h"
+#include "database/StatementRunner.h"
 
 #include <QSet>
 #include <QStringList>
 #include <QUuid>
 #include <QVector>
 
+namespace DataAccess::Database {
+class SchemaDialect;
+}
+
 namespace DataAccess::Manager {
+
+using Database::StatementRunner;
 
 /// The columns of one table that hold the ids of entities, as texts.
 struct IdColumns
@@ -68,7 +74,7 @@ private:
     void changeLists(const IdColumns& table);
 
     StatementRunner m_statements;
-    const SchemaDialect& m_dialect;
+    const Database::SchemaDialect& m_dialect;
     /// The ids of rows that stay as they are, and their tables.
     QSet<QUuid> m_twins;
     QVector<IdColumns> m_twinTables;

@@ -1,9 +1,9 @@
 #include "migration/private/SchemaVersion.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/IDatabase.h"
+#include "database/StatementRunner.h"
 #include "migration/MigrationModule.h"
-#include "migration/StatementRunner.h"
 
 #include <QDateTime>
 #include <QMap>

@@ -5,9 +5,14 @@
 #include <QString>
 #include <QVector>
 
+namespace DataAccess::Database {
+class StatementRunner;
+}
+
 namespace DataAccess::Manager {
 
-class StatementRunner;
+using Database::StatementRunner;
+
 struct MigrationModule;
 
 /// The schema version of one part of a database: a row of the settings tables. For use inside jobs.

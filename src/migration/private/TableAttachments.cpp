@@ -1,7 +1,7 @@
 #include "migration/private/TableAttachments.h"
 
 #include "database/DbException.h"
-#include "migration/StatementRunner.h"
+#include "database/StatementRunner.h"
 
 namespace DataAccess::Manager {
 
@@ -36,7 +36,7 @@ QStringList TableAttachments::restore()
 
 void TableAttachments::detachForeignKeys(const QString& table, Rows rows)
 {
-    for (const ForeignKey& foreignKey : m_statements.dialect().foreignKeysOn(m_statements, table)) {
+    for (const Database::ForeignKey& foreignKey : m_statements.dialect().foreignKeysOn(m_statements, table)) {
         m_statements.execute(
             QStringLiteral("ALTER TABLE %1 DROP CONSTRAINT %2").arg(foreignKey.owner, foreignKey.name));
         m_foreignKeys.append({foreignKey, rows});
@@ -55,7 +55,7 @@ QStringList TableAttachments::attachForeignKeys()
 
 bool TableAttachments::attach(const Detached& detached)
 {
-    const ForeignKey& foreignKey = detached.foreignKey;
+    const Database::ForeignKey& foreignKey = detached.foreignKey;
     // The owner may have been dropped too, and numbers cannot refer to the ids of the new table.
     const bool fits = detached.rows == Rows::Kept || foreignKey.isText;
     if (!fits || !m_statements.dialect().isPossible(m_statements, foreignKey))

@@ -1,14 +1,18 @@
 #pragma once
 
-#include "migration/private/SchemaDialect.h"
+#include "database/backends/SchemaDialect.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
+namespace DataAccess::Database {
+class StatementRunner;
+}
+
 namespace DataAccess::Manager {
 
-class StatementRunner;
+using Database::StatementRunner;
 
 /**
  * What others have put on a table that is dropped and created again: its owner, grants and comments, its indexes,
@@ -35,7 +39,7 @@ public:
 private:
     struct Detached
     {
-        ForeignKey foreignKey;
+        Database::ForeignKey foreignKey;
         Rows rows;
     };
 

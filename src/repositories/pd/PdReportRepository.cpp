@@ -1,7 +1,7 @@
 #include "repositories/pd/PdReportRepository.h"
 
 #include "database/GenericDml.h"
-#include "database/StatementError.h"
+#include "database/private/StatementError.h"
 
 namespace DataAccess::Repositories {
 
