@@ -1,5 +1,6 @@
 #pragma once
 
+#include "database/DataAccessExport.h"
 #include "database/DataType.h"
 
 #include <QString>
@@ -26,17 +27,17 @@ struct Column
 
 /// The columns that most tables are made of.
 namespace Columns {
-Column text(const char* name, const char* comment = nullptr);
-Column integer(const char* name, unsigned int size, const char* comment = nullptr);
-Column numeric(const char* name, const char* comment = nullptr);
-Column boolean(const char* name, const char* comment = nullptr);
-Column timeStamp(const char* name, const char* comment = nullptr);
-Column date(const char* name, const char* comment = nullptr);
-Column bytes(const char* name, const char* comment = nullptr);
+DATAACCESS_EXPORT Column text(const char* name, const char* comment = nullptr);
+DATAACCESS_EXPORT Column integer(const char* name, unsigned int size, const char* comment = nullptr);
+DATAACCESS_EXPORT Column numeric(const char* name, const char* comment = nullptr);
+DATAACCESS_EXPORT Column boolean(const char* name, const char* comment = nullptr);
+DATAACCESS_EXPORT Column timeStamp(const char* name, const char* comment = nullptr);
+DATAACCESS_EXPORT Column date(const char* name, const char* comment = nullptr);
+DATAACCESS_EXPORT Column bytes(const char* name, const char* comment = nullptr);
 } // namespace Columns
 
 /// The layout of a table at one schema version.
-struct TableDefinition
+struct DATAACCESS_EXPORT TableDefinition
 {
     QString name;
     QVector<Column> columns;
@@ -44,7 +45,7 @@ struct TableDefinition
     QStringList constraints;
     bool temporary = false;
 
-    /// The same table with @p column in front of the column named @p before.
+    /// The same table with @p column in front of the column named @p before; at the end when there is none.
     TableDefinition with(const Column& column, const char* before) const;
     /// A temporary table of the same columns, which hides any other table named @p workName while it exists.
     TableDefinition workTable(const QString& workName) const;
