@@ -1,7 +1,7 @@
 #pragma once
 
 #include "repositories/cables/SegmentRepository.h"
-#include "repositories/pd/PdMappingEventRepository.h"
+#include "repositories/pd/PlainRepositories.h"
 
 #include <array>
 #include <memory>

@@ -20,6 +20,7 @@ namespace DataAccess::Database {
 class DATAACCESS_EXPORT DatabaseConfig : public Interfaces::IConfig
 {
 public:
+    /// Names no database, and is not valid.
     DatabaseConfig();
     ~DatabaseConfig() override;
     DatabaseConfig(const DatabaseConfig&) = delete;
@@ -36,7 +37,7 @@ public:
     Enumerations::LoadingStrategies LoadingStrategy() override;
     bool BackupBeforeMigration() const override;
 
-    /// Each setter that changes a value evaluates validity anew, except the last two.
+    /// Changes one value, and evaluates validity anew.
     void SetConnectionName(const QString& connectionName);
     void SetDatabaseName(const QString& databaseName);
     void SetHostName(const QString& hostName);
@@ -44,6 +45,8 @@ public:
     void SetPassword(const QString& password);
     void SetPort(unsigned int port);
     void SetType(Enumerations::DatabaseType type);
+
+    /// Leaves validity alone.
     void SetLoadingStrategy(Enumerations::LoadingStrategies strategy);
     /// Kept in this object only, not in the settings file.
     void SetBackupBeforeMigration(bool isWanted);

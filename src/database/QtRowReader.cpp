@@ -33,7 +33,7 @@ const Interfaces::IValueConverter& QtRowReader::row() const
 
 QString QtRowReader::error() const
 {
-    return m_query.lastError().isValid() ? m_query.lastError().text() : QString();
+    return m_query.lastError().isValid() ? errorText(m_query.lastError()) : QString();
 }
 
 bool QtRowReader::isUnavailable() const

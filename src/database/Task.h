@@ -42,8 +42,8 @@ public:
 
     /**
      * Waits for the result and takes it; a second call throws std::future_error. Throws what the job threw, and
-     * NotOpenException when the worker ended, or the task was cancelled, before the job ran. Reports the failures that
-     * the job has reported. Must not be called on the worker's thread.
+     * NotOpenException when the worker ended, or a task that it is tied to failed, before the job ran. Reports the
+     * failures that the job has reported. Must not be called on the worker's thread.
      */
     T Result()
     {
@@ -62,8 +62,9 @@ public:
     /// What the job reported; to be asked when it has ended.
     const QVector<Failure>& Failures() const { return m_state->failures; }
 
-    /// Keeps a job that has not begun from running; whether that was in time. May be called on any thread.
-    bool Cancel() { return state()->end("The job was cancelled before it ran"); }
+    /// Ties the task to all that share @p failed, which starts out false: the first of them to fail sets it on the
+    /// worker, and a job that has not begun by then does not run. May be called on any thread.
+    void TieTo(std::shared_ptr<std::atomic<bool>> failed) { state()->tieTo(std::move(failed)); }
 
     /// Becomes ready when the job has ended: true when a result is stored, false when an exception is.
     const std::shared_future<bool>& Completion() const { return m_completion; }
@@ -87,8 +88,10 @@ private:
 
         void run(Interfaces::IDatabase& database)
         {
+            if (const auto failed = std::atomic_load(&m_tie); failed && *failed)
+                end("A job that this one belongs with has failed");
             const Stage before = leaveWaiting(Stage::Ended);
-            if (before == Stage::Cancelled)
+            if (before == Stage::Dropped)
                 return;
             if (before == Stage::Ended)
                 throw std::future_error(std::future_errc::promise_already_satisfied);
@@ -96,6 +99,8 @@ private:
                 const FailureWatch watch;
                 T value = job(database);
                 failures = watch.failures();
+                if (watch.failed())
+                    tellTied();
                 result.set_value(std::move(value));
             } catch (...) {
                 const std::exception_ptr reason = std::current_exception();
@@ -110,17 +115,31 @@ private:
             completion.set_value(true);
         }
 
-        /// Ends a task whose job has not begun; whether that was in time.
-        bool end(const char* reason)
+        /// Ends a task whose job has not begun.
+        void end(const char* reason)
         {
-            if (leaveWaiting(Stage::Cancelled) != Stage::Waiting)
-                return false;
-            fail(std::make_exception_ptr(Exceptions::NotOpenException(reason)));
-            return true;
+            if (leaveWaiting(Stage::Dropped) == Stage::Waiting)
+                fail(std::make_exception_ptr(Exceptions::NotOpenException(reason)));
+        }
+
+        void tieTo(std::shared_ptr<std::atomic<bool>> failed)
+        {
+            std::atomic_store(&m_tie, std::move(failed));
+            // The job may have failed before there was anybody to be told.
+            if (m_hasFailed)
+                tellTied();
+        }
+
+        void tellTied()
+        {
+            m_hasFailed = true;
+            if (const auto failed = std::atomic_load(&m_tie))
+                *failed = true;
         }
 
         void fail(std::exception_ptr reason)
         {
+            tellTied();
             job = nullptr;
             result.set_exception(std::move(reason));
             completion.set_value(false);
@@ -132,7 +151,7 @@ private:
         QVector<Failure> failures;
 
     private:
-        enum class Stage { Waiting, Ended, Cancelled };
+        enum class Stage { Waiting, Ended, Dropped };
 
         /// Goes from Waiting to @p next, and gives the stage before.
         Stage leaveWaiting(Stage next)
@@ -143,6 +162,8 @@ private:
         }
 
         std::atomic<Stage> m_stage{Stage::Waiting};
+        std::atomic<bool> m_hasFailed{false};
+        std::shared_ptr<std::atomic<bool>> m_tie; ///< Read and written atomically.
     };
 
     /// The place of a task in a queue.

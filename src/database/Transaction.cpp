@@ -127,7 +127,7 @@ bool Transaction::fail(const QString& reason, bool isUnavailable)
 bool Transaction::failByDriver()
 {
     const QSqlError error = m_db->lastError();
-    const QString words = error.text().trimmed();
+    const QString words = errorText(error).trimmed();
     return fail(words.isEmpty() ? QStringLiteral("The database refused without a reason") : words,
                 ::DataAccess::Database::isUnavailable(error) || !m_db->isOpen() || Native::metLock(*m_db));
 }

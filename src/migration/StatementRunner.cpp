@@ -2,6 +2,7 @@
 
 #include "database/ExecutionException.h"
 #include "database/IDatabase.h"
+#include "database/StatementError.h"
 #include "migration/private/SchemaDialect.h"
 
 #include <QDateTime>
@@ -41,7 +42,7 @@ QSqlQuery& prepare(IDatabase& db, const QString& statement)
     QSqlQuery& query = db.Query();
     query.setForwardOnly(true);
     if (!query.prepare(statement))
-        fail("preparation of query failed:", query.lastError().text());
+        fail("preparation of query failed:", Database::errorText(query.lastError()));
     return query;
 }
 
@@ -79,7 +80,7 @@ StatementRunner::Rows readAll(QSqlQuery& query)
         rows.append(row);
     }
     if (query.lastError().isValid())
-        fail(executionFailed, query.lastError().text());
+        fail(executionFailed, Database::errorText(query.lastError()));
     return rows;
 }
 

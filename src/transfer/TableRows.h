@@ -27,6 +27,7 @@ public:
 class DATAACCESS_EXPORT ContentError : public std::runtime_error
 {
 public:
+    /// @p text is what() in UTF-8.
     explicit ContentError(const QString& text);
     ~ContentError() override;
 };
@@ -35,6 +36,7 @@ public:
 class DATAACCESS_EXPORT RowLines
 {
 public:
+    /// @p table must outlive this.
     explicit RowLines(const SchemaTable& table);
 
     /// The line of @p row, with its end; good until the next call.
@@ -51,6 +53,7 @@ private:
 class DATAACCESS_EXPORT Snapshot
 {
 public:
+    /// Begins the transaction on @p db, which must outlive it. Throws DbException when that cannot be.
     explicit Snapshot(Interfaces::IDatabase& db);
 
 private:
@@ -73,6 +76,7 @@ public:
     /// Moves to the next row; false after the last. Throws ExecutionException, and ContentError for a value that does
     /// not convert, or that SQLite holds as something else than its column says.
     bool next();
+    /// The current row; good until the next call of next().
     const Row& row() const { return m_row; }
 
 private:
@@ -91,6 +95,7 @@ private:
 class DATAACCESS_EXPORT TableWriter
 {
 public:
+    /// Both must outlive the writer.
     TableWriter(Interfaces::IDatabase& db, const SchemaTable& table);
 
     /// Throws ExecutionException for this row or one before it.

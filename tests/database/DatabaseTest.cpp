@@ -120,6 +120,46 @@ private Q_SLOTS:
         QCOMPARE(scalar(db, "SELECT max(id) FROM t").toInt(), 3); // a batch is no transaction
     }
 
+    void valuesOfRowsAreNotTold_data()
+    {
+        QTest::addColumn<QString>("statement");
+        QTest::addColumn<QString>("reason");
+        const auto add = [](const char* statement, const char* reason) {
+            QTest::addRow("%s", reason) << QString::fromLatin1(statement) << QString::fromLatin1(reason);
+        };
+        add("INSERT INTO p VALUES ('secret', 2, NULL)", "unique constraint \"p_pkey\" (23505)");
+        add("INSERT INTO p VALUES ('secret 2', NULL, NULL)", "not-null constraint (23502)");
+        add("INSERT INTO p VALUES ('secret 2', 2, 'secret 3')", "foreign key constraint \"p_c_fkey\" (23503)");
+        add("INSERT INTO p VALUES ('secret 2', 'secret\nin \"lines\"', NULL)", "for type integer: \"...\" (22P02)");
+        add("INSERT INTO p VALUES ('a', '919191919191', NULL)",
+            "value \"...\" is out of range for type integer (22003)");
+        add("INSERT INTO p VALUES ('secret', 2", "syntax error at end of input (42601)");
+    }
+    /// The server's words go on with the values, and SQLite's never have them.
+    void valuesOfRowsAreNotTold()
+    {
+        QFETCH(const QString, statement);
+        QFETCH(const QString, reason);
+        const TestDatabase database(Enumerations::Postgres);
+        Database::Database db(database.config());
+        db.Exec(QStringLiteral("CREATE TABLE p (a TEXT PRIMARY KEY, b INTEGER NOT NULL, "
+                               "c TEXT REFERENCES p (a) DEFERRABLE INITIALLY DEFERRED)"));
+        db.Exec(QStringLiteral("INSERT INTO p VALUES ('secret', 1, NULL)"));
+        const LogCapture log;
+        QString told;
+        Database::Transaction transaction = db.Transaction();
+        try {
+            db.Exec(statement);
+            QVERIFY(!transaction.commit());
+            told = transaction.lastError();
+        } catch (const ExecutionException& error) {
+            told = QString::fromLocal8Bit(error.what());
+        }
+        QVERIFY2(told.contains(reason), qUtf8Printable(told));
+        for (const char* value : {"secret", "lines", "9191"})
+            QVERIFY2(!told.contains(QLatin1String(value)) && !log.contains(QLatin1String(value)), qUtf8Printable(told));
+    }
+
     void resultsAreHeld_data() { TestSupport::addBackends(); }
     void resultsAreHeld()
     {

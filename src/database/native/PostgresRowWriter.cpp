@@ -41,7 +41,7 @@ public:
         try {
             takeAnswers();
             if (m_failure.isValid() && !isTold)
-                qCWarning(lcDatabase) << Q_FUNC_INFO << m_failure.text();
+                qCWarning(lcDatabase) << Q_FUNC_INFO << errorText(m_failure);
         } catch (const Exceptions::DbException& error) {
             qCWarning(lcDatabase) << Q_FUNC_INFO << error.what();
         }
@@ -92,7 +92,8 @@ private:
     void requireNoFailure() const
     {
         if (m_failure.isValid())
-            throw Exceptions::ExecutionException(m_failure.text().toLocal8Bit().constData(), isUnavailable(m_failure));
+            throw Exceptions::ExecutionException(errorText(m_failure).toLocal8Bit().constData(),
+                                                 isUnavailable(m_failure));
     }
 
     /// Prepares the statement for the rows to be sent. It has no name, so that there is nothing to be freed.

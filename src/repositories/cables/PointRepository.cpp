@@ -1,48 +1,34 @@
 #include "repositories/cables/PointRepository.h"
 
+#include "repositories/private/EntityJobs.h"
+#include "repositories/private/TableMapping.h"
+
 namespace DataAccess::Repositories {
 
 using Cables::Entities::Point;
 
 namespace {
 
-class PointMapping final : public EntityMapping<Point>
+struct PointTable : EntityTable
 {
-public:
-    const Statements& statements() const override
-    {
-        static const Statements texts = {
-            QStringLiteral("SELECT id, indexnumber, latitude, longitude, timestamp, deleted, snap FROM %1"),
-            QStringLiteral(
-                "SELECT  id, indexnumber, latitude, longitude, timestamp, deleted, snap FROM %1 WHERE id = '%2'"),
-            QStringLiteral(
-                "INSERT INTO %1(id, indexnumber, latitude, longitude, snap, deleted, timestamp) VALUES (:id, :indexnumber, :latitude, :longitude, :snap, :deleted, :timestamp)"),
-            QStringLiteral(
-                "UPDATE %1 SET \"indexnumber\" = :indexnumber, \"latitude\" = :latitude, \"longitude\" = :longitude, \"deleted\" = :deleted, \"snap\" = :snap, \"timestamp\" = :timestamp WHERE id = :id"),
-            {4, 5, 6}};
-        return texts;
-    }
-
-    void read(const Interfaces::IValueConverter& row, const std::shared_ptr<Point>& entity) const override
-    {
-        entity->SetIndex(row.toUint(1));
-        entity->setLatitude(row.toDouble(2));
-        entity->setLongitude(row.toDouble(3));
-    }
-
-    void bind(Interfaces::IValueConverter& values, const Point& entity) const override
-    {
-        values.bindValue(QStringLiteral(":indexnumber"), entity.Index());
-        values.bindValue(QStringLiteral(":latitude"), entity.latitude());
-        values.bindValue(QStringLiteral(":longitude"), entity.longitude());
-    }
+    using Entity = Point;
+    static constexpr char getAll[] = "SELECT id, indexnumber, latitude, longitude, timestamp, deleted, snap FROM %1";
+    static constexpr char getById[] =
+        "SELECT  id, indexnumber, latitude, longitude, timestamp, deleted, snap FROM %1 WHERE id = '%2'";
+    static constexpr char insert[] =
+        "INSERT INTO %1(id, indexnumber, latitude, longitude, snap, deleted, timestamp) VALUES (:id, :indexnumber, :latitude, :longitude, :snap, :deleted, :timestamp)";
+    static constexpr char update[] =
+        "UPDATE %1 SET \"indexnumber\" = :indexnumber, \"latitude\" = :latitude, \"longitude\" = :longitude, \"deleted\" = :deleted, \"snap\" = :snap, \"timestamp\" = :timestamp WHERE id = :id";
+    static constexpr std::tuple columns = {column<&Point::Index>("indexnumber"), column<&Point::latitude>("latitude"),
+                                           column<&Point::longitude>("longitude")};
 };
 
 } // namespace
 
 PointRepository::PointRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                                  const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent)
-    : EntityRepository(worker, QStringLiteral("ce_point"), strategy, manager, std::make_shared<PointMapping>(), parent)
+    : EntityRepository(worker, QStringLiteral("ce_point"), strategy, manager,
+                       std::make_shared<TableMapping<PointTable>>(), parent)
 {}
 
 PointRepository::~PointRepository() = default;
@@ -64,6 +50,17 @@ Database::Task<PointRepository::Entities>* PointRepository::GetByRouteIdAsync(QU
 PointRepository::Entities PointRepository::GetByRouteId(QUuid id)
 {
     return wait(GetByRouteIdAsync(id));
+}
+
+PointRepositoryCached::PointRepositoryCached(const std::shared_ptr<Interfaces::IRepository<Point>>& repository)
+    : RepositoryCache(repository)
+{}
+
+PointRepositoryCached::~PointRepositoryCached() = default;
+
+PointRepositoryCached::Entities PointRepositoryCached::GetByRouteId(QUuid id)
+{
+    return ask<PointRepository>([&id](PointRepository& points) { return points.GetByRouteId(id); }, Q_FUNC_INFO);
 }
 
 template class EntityRepository<Cables::Entities::Point>;
