@@ -24,9 +24,9 @@ struct DATAACCESS_EXPORT MigrationStep
     MigrationStep(const char* stepName, Changes function, const char* description,
                   QVector<TableDefinition> newLayouts = {}, const char* discarded = "", const char* rewritten = "");
 
-    QString name;
-    Changes changes;
-    QString text; ///< What it does, for those who are to decide whether it may run.
+    QString name;    ///< What the log and the user call it.
+    Changes changes; ///< What it does.
+    QString text;    ///< What it does, for those who are to decide whether it may run.
     /// The tables that it creates or gives a new layout, as it leaves them.
     QVector<TableDefinition> layouts;
     QStringList discards; ///< Tables that may lose rows.
@@ -39,6 +39,7 @@ struct DATAACCESS_EXPORT MigrationStep
 /// What sets one migration manager apart from another: the steps, and the names that it stores and logs.
 struct DATAACCESS_EXPORT MigrationModule
 {
+    /// A category of the log, as Q_LOGGING_CATEGORY declares it.
     using Category = const QLoggingCategory& (*)();
 
     /// @p stepInLog is what the log calls a step, with %1 for its name; @p linePrefix stands in front of the log line
@@ -57,10 +58,10 @@ struct DATAACCESS_EXPORT MigrationModule
 
     /// The name of the settings row that holds the version.
     QString feature;
-    Category category;
-    QString signature;
-    QString logPrefix;
-    QVector<MigrationStep> steps;
+    Category category;            ///< Where everything is logged.
+    QString signature;            ///< What the log calls a step, with %1 for its name.
+    QString logPrefix;            ///< What stands in front of the log line of a migration.
+    QVector<MigrationStep> steps; ///< In the order in which they run; the first one reaches version 1.
 };
 
 /// The modules of this library: the cable network, then the partial-discharge results.

@@ -24,9 +24,11 @@ public:
     SchemaChange(const SchemaChange&) = delete;
     SchemaChange& operator=(const SchemaChange&) = delete;
 
+    /// The step, as the list of steps has it.
     const MigrationStep& step() const;
-    /// The layout of @p table as the steps before have left it, and as this one leaves it.
+    /// The layout of @p table as the steps before have left it.
     const TableDefinition& before(const QString& table) const;
+    /// The layout of @p table as this step leaves it.
     const TableDefinition& after(const QString& table) const;
     /// The tables of the database as they are now.
     QStringList tables() const;
