@@ -36,6 +36,7 @@ public:
     QSqlQuery Exec(const QString& sql) override;
     bool ExecBatch(QSqlQuery& query) override;
     QStringList Tables() override;
+    /// See IDatabase.
     std::shared_ptr<Interfaces::IConfig> Config() override;
     /// Logs and reports why, when the transaction cannot be started.
     ::DataAccess::Database::Transaction Transaction() override;

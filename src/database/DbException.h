@@ -19,7 +19,9 @@ public:
     DbException& operator=(const DbException&) = default;
     ~DbException() override;
 
+    /// The text, never null.
     const char* what() const noexcept override;
+    /// Which kind of failure this is.
     virtual Enumerations::ExceptionType type() const = 0;
 
     /// Whether the database is locked or out of reach, so that other statements would fail too, each after its

@@ -11,6 +11,7 @@ public:
     using DbException::DbException;
     ~ExecutionException() override;
 
+    /// See DbException.
     Enumerations::ExceptionType type() const override;
 };
 

@@ -11,6 +11,7 @@ public:
     using DbException::DbException;
     ~InvalidDbException() override;
 
+    /// See DbException.
     Enumerations::ExceptionType type() const override;
 };
 

@@ -13,6 +13,7 @@ public:
     explicit NotOpenException(const char* message);
     ~NotOpenException() override;
 
+    /// See DbException.
     Enumerations::ExceptionType type() const override;
 };
 

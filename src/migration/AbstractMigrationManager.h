@@ -28,6 +28,7 @@ class DATAACCESS_EXPORT AbstractMigrationManager : public QObject, public Interf
     Q_OBJECT
 
 public:
+    /// Has no worker yet: see setDbWorker().
     explicit AbstractMigrationManager(QObject* parent = nullptr);
     ~AbstractMigrationManager() override;
 
@@ -50,6 +51,7 @@ protected:
     /// Runs one step; true when its changes are committed.
     using Step = std::function<bool()>;
 
+    /// The schema that this manager brings up to date.
     virtual const MigrationModule& module() const = 0;
     /// The steps, as many as the expected version says; the first one reaches version 1.
     virtual QVector<Step> steps() = 0;

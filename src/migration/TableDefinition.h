@@ -15,8 +15,11 @@ namespace DataAccess::Manager {
 /// A column of a table. The backend's value converter turns kind and size into SQL.
 struct Column
 {
+    /// Name of the column.
     QString name;
+    /// What it holds.
     Enumerations::DataType kind;
+    /// What the kind needs a size for: bytes of an integer, characters of a text.
     unsigned int size = 0;
     /// What follows the type: a default or a reference to another table.
     QString suffix = {};
@@ -39,9 +42,11 @@ Column bytes(const char* name, const char* comment = nullptr);
 struct TableDefinition
 {
     QString name;
+    /// In the order of the statement that creates the table.
     QVector<Column> columns;
     /// The primary key, then any foreign keys.
     QStringList constraints;
+    /// Whether the table is gone with its connection.
     bool temporary = false;
 
     /// The same table with @p column in front of the column named @p before.

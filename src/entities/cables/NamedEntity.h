@@ -12,6 +12,7 @@ template <typename Interface>
 class CABLES_EXPORT NamedEntity : public QOR::Entities::StoredEntity<Interface>
 {
 public:
+    /// See Interfaces::INamedEntity.
     const QString& Name() const override { return m_name; }
     void SetName(const QString& name) override { this->assign(m_name, name); }
 

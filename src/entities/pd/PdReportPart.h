@@ -18,6 +18,7 @@ class IPdReportPart;
 class PD_EXPORT PdReportListing
 {
 public:
+    /// Not owned; null when no report lists the part. Set by the report.
     PdReport* report() const { return m_report; }
     void setReport(PdReport* report) { m_report = report; }
 
@@ -40,6 +41,7 @@ template <typename Interface>
 class PD_EXPORT PdReportPart : public QOR::Entities::StoredEntity<Interface>, public PdReportListing
 {
 public:
+    /// See Interfaces::IPdReportPart.
     const QUuid& reportId() const override { return m_reportId; }
     void setReportId(const QUuid& id) override
     {
