@@ -17,7 +17,7 @@ install(TARGETS QorEntity Cables PD LB EXPORT DataAccessTargets
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/" "${PROJECT_BINARY_DIR}/generated/"
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/DataAccess COMPONENT DataAccessHeaders
     FILES_MATCHING PATTERN "*.h"
-    PATTERN "native" EXCLUDE
+    PATTERN "backends" EXCLUDE
     PATTERN "private" EXCLUDE)
 
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME DataAccessDevelopment)

@@ -58,7 +58,8 @@ public:
     static void RemoveConfig(const std::shared_ptr<Interfaces::IConfig>& config);
     /// Writes @p config and records it as the default.
     static void SetDefaultConfig(const std::shared_ptr<Interfaces::IConfig>& config);
-    /// All stored configurations. A group that holds none gives an empty configuration.
+    /// All stored configurations. A group that holds none gives an empty configuration. The misspelt name stays:
+    /// applications call it.
     static std::vector<std::shared_ptr<Interfaces::IConfig>> GetConfiguartions();
     /// The recorded default, or a new SQLite 3 configuration of the default file. Not written to the settings file.
     static std::shared_ptr<Interfaces::IConfig> DefaultConfig();

@@ -19,8 +19,8 @@ namespace DataAccess::Database {
 
 class Transaction;
 
-/// One operation on a table, which tells of what fails in it: by a warning (category "qor.database"), and to the
-/// FailureWatch of whoever asked for it. Both name the table, and the row where that is known.
+/// One operation on a table. It logs what fails in it (category "qor.database") and reports it to the FailureWatch of
+/// its caller; both name the table, and the row where that is known.
 class DATAACCESS_EXPORT Operation
 {
 public:
@@ -32,7 +32,7 @@ public:
     void failed(Interfaces::IDatabase& db, const Exceptions::DbException& error, const QUuid& row = QUuid()) const;
     /// Tells of a failure for @p reason.
     void failed(Failure::Kind kind, const QString& reason, const QUuid& row = QUuid()) const;
-    /// Tells nobody but the watch: the connection has logged why the select failed.
+    /// Reports to the watch only: the connection has logged why the select failed.
     void selectFailed(Interfaces::IDatabase& db, const Exceptions::DbException& error) const;
     /// Something ended @p reader before the last row.
     void readFailed(const Interfaces::IRowReader& reader) const;

@@ -1,14 +1,15 @@
 #include "transfer/TableRows.h"
 
-#include "database/ExecutionException.h"
-#include "database/NotOpenException.h"
+#include "database/DbException.h"
 #include "database/Transaction.h"
+#include "database/backends/Backend.h"
 
 #include <QSqlQuery>
 #include <QVariant>
 
 namespace DataAccess::Transfer {
 
+using Database::Backend;
 using Interfaces::IDatabase;
 
 namespace {
@@ -16,22 +17,15 @@ namespace {
 constexpr int s_rowsAtOnce = 2000;
 constexpr int s_largeRowsAtOnce = 4;
 
-bool isPostgres(IDatabase& db)
-{
-    return db.Config()->Type() == Enumerations::Postgres;
-}
-
 /// An order that all backends understand alike: texts by their bytes, NULL first.
-QString ordering(IDatabase& db, const SchemaTable& table)
+QString ordering(const Backend& backend, const SchemaTable& table)
 {
     QStringList terms;
     for (const SchemaColumn& column : table.columns) {
         if (!table.key.isEmpty() && column.name != table.key)
             continue;
         QString term = quoted(column.name);
-        if (isPostgres(db))
-            term += (column.kind == Enumerations::Text ? QStringLiteral(" COLLATE \"C\"") : QString()) +
-                    QStringLiteral(" NULLS FIRST");
+        term += (column.kind == Enumerations::Text ? backend.byteOrder() : QString()) + backend.nullsFirst();
         terms.append(term);
     }
     return terms.join(QLatin1String(", "));
@@ -39,21 +33,21 @@ QString ordering(IDatabase& db, const SchemaTable& table)
 
 QString selectOf(IDatabase& db, const SchemaTable& table, const StoredValue& after)
 {
+    const Backend& backend = Backend::of(db);
     QString condition;
     if (!after.isNull) {
         const QString key = table.hasUuid() ? QLatin1Char('\'') +
                                                   QString(after.text).replace(QLatin1Char('\''), QLatin1String("''")) +
                                                   QLatin1Char('\'')
                                             : QString::number(after.integer);
-        const bool isText = table.hasUuid() && isPostgres(db);
         condition = QStringLiteral(" WHERE %1%2 > %3")
-                        .arg(quoted(table.key), isText ? QStringLiteral(" COLLATE \"C\"") : QString(), key);
+                        .arg(quoted(table.key), table.hasUuid() ? backend.byteOrder() : QString(), key);
     }
     // Told with each row, as looking for it beforehand would take a pass of its own.
     const QString foreign = foreignTypeCondition(db, table);
     return QStringLiteral("SELECT %1%2 FROM %3%4 ORDER BY %5")
         .arg(table.columnList(), foreign.isEmpty() ? QString() : QLatin1String(", ") + foreign, quoted(table.name),
-             condition, ordering(db, table));
+             condition, ordering(backend, table));
 }
 
 QString placeOf(const SchemaTable& table, const Row& row)
@@ -103,8 +97,9 @@ Snapshot::Snapshot(IDatabase& db)
 {
     if (!m_transaction.isOpen())
         throw Exceptions::NotOpenException("the transaction cannot be started");
-    if (isPostgres(db))
-        db.Exec(QStringLiteral("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY"));
+    const QString snapshot = Backend::of(db).snapshot();
+    if (!snapshot.isEmpty())
+        db.Exec(snapshot);
 }
 
 TableReader::TableReader(IDatabase& db, const SchemaTable& table, const StoredValue& after)
@@ -113,9 +108,9 @@ TableReader::TableReader(IDatabase& db, const SchemaTable& table, const StoredVa
     , m_row(table.columns.size())
 {
     const QString select = selectOf(db, table, after);
-    if (isPostgres(db)) {
-        // A result of PostgreSQL is held whole in memory: a cursor gives it in parts.
-        db.Exec(QStringLiteral("DECLARE dataaccess_rows NO SCROLL CURSOR FOR ") + select);
+    const QString declaration = Backend::of(db).cursorDeclaration();
+    if (!declaration.isEmpty()) {
+        db.Exec(declaration.arg(QStringLiteral("dataaccess_rows")) + select);
         m_hasCursor = true;
         fetch();
     } else {
@@ -225,7 +220,7 @@ void deleteAllRows(IDatabase& db)
 
 QString foreignTypeCondition(IDatabase& db, const SchemaTable& table)
 {
-    if (isPostgres(db))
+    if (!Backend::of(db).hasLooseColumns())
         return {};
     QStringList terms;
     for (const SchemaColumn& column : table.columns) {

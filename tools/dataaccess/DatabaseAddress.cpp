@@ -2,9 +2,9 @@
 
 #include "StoredConfigs.h"
 #include "ToolError.h"
-#include "database/FilePublication.h"
 #include "database/IConfig.h"
-#include "database/PostgresAddress.h"
+#include "database/backends/postgres/PostgresBackend.h"
+#include "database/private/Files.h"
 
 #include <QFile>
 #include <QFileInfo>

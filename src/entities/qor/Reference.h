@@ -26,9 +26,9 @@ public:
 
     /// Calls @p arrived with the id once @p object, any interface of an entity, has got one.
     template <typename T>
-    void await(const std::shared_ptr<T>& object, Callback arrived)
+    void await(const std::shared_ptr<T>& object, const Callback& arrived)
     {
-        awaitEntity(std::dynamic_pointer_cast<Interfaces::IEntity>(object), std::move(arrived));
+        awaitEntity(std::dynamic_pointer_cast<Interfaces::IEntity>(object), arrived);
     }
     /// Waits for the same entity as @p other; stops waiting when that one does not wait.
     void awaitSameAs(const IdArrival& other, Callback arrived);

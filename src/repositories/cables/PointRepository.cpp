@@ -1,5 +1,6 @@
 #include "repositories/cables/PointRepository.h"
 
+#include "database/backends/Backend.h"
 #include "repositories/private/EntityJobs.h"
 #include "repositories/private/TableMapping.h"
 
@@ -37,10 +38,10 @@ Database::Task<PointRepository::Entities>* PointRepository::GetByRouteIdAsync(QU
 {
     const auto statement = [table = table(), id](Interfaces::IDatabase& db) {
         const QString text =
-            db.Config()->Type() == Enumerations::Postgres
-                ? QStringLiteral(
-                      "SELECT * FROM %1 where position(id in (SELECT points FROM ce_route Where id = '%2')) != 0")
-                : QStringLiteral("SELECT * FROM %1 where INSTR((SELECT points FROM ce_route Where id = '%2'),id) != 0");
+            QStringLiteral("SELECT * FROM %1 where ") +
+            Database::Backend::of(db).position(QStringLiteral("id"),
+                                               QStringLiteral("(SELECT points FROM ce_route Where id = '%2')")) +
+            QStringLiteral(" != 0");
         return EntityRows::withId(text, table, id.toString());
     };
     // All columns come in the order of the table, where the time stamp stands last.

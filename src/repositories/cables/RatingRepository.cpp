@@ -1,5 +1,6 @@
 #include "repositories/cables/RatingRepository.h"
 
+#include "database/backends/Backend.h"
 #include "repositories/private/EntityJobs.h"
 #include "repositories/private/TableMapping.h"
 
@@ -39,11 +40,11 @@ struct RatingTable : EntityTable
 class RatingMapping final : public TableMapping<RatingTable>
 {
 public:
-    /// SQLite has times as texts, and the evaluation of a cable is found by equal texts, not by equal times: while the
+    /// On SQLite times are texts, and the evaluation of a cable is found by equal texts, not by equal times: while the
     /// digits are the stored ones, so is the text, which other programs may have written without milliseconds.
     void bindStored(IDatabase& db, IValueConverter& values, const std::shared_ptr<Rating>& entity) const override
     {
-        if (db.Config()->Type() == Enumerations::Postgres)
+        if (!Database::Backend::of(db).hasLooseColumns())
             return;
         QSqlQuery& query = db.PreparedQuery(QStringLiteral("SELECT measuretime FROM qor_rating WHERE id = :id"));
         const auto stored = db.Converter(query);

@@ -1,7 +1,7 @@
 #include "repositories/pd/PdReportRepository.h"
 
 #include "database/GenericDml.h"
-#include "database/StatementError.h"
+#include "database/private/StatementError.h"
 #include "repositories/private/EntityJobs.h"
 #include "repositories/private/TableMapping.h"
 

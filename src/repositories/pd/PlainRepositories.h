@@ -85,7 +85,8 @@ public:
                          const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~PdTaskInfoRepository() override;
 
-    /// The texts of the table. The other repositories have theirs in the source file.
+    /// The name and the statements of the table: constants of this class, while the others have them in the source
+    /// file.
     static constexpr char s_tableName[] = "pd_task_info";
     static constexpr char s_getAllQueryString[] =
         "SELECT id, report_id, pd_version, system_type, serial_number, calibration_date, snap, deleted, timestamp FROM %1";

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "database/BatchCache.h"
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/Operation.h"
 #include "repositories/private/EntityMapping.h"
 #include "repositories/private/EntityRows.h"

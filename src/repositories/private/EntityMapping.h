@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/IDatabase.h"
+#include "database/ValueConverter.h"
 #include "entities/qor/EntityState.h"
 
 #include <QDateTime>

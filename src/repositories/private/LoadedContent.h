@@ -35,8 +35,7 @@ public:
     /// Runs @p select, which finds the row that the current transaction is to update, and lets nobody else change it.
     static QSqlQuery selectForUpdate(Interfaces::IDatabase& db, const QString& select)
     {
-        // On SQLite a transaction that writes has the whole file locked from its start.
-        return db.Exec(db.Config()->Type() == Enumerations::Postgres ? select + QLatin1String(" FOR UPDATE") : select);
+        return db.SelectForUpdate(select);
     }
 
     /// Binds what the current @p row has in @p column, in the form in which it is stored, so that it stays.

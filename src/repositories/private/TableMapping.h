@@ -1,6 +1,6 @@
 #pragma once
 
-#include "database/StorableText.h"
+#include "database/ValueConverter.h"
 #include "entities/qor/Properties.h"
 #include "repositories/private/EntityMapping.h"
 #include "repositories/private/StatementText.h"
