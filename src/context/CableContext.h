@@ -50,7 +50,9 @@ public:
     public:
         /// The type of this id; null when there is none.
         std::shared_ptr<Cables::Entities::Insulation> findInsulation(const QUuid& id) const;
+        /// The type of this id; null when there is none.
         std::shared_ptr<Cables::Entities::SegmentType> findType(const QUuid& id) const;
+        /// The details of this id; null when there are none.
         std::shared_ptr<Cables::Entities::SegmentDetail> findSegmentDetail(const QUuid& id) const;
 
         /// The type of a cable's sections, and that of its joints.

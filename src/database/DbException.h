@@ -45,6 +45,7 @@ public:
     using DbException::DbException;
     ~ExecutionException() override;
 
+    /// See DbException.
     Enumerations::ExceptionType type() const override;
 };
 
@@ -55,6 +56,7 @@ public:
     using DbException::DbException;
     ~InvalidDbException() override;
 
+    /// See DbException.
     Enumerations::ExceptionType type() const override;
 };
 
@@ -67,6 +69,7 @@ public:
     explicit NotOpenException(const char* message);
     ~NotOpenException() override;
 
+    /// See DbException.
     Enumerations::ExceptionType type() const override;
 };
 

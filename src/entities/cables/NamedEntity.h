@@ -14,6 +14,7 @@ class CABLES_EXPORT NamedEntity : public QOR::Entities::StoredEntity<Interface>
 public:
     /// See Interfaces::INamedEntity.
     const QString& Name() const override { return m_name; }
+    /// See Interfaces::INamedEntity.
     void SetName(const QString& name) override { this->assign(m_name, name); }
 
 protected:

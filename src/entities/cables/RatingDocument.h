@@ -22,6 +22,7 @@ public:
 
     /// Whether the text is a JSON object. When not, object() is empty, and the first change replaces the text.
     bool isObject() const;
+    /// The document; empty when the text is none.
     const QJsonObject& object() const;
     /// Replaces the document.
     bool setObject(const QJsonObject& object);
@@ -34,6 +35,7 @@ public:
 
     /// The keys that there are, in the order of text.
     QStringList phaseKeys() const;
+    /// The keys of the segments that have a value, in the order of text.
     QStringList segmentKeys(const QString& phaseKey) const;
     /// Removes all that the document says of a phase.
     bool removePhase(const QString& phaseKey);

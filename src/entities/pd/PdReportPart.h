@@ -20,10 +20,12 @@ class PD_EXPORT PdReportListing
 public:
     /// Not owned; null when no report lists the part. Set by the report.
     PdReport* report() const { return m_report; }
+    /// Set by the report that lists the part.
     void setReport(PdReport* report) { m_report = report; }
 
 protected:
     PdReportListing() = default;
+    /// A copy is not listed.
     PdReportListing(const PdReportListing& /*other*/) {}
     ~PdReportListing() = default;
     PdReportListing& operator=(const PdReportListing&) = delete;
@@ -43,6 +45,7 @@ class PD_EXPORT PdReportPart : public QOR::Entities::StoredEntity<Interface>, pu
 public:
     /// See Interfaces::IPdReportPart.
     const QUuid& reportId() const override { return m_reportId; }
+    /// See Interfaces::IPdReportPart; leaves the report that has another id.
     void setReportId(const QUuid& id) override
     {
         const std::shared_ptr<Interfaces::IPdReportPart> self = leave(*this, id);

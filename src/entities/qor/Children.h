@@ -35,6 +35,7 @@ class ChildList
 public:
     /// A child, and what the parent lists.
     using Child = std::shared_ptr<T>;
+    /// What a parent lists.
     using List = std::vector<Child>;
 
     /// The children, in the order in which they were added.
