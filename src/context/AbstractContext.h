@@ -34,6 +34,7 @@ class DATAACCESS_EXPORT AbstractContext : public QObject
     Q_OBJECT
 
 public:
+    /// An entity of any kind.
     using EntityPointer = std::shared_ptr<QOR::Entities::Entity>;
 
     /// Shares the ownership of @p manager. @p value is kept and not used.
@@ -62,11 +63,15 @@ public:
     bool isLoading() const;
     /// Whether the last load has read everything.
     bool isLoaded() const;
+    /// How much is read of what is large.
     Enumerations::LoadingStrategies loadingStrategy() const;
 
 Q_SIGNALS:
+    /// A load begins or has ended.
     void loadingChanged(bool isLoading);
+    /// A load has ended, whether or not it read everything; after loadingChanged(false).
     void loadingCompleted();
+    /// A save has ended, whether or not something failed.
     void savingCompleted();
     /// How many of the kinds that are being loaded have arrived; between loadingChanged(true) and
     /// loadingChanged(false).
@@ -84,16 +89,21 @@ protected:
                     Enumerations::LoadingStrategies strategy, unsigned int value, QObject* parent,
                     std::shared_ptr<EntityLedger> ledger);
 
+    /// Holds off other loads and saves while it lives.
     using Turn = std::unique_lock<std::recursive_mutex>;
 
     /// Waits until no other thread loads or saves. Throws std::system_error when that cannot be.
     Turn takeTurn() const;
     /// Makes this context take turns with @p other too. To be called before it is used on several threads.
     void shareTurns(const AbstractContext& other);
+    /// Tells that a load begins or has ended.
     void setIsLoading(bool isLoading);
+    /// The manager that the constructor was given; may be null.
     const std::shared_ptr<Manager::AbstractRepositoryManager>& manager() const;
+    /// The value that the constructor was given.
     unsigned int value() const;
 
+    /// The attached entities and what has become of them.
     const std::shared_ptr<EntityLedger>& ledger() const;
     /// Whether the last reload() could not read everything.
     bool hasLoadFailed() const;

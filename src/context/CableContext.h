@@ -37,8 +37,10 @@ class DATAACCESS_EXPORT CableContext : public AbstractContext, public std::enabl
     Q_OBJECT
 
 public:
+    /// Entities of one kind by their id.
     template <typename T>
     using EntitiesOf = QHash<QUuid, std::shared_ptr<T>>;
+    /// A cable, as this context holds it.
     using Cable = Cables::Entities::Cable;
 
     /// The types that every database has, with the same ids everywhere. The find operations give null, and a warning in
@@ -46,18 +48,25 @@ public:
     class DATAACCESS_EXPORT DefaultTypes
     {
     public:
+        /// The type of this id; null when there is none.
         std::shared_ptr<Cables::Entities::Insulation> findInsulation(const QUuid& id) const;
+        /// The type of this id; null when there is none.
         std::shared_ptr<Cables::Entities::SegmentType> findType(const QUuid& id) const;
+        /// The details of this id; null when there are none.
         std::shared_ptr<Cables::Entities::SegmentDetail> findSegmentDetail(const QUuid& id) const;
 
         /// The type of a cable's sections, and that of its joints.
         std::shared_ptr<Cables::Entities::SegmentType> cableType() const;
+        /// The type of joints.
         std::shared_ptr<Cables::Entities::SegmentType> jointType() const;
         /// The details of a section, and of a joint, of which nothing else is known.
         std::shared_ptr<Cables::Entities::SegmentDetail> getSegmentDetailCableDefault() const;
+        /// The details of a joint of which nothing else is known.
         std::shared_ptr<Cables::Entities::SegmentDetail> getSegmentDetailJointDefault() const;
 
+        /// All default types.
         std::vector<std::shared_ptr<Cables::Entities::Insulation>> insulations;
+        /// The types of sections and joints.
         std::vector<std::shared_ptr<Cables::Entities::SegmentType>> segmentTypes;
         /// They are linked to the types, and have the ids of their insulations.
         std::vector<std::shared_ptr<Cables::Entities::SegmentDetail>> segmentDetails;
@@ -86,6 +95,7 @@ public:
     /// A new catalogue of the types that every database has.
     static DefaultTypes defaultTypes();
 
+    /// The entities of one kind that were loaded, or attached since; empty until a load.
     EntitiesOf<Cables::Entities::Termination> Terminations() const;
     EntitiesOf<Cables::Entities::SegmentType> SegmentTypes() const;
     EntitiesOf<Cables::Entities::Point> Points() const;

@@ -35,6 +35,7 @@ class DATAACCESS_EXPORT PdContext : public AbstractContext, public std::enable_s
     Q_OBJECT
 
 public:
+    /// Entities of one kind by their id.
     template <typename T>
     using EntitiesOf = QHash<QUuid, std::shared_ptr<T>>;
 
@@ -58,6 +59,7 @@ public:
     /// once, before this context is used on several threads.
     void SetCableContext(const std::shared_ptr<CableContext>& context);
 
+    /// The entities of one kind that were loaded, or attached since; empty until a load.
     EntitiesOf<PD::Entities::PdTask> Tasks() const;
     EntitiesOf<PD::Entities::PdTaskInfo> TaskInfos() const;
     EntitiesOf<PD::Entities::PdReport> Reports() const;

@@ -12,6 +12,7 @@ class DATAACCESS_EXPORT AbstractQueue : public QObject
     Q_OBJECT
 
 public:
+    /// Owned by @p parent, if any.
     explicit AbstractQueue(QObject* parent = nullptr)
         : QObject(parent)
     {}

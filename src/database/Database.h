@@ -37,6 +37,7 @@ public:
     QSqlQuery Exec(const QString& sql) override;
     bool ExecBatch(QSqlQuery& query) override;
     QStringList Tables() override;
+    /// See IDatabase.
     std::shared_ptr<Interfaces::IConfig> Config() override;
     /// Logs and reports why, when the transaction cannot be started.
     ::DataAccess::Database::Transaction Transaction() override;
@@ -53,6 +54,7 @@ public:
     QSqlQuery& PreparedQuery(const QString& statement) override;
     std::unique_ptr<Interfaces::IRowReader> Read(const QString& sql) override;
     std::unique_ptr<Interfaces::IRowWriter> Write(const QString& statement, std::function<void()> written) override;
+    /// Logs and reports why, when the transaction cannot be started.
     ::DataAccess::Database::Transaction WriteTransaction() override;
 
     /// Takes the connection along to @p thread; called before the object itself is moved there.

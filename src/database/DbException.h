@@ -25,7 +25,9 @@ public:
     DbException& operator=(const DbException&) = default;
     ~DbException() override;
 
+    /// The text, never null.
     const char* what() const noexcept override;
+    /// Which kind of failure this is.
     virtual Enumerations::ExceptionType type() const = 0;
 
     /// Whether the database is locked or out of reach, so that other statements would fail too, each after its
@@ -43,6 +45,7 @@ public:
     using DbException::DbException;
     ~ExecutionException() override;
 
+    /// See DbException.
     Enumerations::ExceptionType type() const override;
 };
 
@@ -53,6 +56,7 @@ public:
     using DbException::DbException;
     ~InvalidDbException() override;
 
+    /// See DbException.
     Enumerations::ExceptionType type() const override;
 };
 
@@ -65,6 +69,7 @@ public:
     explicit NotOpenException(const char* message);
     ~NotOpenException() override;
 
+    /// See DbException.
     Enumerations::ExceptionType type() const override;
 };
 

@@ -33,6 +33,7 @@ public:
      */
     static std::unique_ptr<DbWorker> make_worker(QThread* thread, std::shared_ptr<Interfaces::IConfig> config);
 
+    /// Owns @p database, which may not be null; starts nothing.
     explicit DbWorker(std::unique_ptr<Interfaces::IDatabase> database, QObject* parent = nullptr);
     ~DbWorker() override;
     DbWorker(const DbWorker&) = delete;

@@ -46,6 +46,7 @@ public:
     virtual bool ExecBatch(QSqlQuery& query) = 0;
     /// Names of the user's tables, without views. Throws ExecutionException when they cannot be read.
     virtual QStringList Tables() = 0;
+    /// What the database was made with; shared.
     virtual std::shared_ptr<IConfig> Config() = 0;
     /// Starts a transaction; the guard is closed when the backend refuses.
     virtual ::DataAccess::Database::Transaction Transaction() = 0;
@@ -66,6 +67,7 @@ public:
 
     /// The worker calls these around each job: databases that share one connection take turns, job by job.
     virtual void BeginJob();
+    /// See BeginJob().
     virtual void EndJob();
     /// Text of the last failure to open the connection; empty when there was none.
     virtual QString OpenError() const;

@@ -24,6 +24,7 @@ using Job = std::function<void(Interfaces::IDatabase&)>;
 class DATAACCESS_EXPORT JobQueue
 {
 public:
+    /// @p worker is not owned; it calls close() before it ends.
     explicit JobQueue(DbWorker* worker);
     JobQueue(const JobQueue&) = delete;
     JobQueue& operator=(const JobQueue&) = delete;

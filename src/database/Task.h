@@ -23,12 +23,15 @@ template <typename T>
 class Task
 {
 public:
+    /// A task of @p job, which is in no queue yet.
     explicit Task(std::function<T(Interfaces::IDatabase&)> job)
         : m_state(std::make_shared<State>(std::move(job)))
         , m_result(m_state->result.get_future())
         , m_completion(m_state->completion.get_future())
     {}
+    /// Leaves the other task without a state.
     Task(Task&&) noexcept = default;
+    /// Leaves the other task without a state.
     Task& operator=(Task&&) noexcept = default;
     Task(const Task&) = delete;
     Task& operator=(const Task&) = delete;

@@ -23,6 +23,7 @@ public:
     /// Starts a transaction on @p db, which must outlive the guard. The guard is closed when that fails, and when one
     /// is open on the connection already. On SQLite the write lock is taken by the first write, not here.
     explicit Transaction(QSqlDatabase* db);
+    /// Takes over @p other, which is closed then.
     Transaction(Transaction&& other) noexcept;
     /// Takes over @p other. A transaction that this guard still held is left to the connection.
     Transaction& operator=(Transaction&& other) noexcept;
@@ -34,6 +35,7 @@ public:
     bool commit();
     /// Rolls back. False when the guard is closed, or when that failed: then the guard stays open.
     bool rollback();
+    /// Whether there is a transaction to be committed.
     bool isOpen() const;
 
     /**

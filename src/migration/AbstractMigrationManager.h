@@ -20,6 +20,7 @@ class DATAACCESS_EXPORT AbstractMigrationManager : public QObject, public Interf
     Q_OBJECT
 
 public:
+    /// Has no worker yet: see setDbWorker().
     explicit AbstractMigrationManager(QObject* parent = nullptr);
     ~AbstractMigrationManager() override;
 
@@ -39,6 +40,7 @@ Q_SIGNALS:
     void stepCompleted(quint32 version);
 
 protected:
+    /// The schema that this manager brings up to date.
     virtual const MigrationModule& module() const = 0;
 
     /**

@@ -25,7 +25,9 @@ class DATAACCESS_EXPORT EntityRepository : public Repository, public Interfaces:
 public:
     /// See IRepository.
     using Entities = typename Interfaces::IRepository<T>::Entities;
+    /// See IRepository.
     using EntityList = typename Interfaces::IRepository<T>::EntityList;
+    /// See IRepository.
     template <typename Result>
     using Task = Database::Task<Result>;
 

@@ -34,8 +34,11 @@ class DATAACCESS_EXPORT RepositoryCache : public Interfaces::ICachedRepository<T
 public:
     /// See IRepository.
     using IRepository = Interfaces::IRepository<T>;
+    /// See IRepository.
     using Entities = typename IRepository::Entities;
+    /// See IRepository.
     using EntityList = typename IRepository::EntityList;
+    /// See IRepository.
     template <typename Result>
     using Task = Database::Task<Result>;
 

@@ -87,9 +87,11 @@ public:
     virtual double value(int phase, const QString& segmentKey) const = 0;
     /// Sets the value of a segment. A value that JSON has no number for (NaN, infinite) removes it.
     virtual void setValue(int phase, const QString& segmentKey, double value) = 0;
+    /// Whether a segment has a value.
     virtual bool hasValue(int phase, const QString& segmentKey) const = 0;
     /// Removes a value, and its phase from the document when nothing else is left there.
     virtual void removeValue(int phase, const QString& segmentKey) = 0;
+    /// The same, for the key of a phase in the document.
     virtual void removeValue(const QString& phaseKey, const QString& segmentKey) = 0;
 
     /// Summary of a phase; NaN when there is none. Setting NaN or an infinite value removes it.
@@ -100,6 +102,7 @@ public:
     virtual QStringList phaseKeys() const = 0;
     /// The keys of the segments that have a value, in the order of text.
     virtual QStringList segmentKeysForPhase(int phase) const = 0;
+    /// The same, for the key of a phase in the document.
     virtual QStringList segmentKeysForPhase(const QString& phaseKey) const = 0;
     /// Removes all that the document says of a phase.
     virtual void removePhase(const QString& phaseKey) = 0;

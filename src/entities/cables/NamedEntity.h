@@ -12,7 +12,9 @@ template <typename Interface>
 class CABLES_EXPORT NamedEntity : public QOR::Entities::StoredEntity<Interface>
 {
 public:
+    /// See Interfaces::INamedEntity.
     const QString& Name() const override { return m_name; }
+    /// See Interfaces::INamedEntity.
     void SetName(const QString& name) override { this->assign(m_name, name); }
 
 protected:

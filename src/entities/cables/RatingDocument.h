@@ -17,11 +17,14 @@ class CABLES_EXPORT RatingDocument
 public:
     /// The text that was set, as long as nothing has changed since; else compact JSON.
     const QString& text() const;
+    /// Replaces the document.
     bool setText(QString text);
 
     /// Whether the text is a JSON object. When not, object() is empty, and the first change replaces the text.
     bool isObject() const;
+    /// The document; empty when the text is none.
     const QJsonObject& object() const;
+    /// Replaces the document.
     bool setObject(const QJsonObject& object);
 
     /// A value, or a summary, is NaN when there is none; setting one that JSON has no number for removes it.
@@ -30,8 +33,11 @@ public:
     double summary(const QString& phaseKey) const;
     bool setSummary(const QString& phaseKey, double value);
 
+    /// The keys that there are, in the order of text.
     QStringList phaseKeys() const;
+    /// The keys of the segments that have a value, in the order of text.
     QStringList segmentKeys(const QString& phaseKey) const;
+    /// Removes all that the document says of a phase.
     bool removePhase(const QString& phaseKey);
 
 private:

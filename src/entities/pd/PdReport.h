@@ -61,6 +61,7 @@ public:
 
     // These list objects that have this report's id already. Nothing that is stored changes, neither in them nor in
     // those listed before.
+    /// Lists objects that have this report's id already.
     void LinkFiles(std::vector<std::shared_ptr<Interfaces::IPdFile>> files);
     void LinkLbDiagram(std::shared_ptr<Interfaces::IPdLbDiagram> diagram);
     void LinkSummary(std::shared_ptr<Interfaces::IPdSummary> summary);

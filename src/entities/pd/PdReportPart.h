@@ -18,11 +18,14 @@ class IPdReportPart;
 class PD_EXPORT PdReportListing
 {
 public:
+    /// Not owned; null when no report lists the part. Set by the report.
     PdReport* report() const { return m_report; }
+    /// Set by the report that lists the part.
     void setReport(PdReport* report) { m_report = report; }
 
 protected:
     PdReportListing() = default;
+    /// A copy is not listed.
     PdReportListing(const PdReportListing& /*other*/) {}
     ~PdReportListing() = default;
     PdReportListing& operator=(const PdReportListing&) = delete;
@@ -40,7 +43,9 @@ template <typename Interface>
 class PD_EXPORT PdReportPart : public QOR::Entities::StoredEntity<Interface>, public PdReportListing
 {
 public:
+    /// See Interfaces::IPdReportPart.
     const QUuid& reportId() const override { return m_reportId; }
+    /// See Interfaces::IPdReportPart; leaves the report that has another id.
     void setReportId(const QUuid& id) override
     {
         const std::shared_ptr<Interfaces::IPdReportPart> self = leave(*this, id);

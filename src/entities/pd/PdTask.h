@@ -76,6 +76,7 @@ public:
     void SetDevices(const QStringList& devices) override;
     /// The devices in the text form to store: TextList's, or another text that was read and still stands for the list.
     const QString& DevicesText() const { return m_devices; }
+    /// Takes over a stored text.
     void SetDevicesFromText(const QString& text) { assign(m_devices, text); }
 
     double MaxVoltage() const override { return m_maxVoltage; }

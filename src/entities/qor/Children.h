@@ -33,9 +33,12 @@ template <typename T>
 class ChildList
 {
 public:
+    /// A child, and what the parent lists.
     using Child = std::shared_ptr<T>;
+    /// What a parent lists.
     using List = std::vector<Child>;
 
+    /// The children, in the order in which they were added.
     const List& items() const { return m_items; }
 
     /// Appends @p child unless it is null or in the list; returns whether it did.

@@ -28,6 +28,7 @@ public:
     void SetId(const QUuid& id) override;
     const QDateTime& Timestamp() const override;
     void SetTimestamp(const QDateTime& timestamp) override;
+    /// See IEntity.
     Enumerations::EntityState EntityState() const override;
     void SetEntityState(Enumerations::EntityState state) override;
     bool Selected() const override;

@@ -24,6 +24,7 @@ public:
     virtual const QDateTime& Timestamp() const = 0;
     virtual void SetTimestamp(const QDateTime& timestamp) = 0;
 
+    /// What has become of the object since it was read or stored.
     virtual Enumerations::EntityState EntityState() const = 0;
     virtual void SetEntityState(Enumerations::EntityState state) = 0;
 

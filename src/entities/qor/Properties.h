@@ -84,6 +84,7 @@ struct GetterValue;
 template <typename Value, typename E>
 struct GetterValue<Value (E::*)() const>
 {
+    /// The type, as a variable of it has.
     using Type = std::decay_t<Value>;
 };
 
@@ -94,17 +95,23 @@ struct GetterValue<Value (E::*)() const>
 template <PropertyKind propertyKind, auto getter, auto setter, auto jsonGetter = getter>
 struct Property
 {
+    /// The type of the value.
     using Value = typename GetterValue<decltype(getter)>::Type;
+    /// What the property stands for.
     static constexpr PropertyKind kind = propertyKind;
+    /// Whether the value is the id of another entity.
     static constexpr bool isReference = kind == PropertyKind::Reference || kind == PropertyKind::Parent;
     /// Whether the row of an entity has it.
     static constexpr bool isStored = isReference || kind == PropertyKind::Stored || kind == PropertyKind::Lazy;
+    /// Member function that gives the value.
     static constexpr auto get = getter;
+    /// Member function that sets the value.
     static constexpr auto set = setter;
 
     /// The member of toJson().
     const char* name;
 
+    /// The value of @p entity as toJson() shows it.
     template <typename E>
     static QJsonValue json(const E& entity)
     {
@@ -116,8 +123,11 @@ struct Property
 template <PropertyKind kind, typename TargetEntity, auto idGetter, auto idSetter, auto objectGetter, auto objectSetter>
 struct ReferenceProperty : Property<kind, idGetter, idSetter>
 {
+    /// The entity referred to.
     using Target = TargetEntity;
+    /// Member function that gives the object; null unless it is linked.
     static constexpr auto getObject = objectGetter;
+    /// Member function that sets the object, and the id with it.
     static constexpr auto setObject = objectSetter;
 };
 

@@ -15,13 +15,18 @@ namespace QOR::Entities {
 class QORENTITY_EXPORT IdArrival
 {
 public:
+    /// Is told the id.
     using Callback = std::function<void(const QUuid&)>;
 
+    /// Waits for nothing.
     IdArrival();
     ~IdArrival();
+    /// Does not wait.
     IdArrival(const IdArrival& other);
+    /// Waits in the place of @p other.
     IdArrival(IdArrival&& other) noexcept;
     IdArrival& operator=(const IdArrival& other) = delete;
+    /// Waits in the place of @p other.
     IdArrival& operator=(IdArrival&& other) noexcept;
 
     /// Calls @p arrived with the id once @p object, any interface of an entity, has got one.
@@ -52,6 +57,7 @@ class OwningReference
 {
 public:
     OwningReference() = default;
+    /// Refers to the same object, and gets its id with @p other.
     OwningReference(const OwningReference& other)
         : m_id(other.m_id)
         , m_object(other.m_object)
@@ -61,7 +67,9 @@ public:
     ~OwningReference() = default;
     OwningReference& operator=(const OwningReference&) = delete;
 
+    /// The id of the object; null without one.
     const QUuid& id() const { return m_id; }
+    /// The object; null unless it is linked.
     const std::shared_ptr<T>& object() const { return m_object; }
 
     /// Calls @p idArrived when @p object, which has no id yet, has got one.
@@ -90,9 +98,12 @@ template <typename T>
 class ParentReference
 {
 public:
+    /// The id of the parent; null without one.
     const QUuid& id() const { return m_id; }
+    /// The object; null unless it is linked and alive.
     std::shared_ptr<T> object() const { return m_object.lock(); }
 
+    /// A parent tells its id itself.
     template <typename Callback>
     void set(const QUuid& id, const std::shared_ptr<T>& object, const Callback& /*idArrived*/)
     {

@@ -16,6 +16,7 @@ template <typename Interface>
 class QORENTITY_EXPORT StoredEntity : public Entity, public Interface
 {
 public:
+    /// See Interfaces::IEntity.
     const QUuid& Id() const override { return Entity::Id(); }
 
 protected:

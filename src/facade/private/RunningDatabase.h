@@ -25,6 +25,7 @@ public:
     RunningDatabase(const RunningDatabase&) = delete;
     RunningDatabase& operator=(const RunningDatabase&) = delete;
 
+    /// Owned by this object.
     Database::DbWorker* worker() const { return m_worker.get(); }
     /// Waits until all jobs that were queued before have run, however long they take, and the thread has ended. Jobs
     /// that come later are dropped.

@@ -10,6 +10,7 @@ class DATAACCESS_EXPORT EditorMigrationManager : public AbstractMigrationManager
     Q_OBJECT
 
 public:
+    /// Has no worker yet: see setDbWorker().
     explicit EditorMigrationManager(QObject* parent = nullptr);
     ~EditorMigrationManager() override;
 

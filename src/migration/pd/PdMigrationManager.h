@@ -10,6 +10,7 @@ class DATAACCESS_EXPORT PdMigrationManager : public AbstractMigrationManager
     Q_OBJECT
 
 public:
+    /// Has no worker yet: see setDbWorker().
     explicit PdMigrationManager(QObject* parent = nullptr);
     ~PdMigrationManager() override;
 

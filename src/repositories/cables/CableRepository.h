@@ -15,6 +15,7 @@ class DATAACCESS_EXPORT CableRepository : public EntityRepository<Cables::Entiti
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     CableRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                     const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~CableRepository() override;

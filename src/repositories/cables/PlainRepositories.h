@@ -18,6 +18,7 @@ class DATAACCESS_EXPORT InsulationRepository : public EntityRepository<Cables::E
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     InsulationRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                          const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~InsulationRepository() override;
@@ -29,6 +30,7 @@ class DATAACCESS_EXPORT OwnerRepository : public EntityRepository<Cables::Entiti
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     OwnerRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                     const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~OwnerRepository() override;
@@ -40,6 +42,7 @@ class DATAACCESS_EXPORT RouteRepository : public EntityRepository<Cables::Entiti
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     RouteRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                     const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~RouteRepository() override;
@@ -51,6 +54,7 @@ class DATAACCESS_EXPORT SegmentDetailRepository : public EntityRepository<Cables
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     SegmentDetailRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                             const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                             QObject* parent = nullptr);
@@ -63,6 +67,7 @@ class DATAACCESS_EXPORT SegmentTypeRepository : public EntityRepository<Cables::
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     SegmentTypeRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                           const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                           QObject* parent = nullptr);
@@ -75,6 +80,7 @@ class DATAACCESS_EXPORT SwitchgearRepository : public EntityRepository<Cables::E
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     SwitchgearRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                          const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~SwitchgearRepository() override;
@@ -86,6 +92,7 @@ class DATAACCESS_EXPORT TerminationRepository : public EntityRepository<Cables::
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     TerminationRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                           const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                           QObject* parent = nullptr);

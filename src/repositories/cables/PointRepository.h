@@ -12,6 +12,7 @@ class DATAACCESS_EXPORT PointRepository : public EntityRepository<Cables::Entiti
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     PointRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                     const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~PointRepository() override;

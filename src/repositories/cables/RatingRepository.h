@@ -11,6 +11,7 @@ class DATAACCESS_EXPORT RatingRepository : public EntityRepository<Cables::Entit
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     RatingRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                      const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~RatingRepository() override;

@@ -12,6 +12,7 @@ class DATAACCESS_EXPORT SegmentRepository : public EntityRepository<Cables::Enti
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     SegmentRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                       const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~SegmentRepository() override;

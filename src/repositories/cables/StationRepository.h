@@ -17,6 +17,7 @@ class DATAACCESS_EXPORT StationRepository : public EntityRepository<Cables::Enti
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     StationRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                       const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~StationRepository() override;

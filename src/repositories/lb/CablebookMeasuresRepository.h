@@ -17,12 +17,15 @@ class DATAACCESS_EXPORT CablebookMeasuresRepository : public EntityRepository<LB
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     CablebookMeasuresRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                                 const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                                 QObject* parent = nullptr);
     ~CablebookMeasuresRepository() override;
 
+    /// Marks rows deleted by the date of their deletion, now; see IRepository.
     Task<bool>* DeleteAsync(EntityList entities) override;
+    /// Deletes the rows; see IRepository.
     Task<bool>* RemoveAsync(EntityList entities) override;
 
 private:

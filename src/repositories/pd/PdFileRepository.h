@@ -17,8 +17,10 @@ class DATAACCESS_EXPORT PdFileRepository : public EntityRepository<PD::Entities:
     Q_OBJECT
 
 public:
+    /// A file, as this repository reads and writes it.
     using PdFile = PD::Entities::PdFile;
 
+    /// Makes a repository on @p worker; see Repository.
     PdFileRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                      const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~PdFileRepository() override;

@@ -14,10 +14,12 @@ class DATAACCESS_EXPORT PdReportRepository : public EntityRepository<PD::Entitie
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     PdReportRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                        const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~PdReportRepository() override;
 
+    /// Deletes the rows of the reports and of their filters.
     Task<bool>* RemoveAsync(EntityList entities) override;
 };
 

@@ -17,6 +17,7 @@ class DATAACCESS_EXPORT PdTaskRepository : public EntityRepository<PD::Entities:
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     PdTaskRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                      const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~PdTaskRepository() override;
@@ -28,6 +29,7 @@ class DATAACCESS_EXPORT PdIecOverviewRepository : public EntityRepository<PD::En
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     PdIecOverviewRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                             const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                             QObject* parent = nullptr);
@@ -40,6 +42,7 @@ class DATAACCESS_EXPORT PdMappingEventRepository : public EntityRepository<PD::E
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     PdMappingEventRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                              const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                              QObject* parent = nullptr);
@@ -52,6 +55,7 @@ class DATAACCESS_EXPORT PdLbDiagramRepository : public EntityRepository<PD::Enti
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     PdLbDiagramRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                           const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                           QObject* parent = nullptr);
@@ -64,6 +68,7 @@ class DATAACCESS_EXPORT PdSummaryReporsitory : public EntityRepository<PD::Entit
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     PdSummaryReporsitory(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                          const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~PdSummaryReporsitory() override;
@@ -75,6 +80,7 @@ class DATAACCESS_EXPORT PdTaskInfoRepository : public EntityRepository<PD::Entit
     Q_OBJECT
 
 public:
+    /// Makes a repository on @p worker; see Repository.
     PdTaskInfoRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                          const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~PdTaskInfoRepository() override;
