@@ -4,7 +4,7 @@
 #include "database/FilePublication.h"
 #include "database/SqliteBackup.h"
 #include "transfer/DatabaseCopy.h"
-#include "transfer/DirectDatabase.h"
+#include "transfer/private/DirectDatabase.h"
 
 #include <QFile>
 #include <QTemporaryDir>

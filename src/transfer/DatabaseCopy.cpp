@@ -1,6 +1,7 @@
 #include "transfer/DatabaseCopy.h"
 
 #include "database/ExecutionException.h"
+#include "transfer/private/TableRows.h"
 
 #include <QCryptographicHash>
 #include <QSqlQuery>

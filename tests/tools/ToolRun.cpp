@@ -11,20 +11,28 @@ using namespace DataAccess;
 
 namespace {
 
-constexpr int s_patience = 120000;
-
-QProcessEnvironment environment()
+QStringList words(const char* text)
 {
+    return QString::fromUtf8(text).split(QLatin1Char(' '));
+}
+
+std::unique_ptr<QProcess> start(const QString& program, const QStringList& arguments)
+{
+    auto process = std::make_unique<QProcess>();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("PGPASSWORD"), TestSupport::serverConfig(QStringLiteral("postgres"))->Password());
-    return environment;
+    process->setProcessEnvironment(environment);
+    process->start(program, arguments);
+    process->waitForStarted();
+    return process;
 }
 
 Run finish(QProcess& process, const QByteArray& input = {})
 {
+    constexpr int patience = 120000;
     process.write(input);
     process.closeWriteChannel();
-    if (!process.waitForFinished(s_patience))
+    if (!process.waitForFinished(patience))
         return {-1, {}, process.errorString()};
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1, process.readAllStandardOutput(),
             QString::fromUtf8(process.readAllStandardError())};
@@ -37,29 +45,21 @@ QJsonObject Run::document() const
     return QJsonDocument::fromJson(output).object();
 }
 
-Run tool(const QStringList& arguments, const QByteArray& input)
+std::unique_ptr<QProcess> startTool(const char* command, const QStringList& arguments)
 {
-    return finish(*startTool(arguments), input);
+    return start(QStringLiteral(DATAACCESS_TOOL), (*command != 0 ? words(command) : QStringList()) + arguments);
 }
 
-std::unique_ptr<QProcess> startTool(const QStringList& arguments)
+Run tool(const char* command, const QStringList& arguments, const QByteArray& input)
 {
-    auto process = std::make_unique<QProcess>();
-    process->setProcessEnvironment(environment());
-    process->start(QStringLiteral(DATAACCESS_TOOL), arguments);
-    process->waitForStarted();
-    return process;
+    return finish(*startTool(command, arguments), input);
 }
 
-Run toolOnFullDisk(const QStringList& arguments, int blocks)
+Run toolOnFullDisk(const char* command, const QStringList& arguments, int blocks)
 {
-    QProcess process;
-    process.setProcessEnvironment(environment());
     const QString script = QStringLiteral("trap '' XFSZ; ulimit -f %1; exec \"$@\"").arg(blocks);
-    process.start(QStringLiteral("bash"),
-                  QStringList{QStringLiteral("-c"), script, QStringLiteral("tool"), QStringLiteral(DATAACCESS_TOOL)} +
-                      arguments);
-    return finish(process);
+    const QStringList shell{QStringLiteral("-c"), script, QStringLiteral("tool"), QStringLiteral(DATAACCESS_TOOL)};
+    return finish(*start(QStringLiteral("bash"), shell + words(command) + arguments));
 }
 
 QString addressOf(const TestSupport::TestDatabase& database)
@@ -68,23 +68,17 @@ QString addressOf(const TestSupport::TestDatabase& database)
         return database.name();
     const auto config = database.config();
     return QStringLiteral("postgresql://%1@%2:%3/%4")
-        .arg(config->UserName(), config->HostName())
-        .arg(config->Port())
-        .arg(database.name());
+        .arg(config->UserName(), config->HostName(), QString::number(config->Port()), database.name());
 }
 
 Sample::Sample()
 {
     // Made once: it takes longer than most commands.
     static const QTemporaryDir folder;
-    static const QString original = [] {
-        QString path = folder.filePath(QStringLiteral("sample.vbk"));
-        if (QProcess::execute(QStringLiteral(DATAACCESS_QUICKSTART), {path}) != 0)
-            qFatal("the quickstart failed");
-        return path;
-    }();
-    if (!QFile::copy(original, path()))
-        qFatal("the sample can't be copied");
+    static const QString original = folder.filePath(QStringLiteral("sample.vbk"));
+    static const int made = QProcess::execute(QStringLiteral(DATAACCESS_QUICKSTART), {original});
+    if (made != 0 || !QFile::copy(original, path()))
+        qFatal("no sample");
 }
 
 QStringList Sample::files() const
@@ -92,21 +86,21 @@ QStringList Sample::files() const
     return QDir(m_folder.path()).entryList(QDir::Files);
 }
 
-void execute(const std::shared_ptr<Interfaces::IConfig>& config, const QStringList& statements)
+void execute(const std::shared_ptr<Interfaces::IConfig>& config, const char* statements)
 {
     TestSupport::RunningWorker worker(config);
     worker.run([&](Interfaces::IDatabase& db) {
-        for (const QString& statement : statements)
+        for (const QString& statement : QString::fromUtf8(statements).split(QStringLiteral("; ")))
             db.Exec(statement);
     });
 }
 
-void execute(const QString& path, const QStringList& statements)
+void execute(const QString& path, const char* statements, Enumerations::DatabaseType type)
 {
     auto config = std::make_shared<Database::DatabaseConfig>();
     config->SetConnectionName(QUuid::createUuid().toString());
     config->SetDatabaseName(path);
-    config->SetType(Enumerations::SQLite3);
+    config->SetType(type);
     execute(config, statements);
 }
 
@@ -118,7 +112,7 @@ QByteArray bytesOf(const QString& path)
 
 QByteArray dumpOf(const QString& address)
 {
-    const Run run = tool({QStringLiteral("dump"), address});
+    const Run run = tool("dump", {address});
     if (run.exitCode != 0)
         qFatal("no dump: %s", qPrintable(run.error));
     return run.output;

@@ -20,12 +20,12 @@ struct Run
     QJsonObject document() const;
 };
 
-/// Runs the tool to its end; a server's password is in its environment.
-Run tool(const QStringList& arguments, const QByteArray& input = {});
-/// Starts the tool.
-std::unique_ptr<QProcess> startTool(const QStringList& arguments);
-/// Starts the tool as a process that cannot write more than @p blocks kibibytes into one file.
-Run toolOnFullDisk(const QStringList& arguments, int blocks);
+/// Starts the tool with the words of @p command and the arguments; a server's password is in its environment.
+std::unique_ptr<QProcess> startTool(const char* command, const QStringList& arguments = {});
+/// Runs it to its end.
+Run tool(const char* command, const QStringList& arguments = {}, const QByteArray& input = {});
+/// The same as a process that cannot write more than @p blocks kibibytes into one file.
+Run toolOnFullDisk(const char* command, const QStringList& arguments, int blocks);
 
 /// The database as it is named on the command line.
 QString addressOf(const TestSupport::TestDatabase& database);
@@ -43,8 +43,10 @@ private:
     QTemporaryDir m_folder;
 };
 
-void execute(const std::shared_ptr<DataAccess::Interfaces::IConfig>& config, const QStringList& statements);
-void execute(const QString& path, const QStringList& statements);
+/// Runs statements, separated by "; ", on a database or on a file of SQLite.
+void execute(const std::shared_ptr<DataAccess::Interfaces::IConfig>& config, const char* statements);
+void execute(const QString& path, const char* statements,
+             DataAccess::Enumerations::DatabaseType type = DataAccess::Enumerations::SQLite3);
 QByteArray bytesOf(const QString& path);
 /// The dump of a database; fails the process when there is none.
 QByteArray dumpOf(const QString& address);

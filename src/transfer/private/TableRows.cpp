@@ -1,8 +1,9 @@
-#include "transfer/TableRows.h"
+#include "transfer/private/TableRows.h"
 
 #include "database/ExecutionException.h"
 #include "database/NotOpenException.h"
 #include "database/Transaction.h"
+#include "transfer/private/Dialect.h"
 
 #include <QSqlQuery>
 #include <QVariant>
@@ -16,44 +17,18 @@ namespace {
 constexpr int s_rowsAtOnce = 2000;
 constexpr int s_largeRowsAtOnce = 4;
 
-bool isPostgres(IDatabase& db)
+QString selectOf(const Dialect& dialect, const SchemaTable& table)
 {
-    return db.Config()->Type() == Enumerations::Postgres;
-}
-
-/// An order that all backends understand alike: texts by their bytes, NULL first.
-QString ordering(IDatabase& db, const SchemaTable& table)
-{
-    QStringList terms;
-    for (const SchemaColumn& column : table.columns) {
-        if (!table.key.isEmpty() && column.name != table.key)
-            continue;
-        QString term = quoted(column.name);
-        if (isPostgres(db))
-            term += (column.kind == Enumerations::Text ? QStringLiteral(" COLLATE \"C\"") : QString()) +
-                    QStringLiteral(" NULLS FIRST");
-        terms.append(term);
-    }
-    return terms.join(QLatin1String(", "));
-}
-
-QString selectOf(IDatabase& db, const SchemaTable& table, const StoredValue& after)
-{
-    QString condition;
-    if (!after.isNull) {
-        const QString key = table.hasUuid() ? QLatin1Char('\'') +
-                                                  QString(after.text).replace(QLatin1Char('\''), QLatin1String("''")) +
-                                                  QLatin1Char('\'')
-                                            : QString::number(after.integer);
-        const bool isText = table.hasUuid() && isPostgres(db);
-        condition = QStringLiteral(" WHERE %1%2 > %3")
-                        .arg(quoted(table.key), isText ? QStringLiteral(" COLLATE \"C\"") : QString(), key);
-    }
     // Told with each row, as looking for it beforehand would take a pass of its own.
-    const QString foreign = foreignTypeCondition(db, table);
-    return QStringLiteral("SELECT %1%2 FROM %3%4 ORDER BY %5")
+    const QString foreign = dialect.foreignTypeCondition(table);
+    QStringList order;
+    for (const SchemaColumn& column : table.columns) {
+        if (table.key.isEmpty() || column.name == table.key)
+            order.append(dialect.orderTerm(column));
+    }
+    return QStringLiteral("SELECT %1%2 FROM %3 ORDER BY %4")
         .arg(table.columnList(), foreign.isEmpty() ? QString() : QLatin1String(", ") + foreign, quoted(table.name),
-             condition, ordering(db, table));
+             order.join(QLatin1String(", ")));
 }
 
 QString placeOf(const SchemaTable& table, const Row& row)
@@ -103,24 +78,24 @@ Snapshot::Snapshot(IDatabase& db)
 {
     if (!m_transaction.isOpen())
         throw Exceptions::NotOpenException("the transaction cannot be started");
-    if (isPostgres(db))
-        db.Exec(QStringLiteral("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY"));
+    const QString statement = Dialect::of(db).snapshot();
+    if (!statement.isEmpty())
+        db.Exec(statement);
 }
 
-TableReader::TableReader(IDatabase& db, const SchemaTable& table, const StoredValue& after)
+TableReader::TableReader(IDatabase& db, const SchemaTable& table)
     : m_db(db)
     , m_table(table)
     , m_row(table.columns.size())
+    , m_hasCursor(Dialect::of(db).needsCursor())
+    , m_tellsForeignTypes(!Dialect::of(db).keepsKinds())
 {
-    const QString select = selectOf(db, table, after);
-    if (isPostgres(db)) {
-        // A result of PostgreSQL is held whole in memory: a cursor gives it in parts.
+    const QString select = selectOf(Dialect::of(db), table);
+    if (m_hasCursor) {
         db.Exec(QStringLiteral("DECLARE dataaccess_rows NO SCROLL CURSOR FOR ") + select);
-        m_hasCursor = true;
         fetch();
     } else {
         m_reader = db.Read(select);
-        m_tellsForeignTypes = true;
     }
 }
 
@@ -136,20 +111,21 @@ TableReader::~TableReader()
     }
 }
 
-bool TableReader::fetch()
+void TableReader::fetch()
 {
     const int rows = m_table.hasBytes() ? s_largeRowsAtOnce : s_rowsAtOnce;
     m_reader.reset();
     m_reader = m_db.Read(QStringLiteral("FETCH FORWARD %1 FROM dataaccess_rows").arg(rows));
     m_fetched = 0;
-    return true;
 }
 
 bool TableReader::next()
 {
     bool onRow = m_reader->next();
-    if (!onRow && m_hasCursor && m_fetched > 0 && m_reader->error().isEmpty())
-        onRow = fetch() && m_reader->next();
+    if (!onRow && m_hasCursor && m_fetched > 0 && m_reader->error().isEmpty()) {
+        fetch();
+        onRow = m_reader->next();
+    }
     if (!onRow) {
         const QString error = m_reader->error();
         if (!error.isEmpty())
@@ -221,24 +197,6 @@ void deleteAllRows(IDatabase& db)
     const QVector<SchemaTable>& tables = schemaTables();
     for (auto table = tables.rbegin(); table != tables.rend(); ++table)
         db.Exec(QStringLiteral("DELETE FROM ") + quoted(table->name));
-}
-
-QString foreignTypeCondition(IDatabase& db, const SchemaTable& table)
-{
-    if (isPostgres(db))
-        return {};
-    QStringList terms;
-    for (const SchemaColumn& column : table.columns) {
-        QString allowed = QStringLiteral("'text', 'null'");
-        if (column.kind == Enumerations::Integer || column.kind == Enumerations::Boolean)
-            allowed = QStringLiteral("'integer', 'null'");
-        else if (column.kind == Enumerations::Numeric)
-            allowed = QStringLiteral("'real', 'integer', 'null'");
-        else if (column.kind == Enumerations::ByteArray)
-            continue;
-        terms.append(QStringLiteral("typeof(%1) NOT IN (%2)").arg(quoted(column.name), allowed));
-    }
-    return terms.join(QLatin1String(" OR "));
 }
 
 } // namespace DataAccess::Transfer

@@ -1,4 +1,4 @@
-#include "transfer/StoredValue.h"
+#include "transfer/private/StoredValue.h"
 
 #include "database/SQLite2ValueConverter.h"
 #include "database/SQLiteDateTime.h"
