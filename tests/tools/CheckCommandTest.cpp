@@ -94,10 +94,11 @@ private Q_SLOTS:
     void findsADamagedFile()
     {
         const Sample sample;
-        QFile file(sample.path());
-        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() / 2));
-        QCOMPARE(file.write(QByteArray(20000, 'x')), 20000);
-        file.close();
+        {
+            QFile file(sample.path());
+            QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() / 2));
+            QCOMPARE(file.write(QByteArray(20000, 'x')), 20000);
+        }
         const Run run = tool("check", {sample.path()});
         QVERIFY2(run.exitCode == 3, qPrintable(run.error));
         QVERIFY(run.output.contains("file damaged"));

@@ -64,8 +64,10 @@ void PostgresTools::run(const QString& program, const QStringList& arguments, co
                                    .split(QLatin1Char('\n'))
                                    .filter(program + QLatin1Char(':'))
                                    .join(QLatin1Char(' '));
-        throw ToolError(reason.contains(QLatin1String("lock timeout")) ? Unavailable : Failed,
-                        QStringLiteral("%1 failed: %2").arg(program, reason));
+        // pg_dump waits for locks only, and under the time-out of a statement.
+        const bool isLocked = reason.contains(QLatin1String("statement timeout"));
+        throw ToolError(isLocked ? Unavailable : Failed, QStringLiteral("%1 failed: %2").arg(program, reason),
+                        isLocked ? QStringLiteral("Another program has locked a table; try again later.") : QString());
     }
 }
 
