@@ -1,42 +1,39 @@
 #pragma once
 
-#include "bench/BareThread.h"
 #include "bench/Contender.h"
+#include "bench/TextForms.h"
 
 #include <string>
 
 namespace Bench {
 
-/// The database's own interface: @p Connection is BareSqlite or BarePostgres.
-template <typename Kind, typename Connection>
-class BareContender final : public Contender<Kind>
+/// The database's own interface, on the caller's thread: as fast as it can be had. @p Connection is BareSqlite or
+/// BarePostgres.
+template <typename Kind, typename Object, typename Connection>
+class BareContender final : public Contender<Object>
 {
 public:
-    using typename Contender<Kind>::Entities;
-    using typename Contender<Kind>::List;
+    using typename Contender<Object>::Objects;
 
     explicit BareContender(DataAccess::Interfaces::IConfig& config)
         : m_connection(config)
     {}
 
-    Entities load() override
+    Objects load() override
     {
-        List rows;
-        m_connection.select(select(), [&](const auto& row, int count) {
-            if (rows.empty() && count > 0)
-                rows.reserve(static_cast<std::size_t>(count));
-            rows.push_back(readEntity<Kind>(row));
-        });
-        Entities entities;
-        entities.reserve(static_cast<int>(rows.size()));
-        for (auto& entity : rows) {
-            const QUuid id = entity->Id();
-            entities.insert(id, std::move(entity));
+        // The objects of one select come first: the hash is then made once, in its size.
+        List<Object> rows;
+        read(select(), rows);
+        Objects objects;
+        objects.reserve(static_cast<int>(rows.size()));
+        for (auto& object : rows) {
+            auto& place = objects[idOf(*object)];
+            place = std::move(object);
         }
-        return entities;
+        return objects;
     }
 
-    void insert(const List& entities) override
+    void insert(const List<Object>& objects) override
     {
         std::string names;
         std::string values;
@@ -44,10 +41,10 @@ public:
             names.append(i == 0 ? "" : ", ").append(Kind::columns[i]);
             values.append(i == 0 ? "" : ", ").append(Connection::placeholder(static_cast<int>(i)));
         }
-        write("INSERT INTO " + table() + " (" + names + ") VALUES (" + values + ")", entities);
+        write("INSERT INTO " + table() + " (" + names + ") VALUES (" + values + ")", objects);
     }
 
-    void update(const List& entities) override
+    void update(const List<Object>& objects) override
     {
         std::string assignments;
         for (std::size_t i = 1; i < Kind::columns.size(); ++i)
@@ -55,45 +52,26 @@ public:
                 .append(Kind::columns[i])
                 .append(" = ")
                 .append(Connection::placeholder(static_cast<int>(i)));
-        write("UPDATE " + table() + " SET " + assignments + " WHERE id = " + Connection::placeholder(0), entities);
+        write("UPDATE " + table() + " SET " + assignments + " WHERE id = " + Connection::placeholder(0), objects);
     }
 
-    List get(const std::vector<QUuid>& ids) override
+    void remove(const List<Object>& objects) override
     {
-        List entities;
-        // One statement an id, with the id in its text, as the library has it.
-        for (const QUuid& id : ids) {
-            m_thread.submit([this, &entities, id] {
-                m_connection.select(select() + " WHERE id = '" + id.toByteArray().toStdString() + "'",
-                                    [&](const auto& row, int) { entities.push_back(readEntity<Kind>(row)); });
-            });
+        runForEach("DELETE FROM " + table() + " WHERE id = " + Connection::placeholder(0), objects,
+                   [](auto& statement, const auto& object) { statement.id(0, idOf(object)); });
+    }
+
+    List<Object> get(const std::vector<QUuid>& ids) override
+    {
+        List<Object> objects;
+        objects.reserve(ids.size());
+        char id[idSize];
+        for (const QUuid& each : ids) {
+            // The id stands in the text, as the library has it.
+            const std::string_view text(id, static_cast<std::size_t>(printId(id, each)));
+            read(select().append(" WHERE id = '").append(text).append("'"), objects);
         }
-        m_thread.wait();
-        return entities;
-    }
-
-    void softDelete(const List& entities) override
-    {
-        runForEach("UPDATE " + table() + " SET deleted = " + Connection::placeholder(0) +
-                       ", timestamp = " + Connection::placeholder(1) + " WHERE id = " + Connection::placeholder(2),
-                   3, entities, [](auto& statement, const auto& entity) {
-                       statement.flag(0, true);
-                       statement.time(1, QDateTime::currentDateTimeUtc());
-                       statement.id(2, entity.Id());
-                   });
-    }
-
-    void remove(const List& entities) override
-    {
-        runForEach("DELETE FROM " + table() + " WHERE id = " + Connection::placeholder(0), 1, entities,
-                   [](auto& statement, const auto& entity) { statement.id(0, entity.Id()); });
-    }
-
-    unsigned int count() override
-    {
-        int rows = 0;
-        m_connection.select("SELECT count(*) FROM " + table(), [&](const auto& row, int) { rows = row.integer(0); });
-        return static_cast<unsigned int>(rows);
+        return objects;
     }
 
 private:
@@ -101,38 +79,45 @@ private:
 
     static std::string select()
     {
-        std::string names;
-        for (const char* column : Kind::columns)
-            names.append(names.empty() ? "" : ", ").append(column);
-        return "SELECT " + names + " FROM " + table();
+        static const std::string text = [] {
+            std::string names;
+            for (const char* column : Kind::columns)
+                names.append(names.empty() ? "" : ", ").append(column);
+            return "SELECT " + names + " FROM " + table();
+        }();
+        return text;
+    }
+
+    void read(const std::string& select, List<Object>& objects)
+    {
+        m_connection.select(select, [&](const auto& row) { objects.push_back(readObject<Kind, Object>(row)); });
     }
 
     template <typename Bind>
-    void runForEach(const std::string& text, int parameters, const List& entities, const Bind& bind)
+    void runForEach(const std::string& text, const List<Object>& objects, const Bind& bind)
     {
         m_connection.run("BEGIN");
         {
-            auto statement = m_connection.prepare(text, parameters);
-            for (const auto& entity : entities) {
-                bind(statement, *entity);
+            auto statement = m_connection.prepare(text);
+            for (const auto& object : objects) {
+                bind(statement, *object);
                 statement.execute();
             }
         }
         m_connection.run("COMMIT");
     }
 
-    void write(const std::string& text, const List& entities)
+    void write(const std::string& text, const List<Object>& objects)
     {
-        const QDateTime now = QDateTime::currentDateTimeUtc();
-        runForEach(text, static_cast<int>(Kind::columns.size()), entities, [&](auto& statement, auto& entity) {
-            writeEntity<Kind>(statement, entity, now);
-            entity.SetTimestamp(now);
-            entity.SetEntityState(QOR::Entities::Enumerations::Normal);
+        // Each row gets a time of its own: who loads them is not to profit from equal ones.
+        QDateTime time = QDateTime::currentDateTimeUtc();
+        runForEach(text, objects, [&](auto& statement, auto& object) {
+            time = time.addMSecs(1);
+            writeObject<Kind>(statement, object, time);
         });
     }
 
     Connection m_connection;
-    BareThread m_thread;
 };
 
 } // namespace Bench

@@ -5,41 +5,108 @@
 #include "bench/BareSqlite.h"
 #include "bench/LibraryContender.h"
 #include "bench/QtSqlContender.h"
+#include "migration/editor/EditorMigrationManager.h"
+#include "migration/pd/PdMigrationManager.h"
 #include "support/TestDatabase.h"
 
-#include <QString>
-
+#include <algorithm>
 #include <memory>
 
 namespace Bench {
 
-/// The three ways to store entities that are compared.
-enum class Way { Library, Bare, HandWritten };
+/// The ways to store rows that are compared.
+enum class Way {
+    Library,
+    Bare,  ///< The database's own interface, with the library's entities.
+    Plain, ///< The same with plain structures.
+    ByHand ///< Qt SQL with the library's entities.
+};
 
-/// Brings the schema of the database of @p config up to date. Ends the process when that fails.
-void migrate(const std::shared_ptr<DataAccess::Interfaces::IConfig>& config);
-
-/// A new configuration of the database that is called @p name.
-std::shared_ptr<DataAccess::Interfaces::IConfig> makeConfig(DataAccess::Enumerations::DatabaseType type,
-                                                            const QString& name);
-
-/// What the table calls a backend.
-QString backendName(DataAccess::Enumerations::DatabaseType type);
-
-/// A contender on the database of @p config, with a connection of its own.
-template <typename Kind>
-std::unique_ptr<Contender<Kind>> makeContender(Way way, const std::shared_ptr<DataAccess::Interfaces::IConfig>& config)
+/// What the tables call a backend.
+inline QString backendName(DataAccess::Enumerations::DatabaseType type)
 {
-    if (way == Way::Library)
-        return std::make_unique<LibraryContender<Kind>>(config);
-    if (way == Way::HandWritten)
-        return std::make_unique<QtSqlContender<Kind>>(*config);
-    if (config->Type() == DataAccess::Enumerations::Postgres)
-        return std::make_unique<BareContender<Kind, BarePostgres>>(*config);
-    return std::make_unique<BareContender<Kind, BareSqlite>>(*config);
+    return type == DataAccess::Enumerations::Postgres ? QStringLiteral("PostgreSQL") : QStringLiteral("SQLite");
 }
 
-/// A new database with all tables, and @p rows entities of one kind in it; gone with the object.
+/// A new configuration of the database that is called @p name.
+inline std::shared_ptr<DataAccess::Interfaces::IConfig> makeConfig(DataAccess::Enumerations::DatabaseType type,
+                                                                   const QString& name)
+{
+    if (type == DataAccess::Enumerations::Postgres)
+        return TestSupport::serverConfig(name);
+    auto config = std::make_shared<DataAccess::Database::DatabaseConfig>();
+    config->SetConnectionName(QUuid::createUuid().toString());
+    config->SetDatabaseName(name);
+    config->SetType(type);
+    return config;
+}
+
+/// Brings the schema of the database of @p config up to date. Ends the process when that fails.
+inline void migrate(const std::shared_ptr<DataAccess::Interfaces::IConfig>& config)
+{
+    const TestSupport::RunningWorker worker(config);
+    DataAccess::Manager::EditorMigrationManager editor;
+    DataAccess::Manager::PdMigrationManager pd;
+    editor.setDbWorker(worker.get());
+    pd.setDbWorker(worker.get());
+    if (!editor.Migrate() || !pd.Migrate())
+        qFatal("The schema cannot be made");
+}
+
+template <typename Kind, typename Object>
+std::unique_ptr<Contender<Object>> makeBare(DataAccess::Interfaces::IConfig& config)
+{
+    if (config.Type() == DataAccess::Enumerations::Postgres)
+        return std::make_unique<BareContender<Kind, Object, BarePostgres>>(config);
+    return std::make_unique<BareContender<Kind, Object, BareSqlite>>(config);
+}
+
+/// All ways to store one kind in one database. Each has a connection of its own, which is opened when it is first used.
+template <typename Kind>
+class Contenders
+{
+public:
+    using Entity = typename Kind::Entity;
+    using Plain = typename Kind::Plain;
+
+    Contenders(DataAccess::Enumerations::DatabaseType type, QString name)
+        : m_type(type)
+        , m_name(std::move(name))
+    {}
+
+    /// Calls @p work with the contender of @p way.
+    template <typename Work>
+    auto with(Way way, const Work& work)
+    {
+        if (way == Way::Plain)
+            return work(opened(m_plain, [&] { return makeBare<Kind, Plain>(*config()); }));
+        if (way == Way::Bare)
+            return work(opened(m_bare, [&] { return makeBare<Kind, Entity>(*config()); }));
+        if (way == Way::Library)
+            return work(opened(m_library, [&] { return std::make_unique<LibraryContender<Kind>>(config()); }));
+        return work(opened(m_byHand, [&] { return std::make_unique<QtSqlContender<Kind>>(*config()); }));
+    }
+
+private:
+    template <typename Object, typename Make>
+    static Contender<Object>& opened(std::unique_ptr<Contender<Object>>& contender, const Make& make)
+    {
+        if (!contender)
+            contender = make();
+        return *contender;
+    }
+
+    std::shared_ptr<DataAccess::Interfaces::IConfig> config() const { return makeConfig(m_type, m_name); }
+
+    DataAccess::Enumerations::DatabaseType m_type;
+    QString m_name;
+    std::unique_ptr<Contender<Entity>> m_library;
+    std::unique_ptr<Contender<Entity>> m_bare;
+    std::unique_ptr<Contender<Plain>> m_plain;
+    std::unique_ptr<Contender<Entity>> m_byHand;
+};
+
+/// A new database with all tables, and @p rows rows of one kind in it; gone with the object.
 template <typename Kind>
 class BenchDatabase
 {
@@ -47,16 +114,16 @@ public:
     BenchDatabase(DataAccess::Enumerations::DatabaseType type, int rows)
         : m_database(type)
     {
+        using Plain = typename Kind::Plain;
         migrate(m_database.config());
-        const EntityList<Kind> entities = makeEntities<Kind>(rows);
-        contender(Way::Bare)->insert(entities);
-        for (const auto& entity : entities)
-            m_ids.push_back(entity->Id());
+        const List<Plain> objects = makeObjects<Kind, Plain>(rows);
+        makeBare<Kind, Plain>(*m_database.config())->insert(objects);
+        for (const auto& object : objects)
+            m_ids.push_back(object->id);
     }
 
-    std::unique_ptr<Contender<Kind>> contender(Way way) const { return makeContender<Kind>(way, m_database.config()); }
     const TestSupport::TestDatabase& database() const { return m_database; }
-    /// Up to @p count ids of stored entities, from all over the table.
+    /// Up to @p count ids of stored rows, from all over the table.
     std::vector<QUuid> someIds(std::size_t count) const
     {
         std::vector<QUuid> ids;

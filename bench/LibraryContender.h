@@ -7,23 +7,29 @@ namespace Bench {
 
 /// The library's public repository.
 template <typename Kind>
-class LibraryContender final : public Contender<Kind>
+class LibraryContender final : public Contender<typename Kind::Entity>
 {
 public:
-    using typename Contender<Kind>::Entities;
-    using typename Contender<Kind>::List;
+    using Entity = typename Kind::Entity;
+    using typename Contender<Entity>::Objects;
 
     explicit LibraryContender(const std::shared_ptr<DataAccess::Interfaces::IConfig>& config)
         : m_worker(config)
         , m_repository(m_worker.get(), DataAccess::Enumerations::Complete, nullptr)
     {}
 
-    Entities load() override { return m_repository.GetAll(); }
-    void insert(const List& entities) override { require(m_repository.Insert(entities)); }
-    void update(const List& entities) override { require(m_repository.Update(entities)); }
-    List get(const std::vector<QUuid>& ids) override
+    Objects load() override { return m_repository.GetAll(); }
+    void insert(const List<Entity>& entities) override { require(m_repository.Insert(entities)); }
+    void update(const List<Entity>& entities) override { require(m_repository.Update(entities)); }
+    void remove(const List<Entity>& entities) override { require(m_repository.Remove(entities)); }
+    /// Marks rows deleted in one transaction.
+    void softDelete(const List<Entity>& entities) { require(m_repository.Delete(entities)); }
+    unsigned int count() { return m_repository.Count(); }
+
+    /// Queues all reads, and then waits.
+    List<Entity> get(const std::vector<QUuid>& ids) override
     {
-        using Task = DataAccess::Database::Task<std::shared_ptr<typename Kind::Entity>>;
+        using Task = DataAccess::Database::Task<std::shared_ptr<Entity>>;
         std::vector<std::unique_ptr<Task>> tasks;
         tasks.reserve(ids.size());
         for (const QUuid& id : ids)
@@ -31,14 +37,19 @@ public:
         // The worker runs them in order: nobody need be woken for each.
         if (!tasks.empty())
             tasks.back()->Wait();
-        List entities;
+        List<Entity> entities;
         for (const auto& task : tasks)
             entities.push_back(task->Result());
         return entities;
     }
-    void softDelete(const List& entities) override { require(m_repository.Delete(entities)); }
-    void remove(const List& entities) override { require(m_repository.Remove(entities)); }
-    unsigned int count() override { return m_repository.Count(); }
+
+    List<Entity> getEach(const std::vector<QUuid>& ids) override
+    {
+        List<Entity> entities;
+        for (const QUuid& id : ids)
+            entities.push_back(m_repository.GetById(id));
+        return entities;
+    }
 
 private:
     static void require(bool done)

@@ -16,7 +16,7 @@ std::string finalSchema()
     std::string statements = "BEGIN;";
     BareSqlite(*database.config())
         .select("SELECT sql FROM sqlite_master WHERE sql IS NOT NULL AND name NOT LIKE 'sqlite_%'",
-                [&](const auto& row, int) { statements += row.text(0).toStdString() + ";"; });
+                [&](const auto& row) { statements += row.text(0).toStdString() + ";"; });
     return statements + "COMMIT";
 }
 

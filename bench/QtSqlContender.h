@@ -12,11 +12,11 @@ namespace Bench {
 
 /// Qt SQL, as an application writes it by hand: prepared once, values by name, times through format strings.
 template <typename Kind>
-class QtSqlContender final : public Contender<Kind>
+class QtSqlContender final : public Contender<typename Kind::Entity>
 {
 public:
-    using typename Contender<Kind>::Entities;
-    using typename Contender<Kind>::List;
+    using Entity = typename Kind::Entity;
+    using typename Contender<Entity>::Objects;
 
     explicit QtSqlContender(DataAccess::Interfaces::IConfig& config)
         : m_sqlite(config.Type() == DataAccess::Enumerations::SQLite3)
@@ -38,26 +38,26 @@ public:
         QSqlDatabase::removeDatabase(name);
     }
 
-    Entities load() override
+    Objects load() override
     {
         QSqlQuery query(m_database);
         run(query, select());
-        Entities entities;
+        Objects entities;
         while (query.next()) {
-            const auto entity = readEntity<Kind>(Row{query, m_sqlite});
+            const auto entity = readObject<Kind, Entity>(Row{query, m_sqlite});
             entities.insert(entity->Id(), entity);
         }
         return entities;
     }
 
-    void insert(const List& entities) override
+    void insert(const List<Entity>& entities) override
     {
         write(QStringLiteral("INSERT INTO %1 (%2) VALUES (:%3)")
                   .arg(table(), columns().join(QLatin1String(", ")), columns().join(QLatin1String(", :"))),
               entities);
     }
 
-    void update(const List& entities) override
+    void update(const List<Entity>& entities) override
     {
         QStringList assignments;
         for (const QString& column : columns().mid(1))
@@ -66,44 +66,25 @@ public:
               entities);
     }
 
-    List get(const std::vector<QUuid>& ids) override
+    List<Entity> get(const std::vector<QUuid>& ids) override
     {
-        List entities;
+        List<Entity> entities;
         QSqlQuery query(m_database);
         prepare(query, select() + QLatin1String(" WHERE id = :id"));
         for (const QUuid& id : ids) {
             query.bindValue(QStringLiteral(":id"), id.toString());
             require(query.exec() && query.next(), query.lastError());
-            entities.push_back(readEntity<Kind>(Row{query, m_sqlite}));
+            entities.push_back(readObject<Kind, Entity>(Row{query, m_sqlite}));
         }
         return entities;
     }
 
-    void softDelete(const List& entities) override
-    {
-        runForEach(
-            QStringLiteral("UPDATE %1 SET deleted = :deleted, timestamp = :timestamp WHERE id = :id").arg(table()),
-            entities, [](QSqlQuery& query, const auto& entity) {
-                query.bindValue(QStringLiteral(":deleted"), true);
-                query.bindValue(QStringLiteral(":timestamp"), QDateTime::currentDateTimeUtc().toString(timeFormat()));
-                query.bindValue(QStringLiteral(":id"), entity.Id().toString());
-            });
-    }
-
-    void remove(const List& entities) override
+    void remove(const List<Entity>& entities) override
     {
         runForEach(QStringLiteral("DELETE FROM %1 WHERE id = :id").arg(table()), entities,
                    [](QSqlQuery& query, const auto& entity) {
                        query.bindValue(QStringLiteral(":id"), entity.Id().toString());
                    });
-    }
-
-    unsigned int count() override
-    {
-        QSqlQuery query(m_database);
-        run(query, QStringLiteral("SELECT count(*) FROM %1").arg(table()));
-        require(query.next(), query.lastError());
-        return query.value(0).toUInt();
     }
 
 private:
@@ -164,7 +145,7 @@ private:
     static void run(QSqlQuery& query, const QString& text) { require(query.exec(text), query.lastError()); }
 
     template <typename Bind>
-    void runForEach(const QString& text, const List& entities, const Bind& bind)
+    void runForEach(const QString& text, const List<Entity>& entities, const Bind& bind)
     {
         require(m_database.transaction(), m_database.lastError());
         QSqlQuery query(m_database);
@@ -176,14 +157,12 @@ private:
         require(m_database.commit(), m_database.lastError());
     }
 
-    void write(const QString& text, const List& entities)
+    void write(const QString& text, const List<Entity>& entities)
     {
         const QDateTime now = QDateTime::currentDateTimeUtc();
         runForEach(text, entities, [&](QSqlQuery& query, auto& entity) {
             Row row{query, m_sqlite};
-            writeEntity<Kind>(row, entity, now);
-            entity.SetTimestamp(now);
-            entity.SetEntityState(QOR::Entities::Enumerations::Normal);
+            writeObject<Kind>(row, entity, now);
         });
     }
 

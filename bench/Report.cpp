@@ -5,10 +5,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStringList>
 #include <QSysInfo>
 #include <QTextStream>
 #include <QThread>
 
+#include <algorithm>
 #include <utility>
 
 namespace Bench {
@@ -20,9 +22,21 @@ QString number(double value)
     return QString::number(value, 'f', value < 10 ? 2 : value < 100 ? 1 : 0);
 }
 
-QString ratio(double dividend, const std::optional<double>& divisor)
+QString number(const std::optional<double>& value)
 {
-    return divisor ? QString::number(dividend / *divisor, 'f', 2) : QStringLiteral("-");
+    return value ? number(*value) : QStringLiteral("-");
+}
+
+QString ratio(const std::optional<double>& dividend, const std::optional<double>& divisor)
+{
+    return dividend && divisor ? QString::number(*dividend / *divisor, 'f', 2) : QStringLiteral("-");
+}
+
+/// How the library stands to each of the other ways.
+QStringList ratios(const Measurement& measurement)
+{
+    return {ratio(measurement.library, measurement.bare), ratio(measurement.library, measurement.plain),
+            ratio(measurement.byHand, measurement.library)};
 }
 
 void insert(QJsonObject& json, const char* key, const std::optional<double>& value)
@@ -38,16 +52,16 @@ QJsonObject toJson(const Measurement& measurement)
         {QStringLiteral("subject"), measurement.subject}, {QStringLiteral("operation"), measurement.operation},
         {QStringLiteral("unit"), measurement.unit},       {QStringLiteral("library"), measurement.library}};
     insert(json, "bare", measurement.bare);
-    insert(json, "handWritten", measurement.handWritten);
-    insert(json, "aim", measurement.aim);
+    insert(json, "plain", measurement.plain);
+    insert(json, "byHand", measurement.byHand);
     return json;
 }
 
 QJsonObject toJson(const Growth& growth)
 {
     QJsonArray sizes;
-    for (const auto& [rows, cost] : growth.microseconds)
-        sizes.append(QJsonObject{{QStringLiteral("rows"), rows}, {QStringLiteral("microseconds"), cost}});
+    for (const auto& [size, cost] : growth.microseconds)
+        sizes.append(QJsonObject{{QStringLiteral("size"), size}, {QStringLiteral("microseconds"), cost}});
     return {{QStringLiteral("backend"), growth.backend},
             {QStringLiteral("operation"), growth.operation},
             {QStringLiteral("sizes"), sizes}};
@@ -68,56 +82,79 @@ Report::Report(QTextStream& out)
     : m_out(out)
 {}
 
+void Report::printLine(const QStringList& cells)
+{
+    m_out << "| " << cells.join(QStringLiteral(" | ")) << " |\n";
+    m_out.flush();
+}
+
+void Report::printHead(const QStringList& cells)
+{
+    printLine(cells);
+    m_out << '|' << QStringLiteral("---|").repeated(cells.size()) << '\n';
+}
+
 void Report::beginPass(const QString& name)
 {
     m_pass = name;
-    m_sizes.clear();
-    m_out
-        << "\n## " << name << "\n\n"
-        << "| database | data | operation | unit | library | bare | by hand | library / bare | aim | by hand / library |\n"
-        << "|---|---|---|---|---|---|---|---|---|---|\n";
-    m_out.flush();
+    m_out << "\n## " << name << "\n\n";
+    printHead({QStringLiteral("database"), QStringLiteral("data"), QStringLiteral("operation"), QStringLiteral("unit"),
+               QStringLiteral("library"), QStringLiteral("bare"), QStringLiteral("plain"), QStringLiteral("by hand"),
+               QStringLiteral("library / bare"), QStringLiteral("library / plain"),
+               QStringLiteral("by hand / library")});
 }
 
 void Report::add(Measurement measurement)
 {
     measurement.pass = m_pass;
-    const auto optional = [](const std::optional<double>& value) {
-        return value ? number(*value) : QStringLiteral("-");
-    };
-    const QStringList cells = {measurement.backend,
-                               measurement.subject,
-                               measurement.operation,
-                               measurement.unit,
-                               number(measurement.library),
-                               optional(measurement.bare),
-                               optional(measurement.handWritten),
-                               ratio(measurement.library, measurement.bare),
-                               optional(measurement.aim),
-                               measurement.handWritten ? ratio(*measurement.handWritten, measurement.library)
-                                                       : QStringLiteral("-")};
-    m_out << "| " << cells.join(QStringLiteral(" | ")) << " |\n";
-    m_out.flush();
+    printLine(QStringList{measurement.backend, measurement.subject, measurement.operation, measurement.unit,
+                          number(measurement.library), number(measurement.bare), number(measurement.plain),
+                          number(measurement.byHand)} +
+              ratios(measurement));
     m_measurements.push_back(std::move(measurement));
 }
 
 void Report::add(const Growth& growth)
 {
-    QString sizes;
-    for (const auto& size : growth.microseconds)
-        sizes += QStringLiteral(" %1 |").arg(size.first);
-    if (sizes != m_sizes) {
-        m_out << "\n## Microseconds a row, by the number of rows in the table\n\n| database | operation |" << sizes
-              << " largest / smallest |\n|---|---|"
-              << QStringLiteral("---|").repeated(static_cast<int>(growth.microseconds.size()) + 1) << '\n';
-        m_sizes = sizes;
+    if (m_growths.empty()) {
+        m_out << "\n## Growth\n\n";
+        printHead({QStringLiteral("database"), QStringLiteral("operation"), QStringLiteral("size"),
+                   QStringLiteral("µs"), QStringLiteral("largest / smallest")});
     }
-    m_out << "| " << growth.backend << " | " << growth.operation << " |";
-    for (const auto& size : growth.microseconds)
-        m_out << ' ' << number(size.second) << " |";
-    m_out << ' ' << ratio(growth.microseconds.back().second, growth.microseconds.front().second) << " |\n";
-    m_out.flush();
+    QStringList sizes;
+    QStringList costs;
+    for (const auto& [size, cost] : growth.microseconds) {
+        sizes.append(QString::number(size));
+        costs.append(number(cost));
+    }
+    const QString arrow = QStringLiteral(" → ");
+    printLine({growth.backend, growth.operation, sizes.join(arrow), costs.join(arrow),
+               ratio(growth.microseconds.back().second, growth.microseconds.front().second)});
     m_growths.push_back(growth);
+}
+
+void Report::summarize()
+{
+    std::vector<std::pair<QString, QStringList>> lines;
+    QStringList head(QStringLiteral(" "));
+    for (const Measurement& measurement : m_measurements) {
+        if (measurement.pass != m_measurements.front().pass || !measurement.plain)
+            continue;
+        const QString label = measurement.backend + QStringLiteral(", ") + measurement.operation;
+        auto line = std::find_if(lines.begin(), lines.end(), [&](const auto& each) { return each.first == label; });
+        if (line == lines.end())
+            line = lines.insert(line, {label, {}});
+        line->second += ratios(measurement);
+        const QString first = measurement.subject + QStringLiteral(": library / bare");
+        if (!head.contains(first))
+            head << first << QStringLiteral("library / plain") << QStringLiteral("by hand / library");
+    }
+    if (lines.empty())
+        return;
+    m_out << "\n## Ratios\n\n";
+    printHead(head);
+    for (const auto& [label, cells] : lines)
+        printLine(QStringList(label) + cells);
 }
 
 bool Report::writeJson(const QString& fileName) const

@@ -1,8 +1,8 @@
 #include "bench/BenchDatabase.h"
 #include "bench/Stopwatch.h"
 #include "bench/Suites.h"
-#include "database/FilePublication.h"
-#include "database/SqliteBackup.h"
+#include "database/backends/SqliteBackup.h"
+#include "database/private/Files.h"
 #include "transfer/DatabaseCopy.h"
 #include "transfer/private/DirectDatabase.h"
 
@@ -44,7 +44,7 @@ double secondsOfLoadAndInsert(const TestDatabase& from, const TestDatabase& to)
     LibraryContender<MappingEvents> target(to.config());
     return seconds([&] {
         const auto entities = source.load();
-        EntityList<MappingEvents> list;
+        List<MappingEvents::Entity> list;
         for (const auto& entity : entities)
             list.push_back(entity);
         target.insert(list);
@@ -61,7 +61,6 @@ Measurement measurementOf(DatabaseType type, const QString& operation, const std
     measurement.unit = QStringLiteral("ms");
     measurement.library = 1000 * median(ours);
     measurement.bare = 1000 * median(others);
-    measurement.aim = 1.5;
     return measurement;
 }
 

@@ -43,11 +43,9 @@ void measure(const Settings& settings, Report& report)
     if (wanted("memory"))
         onBoth([&](auto type) { measureMemory(settings, type, report); });
     if (wanted("worker"))
-        measureRoundTrip(settings, report);
+        measureWorker(settings, report);
     if (wanted("migration"))
         measureMigration(settings, report);
-    if (wanted("reload"))
-        onBoth([&](auto type) { measureReload(settings, type, report); });
     if (wanted("transfer"))
         onBoth([&](auto type) { measureTransfer(settings, type, report); });
     if (wanted("timezone")) {
@@ -59,8 +57,12 @@ void measure(const Settings& settings, Report& report)
         onBoth([&](auto type) { measureRows(few, type, false, report); });
         setTimeZone("UTC");
     }
-    if (wanted("growth"))
-        onBoth([&](auto type) { measureGrowth(settings, type, report); });
+    if (wanted("growth")) {
+        onBoth([&](auto type) { measureRowGrowth(settings, type, report); });
+        onBoth([&](auto type) { measureNetworkGrowth(settings, type, report); });
+        onBoth([&](auto type) { measureFileGrowth(settings, type, report); });
+    }
+    report.summarize();
 }
 
 } // namespace
@@ -84,7 +86,7 @@ int main(int argc, char** argv)
                                   QStringLiteral("FILE"));
     const QCommandLineOption only(
         QStringLiteral("only"),
-        QStringLiteral("Measure one of rows, memory, worker, migration, reload, transfer, timezone, growth; "
+        QStringLiteral("Measure one of rows, memory, worker, migration, transfer, timezone, growth; "
                        "may be given more than once."),
         QStringLiteral("WHAT"));
     parser.addOptions({quick, json, only});

@@ -4,15 +4,23 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/DataAccess")
 
-install(TARGETS DataAccess QorEntity Cables PD LB
-    EXPORT DataAccessTargets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
-    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# A program links the entity libraries too, and its own run path has to lead to them.
+set_target_properties(DataAccess PROPERTIES INSTALL_RPATH "$ORIGIN/dataaccess")
+target_link_options(DataAccess INTERFACE
+    $<INSTALL_INTERFACE:LINKER:-rpath,$<INSTALL_PREFIX>/${DATAACCESS_ENTITY_LIBDIR}>)
+install(TARGETS DataAccess EXPORT DataAccessTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT DataAccessRuntime NAMELINK_COMPONENT DataAccessDevelopment)
+install(TARGETS QorEntity Cables PD LB EXPORT DataAccessTargets
+    LIBRARY DESTINATION ${DATAACCESS_ENTITY_LIBDIR}
+    COMPONENT DataAccessRuntime NAMELINK_COMPONENT DataAccessDevelopment)
+
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/" "${PROJECT_BINARY_DIR}/generated/"
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/DataAccess
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/DataAccess COMPONENT DataAccessHeaders
     FILES_MATCHING PATTERN "*.h"
-    PATTERN "native" EXCLUDE)
+    PATTERN "backends" EXCLUDE
+    PATTERN "private" EXCLUDE)
+
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME DataAccessDevelopment)
 install(EXPORT DataAccessTargets NAMESPACE DataAccess:: DESTINATION ${package_dir})
 
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/DataAccessConfig.cmake.in"

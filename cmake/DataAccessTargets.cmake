@@ -2,6 +2,9 @@
 
 include(GenerateExportHeader)
 
+# The names of the entity libraries are too short for the folder where every library of a system lies.
+set(DATAACCESS_ENTITY_LIBDIR "${CMAKE_INSTALL_LIBDIR}/dataaccess")
+
 add_library(dataaccess_build_settings INTERFACE)
 target_compile_definitions(dataaccess_build_settings INTERFACE
     QT_NO_KEYWORDS
@@ -14,6 +17,8 @@ target_compile_definitions(dataaccess_build_settings INTERFACE
 target_compile_options(dataaccess_build_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
     -Wcast-align -Wunused -Wformat=2
+    # Qt's logging macros are called without the argument that C++17 asks of a variadic macro.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
     $<$<BOOL:${DATAACCESS_WARNINGS_AS_ERRORS}>:-Werror>)
 if(DATAACCESS_SANITIZE)
     target_compile_options(dataaccess_build_settings INTERFACE
@@ -37,6 +42,6 @@ function(dataaccess_add_library name prefix folder)
     set_target_properties(${name} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
-        # The libraries lie side by side, wherever the prefix is moved to.
+        # Found wherever the prefix is moved to: the entity libraries lie side by side, below all others.
         INSTALL_RPATH "$ORIGIN")
 endfunction()

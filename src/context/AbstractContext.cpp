@@ -1,7 +1,7 @@
 #include "context/AbstractContext.h"
 
-#include "context/KindLedger.h"
-#include "context/SaveRun.h"
+#include "context/private/KindLedger.h"
+#include "context/private/SaveRun.h"
 #include "manager/AbstractRepositoryManager.h"
 
 #include <atomic>
@@ -31,7 +31,7 @@ struct AbstractContext::Data
 
 AbstractContext::AbstractContext(const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                                  Enumerations::LoadingStrategies strategy, unsigned int value, QObject* parent)
-    : AbstractContext(manager, strategy, value, parent, std::make_shared<KindLedger<NoKinds>>())
+    : AbstractContext(manager, strategy, value, parent, std::make_shared<KindLedger<EntityHashes<>>>())
 {}
 
 AbstractContext::AbstractContext(const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,

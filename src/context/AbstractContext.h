@@ -36,7 +36,7 @@ class DATAACCESS_EXPORT AbstractContext : public QObject
 public:
     using EntityPointer = std::shared_ptr<QOR::Entities::Entity>;
 
-    /// Shares the ownership of @p manager. @p value is kept, and of no meaning here.
+    /// Shares the ownership of @p manager. @p value is kept and not used.
     AbstractContext(const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                     Enumerations::LoadingStrategies strategy, unsigned int value, QObject* parent = nullptr);
     ~AbstractContext() override;
@@ -47,10 +47,10 @@ public:
     /// Puts @p entity, which may be null, under the care of the context: it is saved with the rest. Of two entities
     /// with one id the first one stays, and a warning says so.
     virtual void attach(std::shared_ptr<QOR::Entities::Entity> entity);
-    /// Takes what is attached under the id of @p entity out again: changes of it are not saved any more.
+    /// Removes what is attached under the id of @p entity: its changes are not saved any more.
     virtual void detach(std::shared_ptr<QOR::Entities::Entity> entity);
-    /// Loads everything anew. Changes that were not saved, and all that was loaded before, are let go of. When
-    /// something could not be read the context is empty and not loaded.
+    /// Loads everything anew, and drops what was loaded before, with the changes that were not saved. When something
+    /// cannot be read the context is empty and not loaded.
     virtual void reload() = 0;
     /// Writes what was attached, changed or marked deleted since it was loaded or saved. What cannot be written keeps
     /// its state, and is written by the next call. Ends with the first kind that finds the database out of reach.
@@ -60,7 +60,7 @@ public:
     unsigned int count() const;
     /// Whether a load is under way.
     bool isLoading() const;
-    /// Whether a load has read everything, and none has failed since.
+    /// Whether the last load has read everything.
     bool isLoaded() const;
     Enumerations::LoadingStrategies loadingStrategy() const;
 
@@ -71,11 +71,11 @@ Q_SIGNALS:
     /// How many of the kinds that are being loaded have arrived; between loadingChanged(true) and
     /// loadingChanged(false).
     void loadingProgress(int done, int total);
-    /// A load could not read everything; before loadingChanged(false). The reason names the kind, and gives the
+    /// A load could not read everything. Comes before loadingChanged(false); the reason names the kind and gives the
     /// database's words.
     void loadingFailed(const QString& reason);
-    /// Something could not be written; before savingCompleted(). The reason names the kinds, and gives the database's
-    /// words.
+    /// Something could not be written. Comes before savingCompleted(); the reason names the kinds and gives the
+    /// database's words.
     void savingFailed(const QString& reason);
 
 protected:
@@ -88,7 +88,7 @@ protected:
 
     /// Waits until no other thread loads or saves. Throws std::system_error when that cannot be.
     Turn takeTurn() const;
-    /// Takes turns with @p other too, from now on; before this context is used on several threads.
+    /// Makes this context take turns with @p other too. To be called before it is used on several threads.
     void shareTurns(const AbstractContext& other);
     void setIsLoading(bool isLoading);
     const std::shared_ptr<Manager::AbstractRepositoryManager>& manager() const;

@@ -1,81 +1,83 @@
 #include "context/CableContext.h"
 
-#include "context/CableImport.h"
-#include "context/CableNetwork.h"
-#include "context/CableRepositories.h"
-#include "context/KindLedger.h"
-#include "context/NetworkLinks.h"
-#include "context/PendingLoad.h"
-#include "context/SaveRun.h"
-#include "context/SegmentCleanup.h"
-#include "manager/EditorRepositoryManager.h"
+#include "context/private/CableImport.h"
+#include "context/private/KindLedger.h"
+#include "context/private/SaveRun.h"
+
+#include <QSet>
 
 #include <atomic>
-#include <memory>
-#include <utility>
 
 namespace DataAccess::Context {
 
 using namespace Cables::Entities;
 using namespace QOR::Entities::Enumerations;
-using CableLedger = KindLedger<ForEachCableKind>;
+using Manager::editorKinds;
+using Manager::forEachKind;
+using Manager::forEachLoaded;
+using CableLedger = KindLedger<CableNetwork>;
 
 namespace {
 
-/// The loads of all kinds, and what they give.
+/// Loads all kinds at once: the worker reads one after the other while the context waits.
 class NetworkLoad
 {
 public:
-    /// Queues the load of each kind.
-    template <typename... T>
-    void start(const Interfaces::IEditorRepositoryManager& manager)
+    /// Queues the load of each kind that @p manager has a repository of.
+    explicit NetworkLoad(const Interfaces::IEditorRepositoryManager& manager)
     {
-        (of<T>().start(plainRepository<T>(manager), m_failed), ...);
+        forEachLoaded(editorKinds, [&](const auto& kind) {
+            of(kind).start(kind.name, (manager.*kind.repository)(), m_failed);
+            m_started += of(kind).isStarted() ? 1 : 0;
+        });
     }
+
+    int countStarted() const { return m_started; }
 
     /// Waits for the kinds in the order in which they were queued, and calls @p arrived after each. The first that
     /// fails ends it: the others would fail too, each after a time-out, or be of no use. Gives the reason.
-    template <typename... T, typename Callback>
+    template <typename Callback>
     QString await(const Callback& arrived)
     {
         QString failure;
-        const auto next = [&](auto& load) {
-            if (!load.isFilled())
-                return true;
-            failure = load.failure();
+        forEachLoaded(editorKinds, [&](const auto& kind) {
+            if (!failure.isEmpty() || !of(kind).isStarted())
+                return;
+            failure = of(kind).failure();
             if (failure.isEmpty())
                 arrived();
-            return failure.isEmpty();
-        };
-        *m_failed = !(next(of<T>()) && ...);
+        });
+        *m_failed = !failure.isEmpty();
         return failure;
     }
 
-    template <typename... T>
-    bool arePending() const
+    /// Moves what was read into @p ledger, but for groups of which a repository is missing.
+    void giveTo(CableLedger& ledger)
     {
-        return (std::get<PendingLoad<T>>(m_loads).isFilled() && ...);
-    }
-
-    int countPending() const
-    {
-        return std::apply([](const auto&... load) { return (int(load.isFilled()) + ...); }, m_loads);
-    }
-
-    template <typename... T>
-    void take(CableLedger& ledger)
-    {
-        (ledger.load(of<T>().take()), ...);
+        QSet<int> incomplete;
+        forEachLoaded(editorKinds, [&](const auto& kind) {
+            const bool isNeeded = kind.loading.isVital && kind.loading.group != Manager::Loading::Alone;
+            if (isNeeded && !of(kind).isStarted())
+                incomplete.insert(kind.loading.group);
+        });
+        forEachLoaded(editorKinds, [&](const auto& kind) {
+            if (!incomplete.contains(kind.loading.group))
+                ledger.load(of(kind).result());
+        });
     }
 
 private:
-    template <typename T>
-    PendingLoad<T>& of()
+    template <typename... Kind>
+    static std::tuple<PendingLoad<typename Kind::Entity>...> loadsOf(const std::tuple<Kind...>& kinds);
+
+    template <typename Kind>
+    PendingLoad<typename Kind::Entity>& of(const Kind& /*kind*/)
     {
-        return std::get<PendingLoad<T>>(m_loads);
+        return std::get<PendingLoad<typename Kind::Entity>>(m_loads);
     }
 
-    ForEachCableKind<PendingLoad> m_loads;
+    decltype(loadsOf(editorKinds)) m_loads;
+    int m_started = 0;
     /// The worker sets it too: it would begin the next load, and wait for a lock again, before anybody here is told.
     std::shared_ptr<std::atomic<bool>> m_failed = std::make_shared<std::atomic<bool>>(false);
 };
@@ -131,26 +133,12 @@ QString CableContext::load()
 {
     if (!m_data->manager)
         return {};
-    NetworkLoad loads;
-    loads.start<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable, Rating,
-                Route, Station, Phase>(*m_data->manager);
-    const int total = loads.countPending();
+    NetworkLoad load(*m_data->manager);
     int done = 0;
-    QString failure =
-        loads.await<Point, Segment, SegmentType, Insulation, Switchgear, Termination, Owner, SegmentDetail, Cable,
-                    Rating, Route, Station, Phase>([&] { Q_EMIT loadingProgress(++done, total); });
-    if (!failure.isEmpty())
-        return failure;
-    CableLedger& ledger = *m_data->ledger;
-    if (loads.arePending<SegmentDetail, SegmentType, Insulation>())
-        loads.take<SegmentDetail, Insulation, SegmentType>(ledger);
-    if (loads.arePending<Segment, Phase>())
-        loads.take<Segment, Phase>(ledger);
-    if (loads.arePending<Route, Point>())
-        loads.take<Route, Point>(ledger);
-    if (loads.arePending<Cable, Owner, Station, Switchgear, Termination>())
-        loads.take<Cable, Owner, Station, Switchgear, Termination, Rating>(ledger);
-    return {};
+    QString failure = load.await([&] { Q_EMIT loadingProgress(++done, load.countStarted()); });
+    if (failure.isEmpty())
+        load.giveTo(*m_data->ledger);
+    return failure;
 }
 
 void CableContext::cleanup()
@@ -160,7 +148,7 @@ void CableContext::cleanup()
         repairJoints(m_data->ledger->network());
     }
     saveChanges();
-    // Saving made them Normal; what was loaded as a snapshot goes on being one.
+    // The save has made all Normal; what was loaded as a snapshot is to show that again.
     m_data->ledger->settleLoaded();
 }
 
@@ -176,9 +164,9 @@ void CableContext::saveChanges()
     CableLedger& ledger = *m_data->ledger;
     SaveRun run(ledger);
     if (const auto manager = m_data->manager) {
-        std::as_const(ledger.network()).visit([&](const auto& entities) {
-            if (const auto repository = plainRepository<EntityOf<decltype(entities)>>(*manager))
-                run.save(*repository);
+        forEachKind(editorKinds, [&](const auto& kind) {
+            if (const auto repository = ((*manager).*kind.repository)())
+                run.save(kind.name, *repository);
         });
     }
     finishSaving(run);
@@ -207,7 +195,7 @@ bool CableContext::isReadyForImport()
 {
     QString failure;
     if (!isLoaded() && !hasLoadFailed()) {
-        // Without a reload(), which would let go of what the application has attached.
+        // A reload() would drop what the application has attached.
         failure = load();
         if (failure.isEmpty())
             finishLoading({});

@@ -30,7 +30,7 @@ namespace DataAccess::Context {
  * included, and what was attached since. They may be called on any thread, and wait for a load or save to end.
  *
  * An entity that was saved as deleted or as a snapshot is Normal afterwards, as all others, and keeps that mark in the
- * database when it is changed again; the state New takes the mark off.
+ * database when it is changed again; the state New removes the mark.
  */
 class DATAACCESS_EXPORT CableContext : public AbstractContext, public std::enable_shared_from_this<CableContext>
 {
@@ -53,13 +53,13 @@ public:
         /// The type of a cable's sections, and that of its joints.
         std::shared_ptr<Cables::Entities::SegmentType> cableType() const;
         std::shared_ptr<Cables::Entities::SegmentType> jointType() const;
-        /// What a section is made of, and a joint, of which nothing else is known.
+        /// The details of a section, and of a joint, of which nothing else is known.
         std::shared_ptr<Cables::Entities::SegmentDetail> getSegmentDetailCableDefault() const;
         std::shared_ptr<Cables::Entities::SegmentDetail> getSegmentDetailJointDefault() const;
 
         std::vector<std::shared_ptr<Cables::Entities::Insulation>> insulations;
         std::vector<std::shared_ptr<Cables::Entities::SegmentType>> segmentTypes;
-        /// Linked to the types; they have the ids of their insulations.
+        /// They are linked to the types, and have the ids of their insulations.
         std::vector<std::shared_ptr<Cables::Entities::SegmentDetail>> segmentDetails;
     };
 
@@ -106,9 +106,11 @@ private:
 
     void insertDefaults();
     static void insertDefaults(const Interfaces::IEditorRepositoryManager& manager);
-    /// Gives the reason when something cannot be read; then nothing has changed here.
+    /// Reads all kinds. Gives the reason when something cannot be read; then nothing has changed here.
     QString load();
+    /// Repairs what was just read, saves that, and gives everything the state of its row.
     void cleanup();
+    /// Links what is here to one another.
     void concat();
     bool isReadyForImport();
     void importWith(const std::vector<std::shared_ptr<Cable>>& cables, const RatingsByCable& ratings);

@@ -1,36 +1,21 @@
 #include "context/PdContext.h"
 
 #include "context/CableContext.h"
-#include "context/Guarded.h"
-#include "context/KindLedger.h"
-#include "context/PdLinks.h"
-#include "context/PdNetwork.h"
-#include "context/SaveRun.h"
-#include "manager/AbstractRepositoryManager.h"
-#include "manager/IPdRepositoryManager.h"
-#include "repositories/cables/RatingRepository.h"
-#include "repositories/pd/PdFileRepository.h"
-#include "repositories/pd/PdIecOverviewRepository.h"
-#include "repositories/pd/PdLbDiagramRepository.h"
-#include "repositories/pd/PdMappingEventRepository.h"
-#include "repositories/pd/PdReportRepository.h"
-#include "repositories/pd/PdSummaryReporsitory.h"
-#include "repositories/pd/PdTaskInfoRepository.h"
-#include "repositories/pd/PdTaskRepository.h"
+#include "context/private/KindLedger.h"
+#include "context/private/SaveRun.h"
 
 namespace DataAccess::Context {
 
 using namespace PD::Entities;
-using namespace QOR::Entities::Enumerations;
 using Cables::Entities::Rating;
 using Database::FailureWatch;
-using PdLedger = KindLedger<ForEachPdKind>;
+using Manager::pdKinds;
+using PdLedger = KindLedger<PdNetwork>;
 
 struct PdContext::Data
 {
     std::shared_ptr<PdLedger> ledger;
     std::shared_ptr<Interfaces::IPdRepositoryManager> manager;
-    int loaded = 0;
     std::weak_ptr<CableContext> cables;
 };
 
@@ -53,7 +38,7 @@ void PdContext::SetCableContext(const std::shared_ptr<CableContext>& context)
     if (!context)
         return;
     shareTurns(*context);
-    // A task keeps its cable alive: one of a network that was loaded before has to be let go of at once.
+    // A task keeps its cable alive, so it must drop one of the former network at once.
     connect(context.get(), &CableContext::loadingCompleted, this, &PdContext::linkToCables, Qt::DirectConnection);
 }
 
@@ -76,32 +61,22 @@ QString PdContext::load()
     if (!m_data->manager)
         return {};
     const Interfaces::IPdRepositoryManager& manager = *m_data->manager;
-    m_data->loaded = 0;
+    const char* const function = Q_FUNC_INFO;
     QString failure;
+    int done = 0;
     // The first kind that cannot be read ends the load.
-    static_cast<void>(loadKind<PdTask>(manager.PdTaskRepository(), failure) &&
-                      loadKind<PdTaskInfo>(manager.PdTaskInfoRepository(), failure) &&
-                      loadKind<PdReport>(manager.PdReportRepository(), failure) &&
-                      loadKind<PdIecOverview>(manager.PdIecOverviewRepository(), failure) &&
-                      loadKind<PdMappingEvent>(manager.PdMappingEventRepository(), failure) &&
-                      loadKind<PdSummary>(manager.PdSummaryRepository(), failure) &&
-                      loadKind<Rating>(manager.RatingRepository(), failure) &&
-                      loadKind<PdLbDiagram>(manager.PdLbDiagramRepository(), failure));
+    Manager::forEachLoaded(pdKinds, [&](const auto& kind) {
+        if (!failure.isEmpty())
+            return;
+        if (const auto repository = (manager.*kind.repository)()) {
+            const FailureWatch watch;
+            m_data->ledger->load(guarded(function, [&] { return repository->GetAll(); }));
+            failure = failureText(kind.name, watch);
+        }
+        if (failure.isEmpty())
+            Q_EMIT loadingProgress(++done, Manager::countLoaded(pdKinds));
+    });
     return failure;
-}
-
-template <typename T, typename Repository>
-bool PdContext::loadKind(const std::shared_ptr<Repository>& repository, QString& failure)
-{
-    constexpr int kinds = 8;
-    if (repository) {
-        const FailureWatch watch;
-        m_data->ledger->load<T>(guarded(Q_FUNC_INFO, [&] { return repository->GetAll(); }));
-        failure = failureText<T>(watch);
-    }
-    if (failure.isEmpty())
-        Q_EMIT loadingProgress(++m_data->loaded, kinds);
-    return failure.isEmpty();
 }
 
 void PdContext::loadFiles(const std::vector<QUuid>& reportIds)
@@ -116,7 +91,7 @@ void PdContext::loadFiles(const std::vector<QUuid>& reportIds)
         if (repository)
             loadFilesOf(id, *repository);
         if (failure.isEmpty())
-            failure = failureText<PdFile>(watch);
+            failure = failureText(Manager::kindOf<PdFile>(pdKinds).name, watch);
         if (watch.isUnavailable())
             break;
         Q_EMIT loadingProgress(++done, static_cast<int>(reportIds.size()));
@@ -155,7 +130,7 @@ void PdContext::concat()
 {
     PdLedger& ledger = *m_data->ledger;
     ledger.adoptLinked();
-    // What is marked deleted is not listed, though it may not show that.
+    // Links depend on the marks, which entities may hide.
     const auto states = ledger.showMarks();
     {
         const EntityLedger::Deafness deafness(ledger, EntityLedger::Deafness::ToAll);
@@ -180,69 +155,12 @@ void PdContext::saveChanges()
     const Turn turn = takeTurn();
     SaveRun run(*m_data->ledger);
     if (m_data->manager) {
-        processIecOverview(run);
-        processMappingEvents(run);
-        processSummary(run);
-        processFiles(run);
-        processReports(run);
-        processTasks(run);
-        processTaskInfo(run);
-        processRatings(run);
-        processLbDiagram(run);
+        Manager::forEachKind(pdKinds, [&](const auto& kind) {
+            if (const auto repository = ((*m_data->manager).*kind.repository)())
+                run.save<typename std::decay_t<decltype(kind)>::Entity>(kind.name, *repository);
+        });
     }
     finishSaving(run);
-}
-
-template <typename T, typename Repository>
-void PdContext::saveKind(const std::shared_ptr<Repository>& repository, SaveRun& run)
-{
-    if (repository)
-        run.save<T>(*repository);
-}
-
-void PdContext::processIecOverview(SaveRun& run)
-{
-    saveKind<PdIecOverview>(m_data->manager->PdIecOverviewRepository(), run);
-}
-
-void PdContext::processMappingEvents(SaveRun& run)
-{
-    saveKind<PdMappingEvent>(m_data->manager->PdMappingEventRepository(), run);
-}
-
-void PdContext::processSummary(SaveRun& run)
-{
-    saveKind<PdSummary>(m_data->manager->PdSummaryRepository(), run);
-}
-
-void PdContext::processFiles(SaveRun& run)
-{
-    saveKind<PdFile>(m_data->manager->PdFileRepository(), run);
-}
-
-void PdContext::processReports(SaveRun& run)
-{
-    saveKind<PdReport>(m_data->manager->PdReportRepository(), run);
-}
-
-void PdContext::processTasks(SaveRun& run)
-{
-    saveKind<PdTask>(m_data->manager->PdTaskRepository(), run);
-}
-
-void PdContext::processTaskInfo(SaveRun& run)
-{
-    saveKind<PdTaskInfo>(m_data->manager->PdTaskInfoRepository(), run);
-}
-
-void PdContext::processRatings(SaveRun& run)
-{
-    saveKind<Rating>(m_data->manager->RatingRepository(), run);
-}
-
-void PdContext::processLbDiagram(SaveRun& run)
-{
-    saveKind<PdLbDiagram>(m_data->manager->PdLbDiagramRepository(), run);
 }
 
 template <typename T>

@@ -71,27 +71,14 @@ public:
 private:
     struct Data;
 
-    /// Gives the reason when something cannot be read.
+    /// Reads all kinds but files. Gives the reason when something cannot be read.
     QString load();
-    template <typename T, typename Repository>
-    bool loadKind(const std::shared_ptr<Repository>& repository, QString& failure);
     void loadFilesOf(const QUuid& reportId, Repositories::PdFileRepository& repository);
+    /// Links what is here to one another, and to the cable context.
     void concat();
     void linkToCables();
     template <typename T>
     EntitiesOf<T> all() const;
-
-    template <typename T, typename Repository>
-    void saveKind(const std::shared_ptr<Repository>& repository, SaveRun& run);
-    void processIecOverview(SaveRun& run);
-    void processMappingEvents(SaveRun& run);
-    void processSummary(SaveRun& run);
-    void processFiles(SaveRun& run);
-    void processReports(SaveRun& run);
-    void processTasks(SaveRun& run);
-    void processTaskInfo(SaveRun& run);
-    void processRatings(SaveRun& run);
-    void processLbDiagram(SaveRun& run);
 
     std::unique_ptr<Data> m_data;
 };

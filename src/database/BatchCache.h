@@ -16,7 +16,7 @@ namespace DataAccess::Database {
  * Lets SQLite keep more of the file in memory while a large batch is written, up to 128 MB. Ids are random: each row
  * changes other pages, which SQLite would otherwise write and read again and again before the batch is committed.
  *
- * Used on the worker's thread, by a job whose transaction has written its first row: then no lock is waited for.
+ * Used on the worker's thread, by a job whose transaction has written its first row: it then waits for no lock.
  */
 class DATAACCESS_EXPORT BatchCache
 {
@@ -30,7 +30,7 @@ public:
 
 private:
     Interfaces::IDatabase& m_db;
-    QString m_before;
+    QString m_restore; ///< Statement that gives the connection back the cache that it had; empty: not changed.
 };
 
 } // namespace DataAccess::Database

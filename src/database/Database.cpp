@@ -1,11 +1,10 @@
 #include "database/Database.h"
 
+#include "database/DbException.h"
 #include "database/Failure.h"
-#include "database/InvalidDbException.h"
 #include "database/LoggingCategories.h"
-#include "database/NotOpenException.h"
-#include "database/SharedConnection.h"
-#include "database/native/ConnectionState.h"
+#include "database/backends/Backend.h"
+#include "database/private/SharedConnection.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -100,11 +99,16 @@ void Database::requireValid() const
     throw InvalidDbException("QSqlDatabase invalid");
 }
 
+const Backend& Database::backend() const
+{
+    return Backend::of(m_config ? m_config->Type() : Enumerations::None);
+}
+
 bool Database::isConnected() const
 {
     if (!m_connection->handle().isOpen())
         return false;
-    const QString reason = Native::endWhileIdle(m_connection->handle());
+    const QString reason = Backend::of(m_connection->handle()).endWhileIdle(m_connection->handle());
     if (reason.isEmpty())
         return true;
     qCWarning(lcDatabase) << "Connection was ended by the server:" << m_config->ConnectionName() << reason;
@@ -160,21 +164,20 @@ std::shared_ptr<Interfaces::IConfig> Database::Config()
 Transaction Database::Transaction()
 {
     const auto lock = lockConnection();
-    return begin(false);
+    return begin({});
 }
 
 Transaction Database::WriteTransaction()
 {
     const auto lock = lockConnection();
-    // The working copy of a legacy file is a database of SQLite 3, too.
-    return begin(m_config && m_config->Type() != Enumerations::Postgres);
+    return begin(backend().writeBegin());
 }
 
-Transaction Database::begin(bool locked)
+Transaction Database::begin(const QString& statement)
 {
     const auto attempt = [&] {
         requireReady();
-        return ::DataAccess::Database::Transaction(m_connection->handle(), m_connection->session(), locked);
+        return ::DataAccess::Database::Transaction(m_connection->handle(), m_connection->session(), statement);
     };
     auto transaction = attempt();
     if (!transaction.isOpen() && hasFoundDead())
@@ -192,7 +195,7 @@ bool Database::WasBlockedByStartup() const
 {
     const auto lock = lockConnection();
     const QSqlError error = m_connection ? m_connection->lastError() : QSqlDatabase().lastError();
-    return error.nativeErrorCode() == QLatin1String("57P03") || error.type() == QSqlError::ConnectionError;
+    return backend().mayComeUp(error);
 }
 
 QString Database::OpenError() const

@@ -9,6 +9,7 @@
 
 namespace DataAccess::Database {
 
+class Backend;
 class SharedConnection;
 
 /**
@@ -61,31 +62,34 @@ public:
 
 private:
     std::unique_lock<std::recursive_mutex> lockConnection() const;
+    /// That of the configuration.
+    const Backend& backend() const;
+    /// Throws InvalidDbException, and logs, when the handle is not valid.
     void requireValid() const;
     /// Whether the connection is open and, as far as is known without asking, has not been ended by the server.
     bool isConnected() const;
-    /// Opens the connection, which is closed or was ended. Prepared statements go with it.
+    /// Opens the connection, which is closed or was ended. Prepared statements are lost.
     bool reopen();
-    /// Ends the rows that are under way. Throws DbException when the transaction was lost that a statement would belong
-    /// to.
+    /// Ends the rows that are under way. Throws DbException when the current transaction was lost.
     void settle();
-    /// Lets a statement run: on an open connection, after the rows that are under way, and not after the transaction
-    /// that it would have belonged to. Prepares @p query again when that takes a new connection. Throws DbException.
+    /// Makes a statement possible: opens the connection, and ends rows that are under way. Prepares @p query again when
+    /// that takes a new connection. Throws DbException, also when the transaction of the statement was lost.
     void requireReady(QSqlQuery* query = nullptr);
     /// Whether the last statement has found a connection dead on which nothing else was under way: if it has changed
     /// nothing, it may be tried once more.
     bool hasFoundDead();
     void resetQuery();
     std::unique_ptr<Interfaces::IRowReader> read(const QString& sql);
-    ::DataAccess::Database::Transaction begin(bool locked);
+    /// Starts a transaction with @p statement, or as the driver does when that is empty.
+    ::DataAccess::Database::Transaction begin(const QString& statement);
     [[noreturn]] void fail(const QSqlQuery& query);
 
     std::shared_ptr<SharedConnection> m_connection;
     std::shared_ptr<Interfaces::IConfig> m_config;
     QSqlQuery m_query;
-    /// What m_query is prepared with; null when it is not known.
+    /// The statement that m_query is prepared with; null when it is not known.
     QString m_prepared;
-    /// m_query was made in vain: the connection could not be opened.
+    /// Whether m_query is of no use, as the connection could not be opened.
     bool m_isWithoutConnection = false;
 };
 

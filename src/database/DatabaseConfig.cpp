@@ -1,8 +1,9 @@
 #include "database/DatabaseConfig.h"
 
-#include "database/FilePath.h"
 #include "database/LoggingCategories.h"
-#include "database/SettingsFile.h"
+#include "database/backends/Backend.h"
+#include "database/private/Files.h"
+#include "database/private/SettingsFile.h"
 
 #include <QFileInfo>
 #include <QSettings>
@@ -190,17 +191,9 @@ void DatabaseConfig::SetLoadingStrategy(Enumerations::LoadingStrategies strategy
 void DatabaseConfig::validate()
 {
     const bool named = !m_data->connectionName.isEmpty() && !m_data->databaseName.isEmpty();
-    switch (m_data->type) {
-    case Enumerations::SQLite2:
-    case Enumerations::SQLite3:
-        m_data->valid = named;
-        break;
-    case Enumerations::Postgres:
-        m_data->valid = named && !m_data->hostName.isEmpty();
-        break;
-    default:
-        break;
-    }
+    const Backend& backend = Backend::of(m_data->type);
+    if (backend.isFile() || backend.isServer())
+        m_data->valid = named && (backend.isFile() || !m_data->hostName.isEmpty());
 }
 
 void DatabaseConfig::AddConfig(const std::shared_ptr<IConfig>& config)
@@ -326,7 +319,7 @@ std::shared_ptr<IConfig> DatabaseConfig::DefaultConfig()
         file->settings().endGroup();
     }
 
-    if (config->Type() == Enumerations::SQLite2 || config->Type() == Enumerations::SQLite3) {
+    if (Backend::of(config->Type()).isFile()) {
         const QFileInfo database(filePath(config->DatabaseName()));
         if (!database.exists()) {
             qCDebug(lcDatabaseConfig) << "[" << config->ConnectionName()

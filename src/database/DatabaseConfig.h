@@ -20,6 +20,7 @@ namespace DataAccess::Database {
 class DATAACCESS_EXPORT DatabaseConfig : public Interfaces::IConfig
 {
 public:
+    /// Names no database, and is not valid.
     DatabaseConfig();
     ~DatabaseConfig() override;
     DatabaseConfig(const DatabaseConfig&) = delete;
@@ -36,7 +37,7 @@ public:
     Enumerations::LoadingStrategies LoadingStrategy() override;
     bool BackupBeforeMigration() const override;
 
-    /// Each setter that changes a value evaluates validity anew, except the last two.
+    /// Changes one value, and evaluates validity anew.
     void SetConnectionName(const QString& connectionName);
     void SetDatabaseName(const QString& databaseName);
     void SetHostName(const QString& hostName);
@@ -44,6 +45,8 @@ public:
     void SetPassword(const QString& password);
     void SetPort(unsigned int port);
     void SetType(Enumerations::DatabaseType type);
+
+    /// Leaves validity alone.
     void SetLoadingStrategy(Enumerations::LoadingStrategies strategy);
     /// Kept in this object only, not in the settings file.
     void SetBackupBeforeMigration(bool isWanted);
@@ -55,7 +58,8 @@ public:
     static void RemoveConfig(const std::shared_ptr<Interfaces::IConfig>& config);
     /// Writes @p config and records it as the default.
     static void SetDefaultConfig(const std::shared_ptr<Interfaces::IConfig>& config);
-    /// All stored configurations. A group that holds none gives an empty configuration.
+    /// All stored configurations. A group that holds none gives an empty configuration. The misspelt name stays:
+    /// applications call it.
     static std::vector<std::shared_ptr<Interfaces::IConfig>> GetConfiguartions();
     /// The recorded default, or a new SQLite 3 configuration of the default file. Not written to the settings file.
     static std::shared_ptr<Interfaces::IConfig> DefaultConfig();

@@ -1,18 +1,9 @@
 #include "database/Database.h"
-#include "database/ExecutionException.h"
-#include "database/NotOpenException.h"
-#include "database/PostgresValueConverter.h"
-#include "database/QtRowReader.h"
-#include "database/QtRowWriter.h"
-#include "database/SQLite2ValueConverter.h"
-#include "database/SQLite3ValueConverter.h"
-#include "database/SharedConnection.h"
-#include "database/StatementError.h"
-#include "database/native/PostgresRowReader.h"
-#include "database/native/PostgresRowWriter.h"
-#include "database/native/SqliteRowReader.h"
-#include "database/native/SqliteRowWriter.h"
-#include "database/sqlite2/CopyWriter.h"
+#include "database/DbException.h"
+#include "database/backends/Backend.h"
+#include "database/private/QtRows.h"
+#include "database/private/SharedConnection.h"
+#include "database/private/StatementError.h"
 
 #include <QElapsedTimer>
 #include <QMap>
@@ -85,7 +76,7 @@ void Database::requireReady(QSqlQuery* query)
     if (isConnected())
         return;
     const Preparation preparation(query);
-    const bool isHopeless = query == &m_query && m_isWithoutConnection; // found out a moment ago, which took its time
+    const bool isHopeless = query == &m_query && m_isWithoutConnection; // a moment ago, after waiting
     if (isHopeless || !reopen())
         throw NotOpenException("Can't open Connection");
     if (query != nullptr && !preparation.repeatOn(*query, m_connection->handle()))
@@ -123,8 +114,8 @@ QSqlQuery Database::Exec(const QString& sql)
     requireReady();
     QSqlQuery query(m_connection->handle());
     // Forwards only, PostgreSQL's driver asks for one row at a time: the next statement would end the reading, and a
-    // failure among the rows would not be told here.
-    query.setForwardOnly(m_config->Type() != Enumerations::Postgres);
+    // failure among the rows would not be seen here.
+    query.setForwardOnly(backend().readsForwards());
     if (!query.exec(sql) || query.lastError().isValid())
         fail(query);
     return query;
@@ -133,18 +124,13 @@ QSqlQuery Database::Exec(const QString& sql)
 std::unique_ptr<Interfaces::IRowReader> Database::read(const QString& sql)
 {
     requireReady();
-    const QSqlDriver& driver = *m_connection->handle().driver();
-    std::unique_ptr<Interfaces::IRowReader> reader;
-    if (m_config->Type() == Enumerations::Postgres)
-        reader = Native::postgresRowReader(driver, sql);
-    else if (m_config->Type() == Enumerations::SQLite3)
-        reader = Native::sqliteRowReader(driver, sql);
+    auto reader = backend().reader(*m_connection->handle().driver(), sql);
     return reader ? std::move(reader) : std::make_unique<QtRowReader>(*this, Exec(sql));
 }
 
 std::unique_ptr<Interfaces::IRowReader> Database::Read(const QString& sql)
 {
-    // A server that is told to end a connection takes its time when it is busy, and a select changes nothing.
+    // A busy server ends a connection only a while after it was told to. A select may be repeated: it changes nothing.
     constexpr qint64 atOnce = 1000; // milliseconds
     const auto lock = lockConnection();
     m_prepared.clear();
@@ -170,31 +156,21 @@ std::unique_ptr<Interfaces::IRowWriter> Database::Write(const QString& statement
         requireReady();
     };
     QSqlQuery query(m_connection->handle());
-    std::unique_ptr<Interfaces::IRowWriter> writer;
-    if (m_config->Type() == Enumerations::Postgres)
-        writer = Native::postgresRowWriter(query, statement, written, m_connection->session(), makeReady);
-    if (!writer && !query.prepare(statement))
+    auto writer = backend().writer(query, statement, written, m_connection->session(), makeReady);
+    if (writer)
+        return writer;
+    if (!query.prepare(statement))
         throw failureOf(query);
-    if (m_config->Type() == Enumerations::SQLite3)
-        writer = Native::sqliteRowWriter(query, written, makeReady);
-    return writer ? std::move(writer) : std::make_unique<QtRowWriter>(*this, query, std::move(written));
+    return std::make_unique<QtRowWriter>(*this, query, std::move(written));
 }
 
 QStringList Database::Tables()
 {
     const auto lock = lockConnection();
     requireValid();
-    // A list that cannot be read comes back empty, without an error: a locked file must not pass for a fresh one. Asked
-    // first, it is waited for once only.
-    const bool sqlite = m_config->Type() != Enumerations::Postgres;
-    // The legacy driver does not list the table that it has added itself.
-    const QString count = sqlite ? QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND "
-                                                  "name <> '%1'")
-                                       .arg(Sqlite2::CopyWriter::originTable)
-                                 : QStringLiteral("SELECT count(*) FROM pg_class WHERE relkind = 'r' AND "
-                                                  "relname !~ '^(Inv|pg_)' AND relnamespace IN "
-                                                  "(SELECT oid FROM pg_namespace WHERE nspname = 'public')");
-    QSqlQuery check = Exec(count);
+    // The driver answers with an empty list, and no error, when it cannot read the tables: a locked file must not pass
+    // for a fresh one. The count comes first, so that a lock is waited for only once.
+    QSqlQuery check = Exec(backend().tableCount());
     const bool expected = !check.next() || check.value(0).toInt() != 0;
     check.finish();
     QStringList tables = m_connection->handle().tables(QSql::Tables);
@@ -212,22 +188,13 @@ std::shared_ptr<Interfaces::IValueConverter> Database::Converter()
 
 std::shared_ptr<Interfaces::IValueConverter> Database::Converter(QSqlQuery& query)
 {
-    switch (m_config ? m_config->Type() : Enumerations::None) {
-    case Enumerations::SQLite2:
-        return std::make_shared<Converter::SQLite2ValueConverter>(query);
-    case Enumerations::SQLite3:
-        return std::make_shared<Converter::SQLite3ValueConverter>(query);
-    case Enumerations::Postgres:
-        return std::make_shared<Converter::PostgresValueConverter>(query);
-    default:
-        return nullptr;
-    }
+    return backend().converter(query);
 }
 
 QSqlQuery& Database::Query()
 {
     const auto lock = lockConnection();
-    // The rows would stand in the way of a preparation; and whoever runs the query past Exec() asks nobody.
+    // Rows sent ahead would stand in the way of a preparation; and the query may be run without Exec().
     settle();
     const bool isOpen = Connect();
     resetQuery();
@@ -252,10 +219,7 @@ quint64 Database::NextId(const QString& table)
     requireReady();
     QSqlQuery& query = Query();
     query.setForwardOnly(true);
-    const QString statement = m_config->Type() == Enumerations::Postgres
-                                  ? QStringLiteral("SELECT nextval('%1_s')")
-                                  : QStringLiteral("SELECT IFNULL(MAX(OID),0) + 1 FROM \"%1\" LIMIT 1");
-    if (!query.prepare(statement.arg(table)))
+    if (!query.prepare(backend().nextId().arg(table)))
         fail(query);
     Exec(query);
     if (!query.next())
@@ -273,9 +237,8 @@ quint64 Database::NextId(const QString& table)
 
 bool Database::CreateSequence(const QString& name)
 {
-    if (!m_config || m_config->Type() != Enumerations::Postgres)
-        return true;
-    return !Exec(QStringLiteral("CREATE SEQUENCE %1_s").arg(name)).lastError().isValid();
+    const QString statement = backend().sequenceCreation();
+    return statement.isEmpty() || !Exec(statement.arg(name)).lastError().isValid();
 }
 
 } // namespace DataAccess::Database

@@ -1,9 +1,15 @@
 #pragma once
 
 #include "database/DataAccessExport.h"
-#include "database/ExceptionType.h"
 
 #include <stdexcept>
+
+namespace DataAccess::Enumerations {
+
+/// Which kind of failure a DbException reports.
+enum ExceptionType : int { NotOpen = 1, Execution = 2, InvalidDb = 3 };
+
+} // namespace DataAccess::Enumerations
 
 namespace DataAccess::Exceptions {
 
@@ -28,6 +34,38 @@ public:
 
 private:
     bool m_isUnavailable = false;
+};
+
+/// A statement failed, or its result could not be used.
+class DATAACCESS_EXPORT ExecutionException final : public DbException
+{
+public:
+    using DbException::DbException;
+    ~ExecutionException() override;
+
+    Enumerations::ExceptionType type() const override;
+};
+
+/// The connection handle is invalid: an unknown driver, or a set-up that failed.
+class DATAACCESS_EXPORT InvalidDbException final : public DbException
+{
+public:
+    using DbException::DbException;
+    ~InvalidDbException() override;
+
+    Enumerations::ExceptionType type() const override;
+};
+
+/// The connection is closed and cannot be opened.
+class DATAACCESS_EXPORT NotOpenException final : public DbException
+{
+public:
+    using DbException::DbException;
+    /// Says that the database is out of reach.
+    explicit NotOpenException(const char* message);
+    ~NotOpenException() override;
+
+    Enumerations::ExceptionType type() const override;
 };
 
 } // namespace DataAccess::Exceptions

@@ -43,7 +43,7 @@ void run(const Job& job, IDatabase& database)
         qCCritical(lcDatabase) << "Job failed:" << error.what();
     } catch (...) {
         if (!std::current_exception())
-            throw; // No exception of C++ but QThread::terminate(): who keeps that back ends the process.
+            throw; // QThread::terminate(), no C++ exception: must be rethrown, or the process aborts.
         qCCritical(lcDatabase) << "Job failed";
     }
 }
@@ -55,9 +55,9 @@ struct DbWorker::Data
     std::unique_ptr<IDatabase> database;
     std::shared_ptr<JobQueue> queue;
     std::atomic<bool> running{false};
-    /// A request came while a job was running the event loop, and could not be served.
+    /// Whether a request came while a job was running the event loop, and could not be served.
     std::atomic<bool> postponed{false};
-    /// The requests that are under way.
+    /// How many requests are under way.
     std::atomic<int> requests{0};
 };
 
@@ -128,7 +128,7 @@ void DbWorker::processQueue()
         m_data->postponed = true;
         return;
     }
-    /// The end of a run, also of one that is broken off with its thread.
+    /// Ends a run, also one that is broken off with its thread.
     struct RunScope
     {
         DbWorker& worker;

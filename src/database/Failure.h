@@ -11,16 +11,17 @@ namespace DataAccess::Database {
 /// Why an operation answered false, empty or null.
 struct Failure
 {
+    /// What is to be made of it.
     enum class Kind {
         Statement,   ///< The database refused a statement or a value.
         NoRow,       ///< A write found no row: another program has removed it.
         Unavailable, ///< The database is locked or out of reach: what follows would fail too, each after its time-out.
     };
 
-    QString reason; ///< The driver's words, or ours; never a row's values or a password.
-    Kind kind = Kind::Statement;
-    QString table; ///< Empty unless the failure is that of one table.
-    QUuid row;     ///< Null unless the failure is that of one row.
+    QString reason;              ///< The driver's words, or ours; never a row's values or a password.
+    Kind kind = Kind::Statement; ///< What is to be made of it.
+    QString table;               ///< Empty unless the failure is that of one table.
+    QUuid row;                   ///< Null unless the failure is that of one row.
 };
 
 /**
@@ -38,6 +39,7 @@ struct Failure
 class DATAACCESS_EXPORT FailureWatch
 {
 public:
+    /// Watches the calling thread from now on.
     FailureWatch();
     ~FailureWatch();
     FailureWatch(const FailureWatch&) = delete;
@@ -46,11 +48,13 @@ public:
     /// Tells all watches of the calling thread; does not log.
     static void report(const Failure& failure);
 
+    /// Whether something has failed since.
     bool failed() const { return !m_failures.isEmpty(); }
     /// Whether trying another statement would only wait in vain.
     bool isUnavailable() const;
     /// The reason of the first failure; empty when there was none.
     QString reason() const;
+    /// All failures, the first one first.
     const QVector<Failure>& failures() const { return m_failures; }
 
 private:

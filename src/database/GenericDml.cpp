@@ -1,9 +1,9 @@
 #include "database/GenericDml.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/IDatabase.h"
 #include "database/Operation.h"
-#include "database/StatementError.h"
+#include "database/private/StatementError.h"
 #include "entities/qor/IEntity.h"
 
 namespace DataAccess::Database {

@@ -18,8 +18,8 @@ namespace DataAccess::Database {
 
 /**
  * The statements that are the same for every entity table, for use inside jobs. They never throw: what fails is logged
- * (category "qor.database"), reported to the FailureWatch, and answered with 0 or false. Whoever changes a row that is
- * not there has failed, too.
+ * (category "qor.database"), reported to the FailureWatch, and answered with 0 or false. Changing a row that is not
+ * there is a failure, too.
  */
 class DATAACCESS_EXPORT GenericDml
 {

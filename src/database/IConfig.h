@@ -21,9 +21,11 @@ public:
     virtual const QString& ConnectionName() const = 0;
     /// File path (SQLite), or the name of the database on its server.
     virtual const QString& DatabaseName() const = 0;
+    /// The backend.
     virtual Enumerations::DatabaseType Type() = 0;
     /// Host of the server; of no meaning to SQLite.
     virtual const QString& HostName() const = 0;
+    /// Name of the user on the server; of no meaning to SQLite.
     virtual const QString& UserName() const = 0;
     /// Plain text.
     virtual const QString& Password() const = 0;
@@ -31,6 +33,7 @@ public:
     virtual unsigned int Port() const = 0;
     /// True when the configuration names a database completely.
     virtual bool IsValid() const = 0;
+    /// How much repositories read of what is large.
     virtual Enumerations::LoadingStrategies LoadingStrategy() = 0;
 
     /// Whether a copy of the stored data is made before the first step of a migration changes it; true by default.

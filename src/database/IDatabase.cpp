@@ -1,8 +1,8 @@
 #include "database/IDatabase.h"
 
-#include "database/QtRowReader.h"
-#include "database/QtRowWriter.h"
-#include "database/StatementError.h"
+#include "database/backends/Backend.h"
+#include "database/private/QtRows.h"
+#include "database/private/StatementError.h"
 
 #include <utility>
 
@@ -45,6 +45,11 @@ std::unique_ptr<IRowWriter> IDatabase::Write(const QString& statement, std::func
 Database::Transaction IDatabase::WriteTransaction()
 {
     return Transaction();
+}
+
+QSqlQuery IDatabase::SelectForUpdate(const QString& select)
+{
+    return Exec(Database::Backend::of(*this).selectForUpdate(select));
 }
 
 } // namespace DataAccess::Interfaces

@@ -84,6 +84,10 @@ public:
     /// Starts a transaction that will write. On SQLite it has the write lock from the start, so that a write that
     /// follows a read waits for other programs like any other; the default is Transaction().
     virtual ::DataAccess::Database::Transaction WriteTransaction();
+
+    /// Exec() of @p select, which finds the rows that the current transaction is to change: nobody else changes them
+    /// before it has ended. Throws ExecutionException.
+    QSqlQuery SelectForUpdate(const QString& select);
 };
 
 } // namespace DataAccess::Interfaces

@@ -27,8 +27,8 @@ public:
     /// Waits for all rows sent, and frees the connection for other statements. Throws ExecutionException.
     virtual void finish() = 0;
 
-    /// Whether the row just told as written is one of the table: an update of a row that is not there writes none. To
-    /// be asked while it is told, before another statement runs; true where that is not known.
+    /// Whether the statement has changed a row of the table: an update of a row that is not there changes none. Holds
+    /// for the row that `written` is being called for, before another statement runs; true where that is not known.
     virtual bool touchedRow() const;
 };
 

@@ -30,6 +30,7 @@ class DATAACCESS_EXPORT IValueConverter
 public:
     virtual ~IValueConverter();
 
+    /// Binds @p value to @p placeholder, which starts with a colon, as the class describes.
     virtual void bindValue(const QString& placeholder, signed char value) = 0;
     virtual void bindValue(const QString& placeholder, short value) = 0;
     virtual void bindValue(const QString& placeholder, int value) = 0;
@@ -37,12 +38,16 @@ public:
     virtual void bindValue(const QString& placeholder, qint64 value) = 0;
     virtual void bindValue(const QString& placeholder, quint64 value) = 0;
     virtual void bindValue(const QString& placeholder, bool value) = 0;
+
     /// NaN is bound as NULL.
     virtual void bindValue(const QString& placeholder, double value) = 0;
+    /// A null text is bound as NULL, an empty one as it is.
     virtual void bindValue(const QString& placeholder, const QString& value) = 0;
     /// Text with braces.
     virtual void bindValue(const QString& placeholder, const QUuid& value) = 0;
+    /// Bytes as they are; SQLite 2 gets them as hexadecimal text.
     virtual void bindValue(const QString& placeholder, const QByteArray& value) = 0;
+    /// An invalid date is bound as NULL.
     virtual void bindValue(const QString& placeholder, const QDate& value) = 0;
     /// The date and the time as they stand; the time zone is not stored.
     virtual void bindValue(const QString& placeholder, const QDateTime& value) = 0;
@@ -51,9 +56,12 @@ public:
     /// Compact JSON text.
     virtual void bindValue(const QString& placeholder, const QJsonObject& value) = 0;
 
+    /// Reads @p column of the current row, the first being 0.
     virtual void value(signed char& value, int column) const = 0;
     /// The first character of a text, as Latin-1; NUL of an empty one.
     virtual void value(char& value, int column) const = 0;
+
+    /// Reads @p column of the current row.
     virtual void value(short& value, int column) const = 0;
     virtual void value(int& value, int column) const = 0;
     virtual void value(qint64& value, int column) const = 0;
@@ -67,6 +75,7 @@ public:
     virtual void value(QImage& value, int column) const = 0;
     virtual void value(QJsonObject& value, int column) const = 0;
 
+    /// The value of @p column in the current row.
     virtual bool toBool(int column) const = 0;
     virtual qint16 toInt16(int column) const = 0;
     virtual qint32 toInt32(int column) const = 0;
@@ -75,9 +84,12 @@ public:
     virtual double toDouble(int column) const = 0;
     virtual QString toString(int column) const = 0;
     virtual QDate toDate(int column) const = 0;
+
     /// The stored date and time as a local time.
     virtual QDateTime toDateTime(int column) const = 0;
+    /// The image of a Base64 text; null when it is none.
     virtual QImage toImage(int column) const = 0;
+    /// The object of a JSON text; empty when it is none.
     virtual QJsonObject toJsonObject(int column) const = 0;
 
     /// Append one value to a column list of IDatabase::ExecBatch().

@@ -29,7 +29,7 @@ bool JobQueue::pop(Job& job)
         return false;
     job = std::move(m_jobs.front());
     m_jobs.pop_front();
-    // Where jobs wait, so do the requests that came with them, except those that came while a job ran the event loop.
+    // Each waiting job has a request under way, except those inserted while a job ran the event loop.
     if (!m_jobs.empty() && !m_worker->isScheduled())
         m_worker->scheduleProcessQueue();
     return true;

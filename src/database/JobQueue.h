@@ -18,8 +18,8 @@ class DbWorker;
 using Job = std::function<void(Interfaces::IDatabase&)>;
 
 /**
- * The jobs that wait for a worker, oldest first. Whoever submits jobs shares it, and so may outlive the worker: a queue
- * without a worker drops what it is given. All operations may be called on any thread.
+ * The jobs that wait for a worker, oldest first. Those who submit jobs share it, and may outlive the worker: a
+ * queue without a worker drops what it is given. All operations may be called on any thread.
  */
 class DATAACCESS_EXPORT JobQueue
 {

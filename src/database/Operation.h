@@ -19,8 +19,8 @@ namespace DataAccess::Database {
 
 class Transaction;
 
-/// One operation on a table, which tells of what fails in it: by a warning (category "qor.database"), and to the
-/// FailureWatch of whoever asked for it. Both name the table, and the row where that is known.
+/// One operation on a table. It logs what fails in it (category "qor.database") and reports it to the FailureWatch of
+/// its caller; both name the table, and the row where that is known.
 class DATAACCESS_EXPORT Operation
 {
 public:
@@ -28,12 +28,15 @@ public:
     /// that of a failure in the log; a row that is not there is never more than a warning.
     Operation(const char* function, const QString& table, QtMsgType severity = QtWarningMsg);
 
+    /// Tells of an exception that a statement on @p db has thrown.
     void failed(Interfaces::IDatabase& db, const Exceptions::DbException& error, const QUuid& row = QUuid()) const;
+    /// Tells of a failure for @p reason.
     void failed(Failure::Kind kind, const QString& reason, const QUuid& row = QUuid()) const;
-    /// Tells nobody but the watch: the connection has logged why the select failed.
+    /// Reports to the watch only: the connection has logged why the select failed.
     void selectFailed(Interfaces::IDatabase& db, const Exceptions::DbException& error) const;
     /// Something ended @p reader before the last row.
     void readFailed(const Interfaces::IRowReader& reader) const;
+    /// Tells why @p transaction could not be committed.
     void commitFailed(const Transaction& transaction) const;
     /// The row of @p id was not there to be changed.
     void foundNoRow(const QUuid& id) const;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "database/DbException.h"
 #include "database/Failure.h"
 #include "database/IDatabase.h"
 #include "database/JobQueue.h"
-#include "database/NotOpenException.h"
 
 #include <atomic>
 #include <chrono>
@@ -108,7 +108,7 @@ private:
                             : std::make_exception_ptr(
                                   Exceptions::NotOpenException("The thread of the database was terminated")));
                 if (!reason)
-                    throw; // No exception of C++ but QThread::terminate(): who keeps that back ends the process.
+                    throw; // QThread::terminate(), no C++ exception: must be rethrown, or the process aborts.
                 return;
             }
             job = nullptr;

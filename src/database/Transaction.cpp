@@ -1,9 +1,9 @@
 #include "database/Transaction.h"
 
 #include "database/DbException.h"
-#include "database/Session.h"
-#include "database/StatementError.h"
-#include "database/native/ConnectionState.h"
+#include "database/backends/Backend.h"
+#include "database/private/SharedConnection.h"
+#include "database/private/StatementError.h"
 
 #include <QSqlDatabase>
 #include <QSqlDriver>
@@ -16,13 +16,13 @@ namespace DataAccess::Database {
 Transaction::Transaction(QSqlDatabase* db)
     : m_db(db)
 {
-    begin(false);
+    begin({});
 }
 
-Transaction::Transaction(QSqlDatabase& db, Session& session, bool locked)
+Transaction::Transaction(QSqlDatabase& db, Session& session, const QString& statement)
     : m_db(&db)
 {
-    if (begin(locked))
+    if (begin(statement))
         m_held = session.hold();
 }
 
@@ -53,15 +53,15 @@ Transaction::~Transaction()
     m_db->rollback();
 }
 
-bool Transaction::begin(bool locked)
+bool Transaction::begin(const QString& statement)
 {
     if (m_db == nullptr || !m_db->isValid()) {
         fail(QStringLiteral("The connection is invalid"), true);
-    } else if (!Native::canBegin(*m_db)) {
+    } else if (!Backend::of(*m_db).canBegin(*m_db)) {
         fail(QStringLiteral("A transaction is open already"), false);
-    } else if (locked) {
+    } else if (!statement.isEmpty()) {
         QSqlQuery query(*m_db);
-        if (query.exec(QStringLiteral("BEGIN IMMEDIATE")))
+        if (query.exec(statement))
             return true;
         const Exceptions::ExecutionException failure = failureOf(query);
         fail(QString::fromLocal8Bit(failure.what()), failure.isUnavailable());
@@ -127,9 +127,9 @@ bool Transaction::fail(const QString& reason, bool isUnavailable)
 bool Transaction::failByDriver()
 {
     const QSqlError error = m_db->lastError();
-    const QString words = errorText(error).trimmed();
+    const QString words = Backend::errorText(error).trimmed();
     return fail(words.isEmpty() ? QStringLiteral("The database refused without a reason") : words,
-                ::DataAccess::Database::isUnavailable(error) || !m_db->isOpen() || Native::metLock(*m_db));
+                Backend::isUnavailable(error) || !m_db->isOpen() || Backend::of(*m_db).metLock(*m_db));
 }
 
 bool Transaction::isOpen() const
@@ -140,7 +140,7 @@ bool Transaction::isOpen() const
 bool Transaction::wasLost()
 {
     const bool isKnown = m_held && m_held->isLost;
-    if (!isKnown && (m_db == nullptr || Native::hasTransaction(*m_db)))
+    if (!isKnown && (m_db == nullptr || Backend::of(*m_db).hasTransaction(*m_db)))
         return false;
     if (m_held)
         m_held->isLost = true;

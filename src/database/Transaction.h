@@ -52,9 +52,9 @@ public:
 private:
     friend class Database;
 
-    /// Starts a transaction that @p session knows of. @p locked: with SQLite's write lock from the start.
-    Transaction(QSqlDatabase& db, Session& session, bool locked);
-    bool begin(bool locked);
+    /// Starts a transaction that @p session knows of: with @p statement, or as the driver does when that is empty.
+    Transaction(QSqlDatabase& db, Session& session, const QString& statement);
+    bool begin(const QString& statement);
     bool refuse();
     bool fail(const QString& reason, bool isUnavailable);
     bool failByDriver();

@@ -1,6 +1,6 @@
 #include "database/ValueConverter.h"
 
-#include "database/StorableText.h"
+#include "database/DbException.h"
 
 #include <QBuffer>
 #include <QJsonDocument>
@@ -36,7 +36,40 @@ const T* held(const QVariant& value)
     return value.userType() == qMetaTypeId<T>() ? static_cast<const T*>(value.constData()) : nullptr;
 }
 
+/// Whether every backend gives @p text back as it was.
+bool isStorable(const QString& text)
+{
+    const QChar* const end = text.constEnd();
+    for (const QChar* c = text.constBegin(); c != end; ++c) {
+        if (c->isNull() || c->unicode() >= 0xfffe || c->isLowSurrogate())
+            return false;
+        if (c->isHighSurrogate() && (++c == end || !c->isLowSurrogate()))
+            return false;
+    }
+    return true;
+}
+
+/// The form in which @p text is bound. Throws ExecutionException for a text that not every backend gives back as it
+/// was; it names @p placeholder, unless that is null.
+QString storable(const QString& text, const QString& placeholder)
+{
+    if (!isStorable(text))
+        refuseValue("A text with NUL characters, lone surrogates or noncharacters cannot be stored", placeholder);
+    // A leading byte order mark counts as no part of the text, for SQLite where it is bound and for PostgreSQL's driver
+    // where it is read; a second one does.
+    constexpr QChar byteOrderMark(QChar::ByteOrderMark);
+    return text.startsWith(byteOrderMark) ? byteOrderMark + text : text;
+}
+
 } // namespace
+
+void refuseValue(const char* reason, const QString& placeholder)
+{
+    QByteArray text(reason);
+    if (!placeholder.isNull())
+        text += " as \"" + placeholder.midRef(1).toLocal8Bit() + '"';
+    throw Exceptions::ExecutionException(text.constData());
+}
 
 ValueConverter::ValueConverter(QSqlQuery& query)
     : m_query(query)
@@ -84,25 +117,10 @@ void ValueConverter::bindValue(const QString& placeholder, signed char value)
     bind(placeholder, static_cast<int>(value));
 }
 
-void ValueConverter::bindValue(const QString& placeholder, short value)
-{
-    bind(placeholder, static_cast<int>(value));
-}
-
-void ValueConverter::bindValue(const QString& placeholder, int value)
-{
-    bind(placeholder, value);
-}
-
 void ValueConverter::bindValue(const QString& placeholder, unsigned int value)
 {
     // Not as an unsigned variant: SQLite's driver would bind that as a signed 32-bit number.
     bind(placeholder, static_cast<qint64>(value));
-}
-
-void ValueConverter::bindValue(const QString& placeholder, qint64 value)
-{
-    bind(placeholder, value);
 }
 
 void ValueConverter::bindValue(const QString& placeholder, quint64 value)
@@ -113,11 +131,6 @@ void ValueConverter::bindValue(const QString& placeholder, quint64 value)
     bind(placeholder, static_cast<qint64>(value));
 }
 
-void ValueConverter::bindValue(const QString& placeholder, bool value)
-{
-    bind(placeholder, value);
-}
-
 void ValueConverter::bindValue(const QString& placeholder, double value)
 {
     bind(placeholder, std::isnan(value) ? QVariant(QVariant::Double) : QVariant(value));
@@ -126,16 +139,6 @@ void ValueConverter::bindValue(const QString& placeholder, double value)
 void ValueConverter::bindValue(const QString& placeholder, const QString& value)
 {
     bind(placeholder, storable(value, placeholder));
-}
-
-void ValueConverter::bindValue(const QString& placeholder, const QUuid& value)
-{
-    bind(placeholder, value.toString());
-}
-
-void ValueConverter::bindValue(const QString& placeholder, const QByteArray& value)
-{
-    bind(placeholder, value);
 }
 
 void ValueConverter::bindValue(const QString& placeholder, const QDate& value)
@@ -168,75 +171,10 @@ void ValueConverter::bindValue(const QString& placeholder, const QJsonObject& va
     bindValue(placeholder, QString::fromUtf8(QJsonDocument(value).toJson(QJsonDocument::Compact)));
 }
 
-void ValueConverter::value(signed char& value, int column) const
-{
-    value = static_cast<signed char>(toInt32(column));
-}
-
 void ValueConverter::value(char& value, int column) const
 {
     const QString text = toString(column);
     value = text.isEmpty() ? '\0' : text.front().toLatin1();
-}
-
-void ValueConverter::value(short& value, int column) const
-{
-    value = toInt16(column);
-}
-
-void ValueConverter::value(int& value, int column) const
-{
-    value = toInt32(column);
-}
-
-void ValueConverter::value(qint64& value, int column) const
-{
-    value = toInt64(column);
-}
-
-void ValueConverter::value(bool& value, int column) const
-{
-    value = toBool(column);
-}
-
-void ValueConverter::value(float& value, int column) const
-{
-    value = static_cast<float>(toDouble(column));
-}
-
-void ValueConverter::value(double& value, int column) const
-{
-    value = toDouble(column);
-}
-
-void ValueConverter::value(QString& value, int column) const
-{
-    value = toString(column);
-}
-
-void ValueConverter::value(QByteArray& value, int column) const
-{
-    value = read(column).toByteArray();
-}
-
-void ValueConverter::value(QDate& value, int column) const
-{
-    value = toDate(column);
-}
-
-void ValueConverter::value(QDateTime& value, int column) const
-{
-    value = toDateTime(column);
-}
-
-void ValueConverter::value(QImage& value, int column) const
-{
-    value = toImage(column);
-}
-
-void ValueConverter::value(QJsonObject& value, int column) const
-{
-    value = toJsonObject(column);
 }
 
 bool ValueConverter::toBool(int column) const
@@ -246,21 +184,11 @@ bool ValueConverter::toBool(int column) const
     return number != nullptr ? *number != 0 : value.toBool();
 }
 
-qint16 ValueConverter::toInt16(int column) const
-{
-    return static_cast<qint16>(toInt32(column));
-}
-
 qint32 ValueConverter::toInt32(int column) const
 {
     const QVariant value = read(column);
     const qlonglong* const number = held<qlonglong>(value);
     return number != nullptr ? static_cast<qint32>(*number) : value.toInt();
-}
-
-qint64 ValueConverter::toInt64(int column) const
-{
-    return read(column).toLongLong();
 }
 
 unsigned int ValueConverter::toUint(int column) const
@@ -286,16 +214,6 @@ QString ValueConverter::toString(int column) const
     return text != nullptr ? *text : value.toString();
 }
 
-QDate ValueConverter::toDate(int column) const
-{
-    return read(column).toDate();
-}
-
-QDateTime ValueConverter::toDateTime(int column) const
-{
-    return read(column).toDateTime();
-}
-
 QDateTime ValueConverter::toUtcDateTime(int column) const
 {
     const QDateTime local = toDateTime(column);
@@ -314,11 +232,6 @@ int ValueConverter::columnCount() const
     return m_columnCount;
 }
 
-QUuid ValueConverter::toUuid(int column) const
-{
-    return QUuid(toString(column));
-}
-
 QImage ValueConverter::toImage(int column) const
 {
     return QImage::fromData(QByteArray::fromBase64(read(column).toByteArray()));
@@ -329,24 +242,9 @@ QJsonObject ValueConverter::toJsonObject(int column) const
     return QJsonDocument::fromJson(read(column).toByteArray()).object();
 }
 
-void ValueConverter::append(QList<QVariant>& list, int value) const
-{
-    list.append(value);
-}
-
-void ValueConverter::append(QList<QVariant>& list, qint64 value) const
-{
-    list.append(value);
-}
-
 void ValueConverter::append(QList<QVariant>& list, const QString& value) const
 {
     list.append(storable(value, QString()));
-}
-
-void ValueConverter::append(QList<QVariant>& list, const QByteArray& value) const
-{
-    list.append(value);
 }
 
 QString ValueConverter::type(const Enumerations::DataType& kind, unsigned int size) const

@@ -27,6 +27,7 @@ public:
     DataAccessFacade(const DataAccessFacade&) = delete;
     DataAccessFacade& operator=(const DataAccessFacade&) = delete;
 
+    /// See IDataAccessFacade.
     std::shared_ptr<Interfaces::IRepositoryManager> AddDatabase(std::shared_ptr<Interfaces::IConfig> config) override;
     std::shared_ptr<Interfaces::IRepositoryManager>
     GetRepositories(std::shared_ptr<Interfaces::IConfig> config) override;

@@ -15,6 +15,7 @@ class DATAACCESS_EXPORT EditorRepositoryManagerFactory : public QObject,
     Q_OBJECT
 
 public:
+    /// Owned by @p parent, if any.
     explicit EditorRepositoryManagerFactory(QObject* parent = nullptr);
     ~EditorRepositoryManagerFactory() override;
     EditorRepositoryManagerFactory(const EditorRepositoryManagerFactory&) = delete;

@@ -19,8 +19,8 @@ public:
     virtual ~IFactory() = default;
 
     /**
-     * Makes a manager with fresh repositories on @p worker and empty caches; each call another. Nothing of the database
-     * is touched. @p worker is not owned and may be null: the first use of a repository finds that out.
+     * Makes a manager with new repositories on @p worker and empty caches; each call makes another. Nothing of the
+     * database is touched. @p worker is not owned and may be null: the first use of a repository throws then.
      */
     virtual std::shared_ptr<T> create(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy) = 0;
 

@@ -15,6 +15,7 @@ class DATAACCESS_EXPORT LbRepositoryManagerFactory : public QObject,
     Q_OBJECT
 
 public:
+    /// Owned by @p parent, if any.
     explicit LbRepositoryManagerFactory(QObject* parent = nullptr);
     ~LbRepositoryManagerFactory() override;
     LbRepositoryManagerFactory(const LbRepositoryManagerFactory&) = delete;

@@ -14,6 +14,7 @@ class DATAACCESS_EXPORT PdRepositoryManagerFactory : public QObject,
     Q_OBJECT
 
 public:
+    /// Owned by @p parent, if any.
     explicit PdRepositoryManagerFactory(QObject* parent = nullptr);
     ~PdRepositoryManagerFactory() override;
     PdRepositoryManagerFactory(const PdRepositoryManagerFactory&) = delete;

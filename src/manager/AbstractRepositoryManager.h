@@ -1,7 +1,6 @@
 #pragma once
 
 #include "database/DataAccessExport.h"
-#include "manager/RepositorySlot.h"
 
 #include <QObject>
 
@@ -26,30 +25,32 @@ class DATAACCESS_EXPORT AbstractRepositoryManager : public QObject
     Q_OBJECT
 
 public:
+    /// Has no repositories yet.
     explicit AbstractRepositoryManager(QObject* parent = nullptr);
     ~AbstractRepositoryManager() override;
     AbstractRepositoryManager(const AbstractRepositoryManager&) = delete;
     AbstractRepositoryManager& operator=(const AbstractRepositoryManager&) = delete;
 
-    /// The context that works on this manager, held weakly: null when none was set, and when it is gone.
+    /// Sets the context that works on this manager, and holds it weakly: null when none was set, or it is gone.
     void SetContext(const std::shared_ptr<DataAccess::Context::AbstractContext>& context);
     std::shared_ptr<DataAccess::Context::AbstractContext> Context() const;
 
-    /// Whether the tables are of a newer layout than this build knows; then nothing is written to them unasked. False
-    /// unless set, before the manager is shared.
+    /// Whether the tables have a newer layout than this build knows; then nothing is written to them unasked. False
+    /// unless set; to be set before the manager is shared.
     void SetSchemaIsNewer(bool isNewer);
     bool SchemaIsNewer() const;
 
 protected:
-    /// Puts @p repository into @p slot, with a new cached view; the one that is there already keeps its view.
-    template <typename Plain, typename Cache>
-    void install(RepositorySlot<Plain, Cache>& slot, const std::shared_ptr<Plain>& repository)
+    /// Puts @p repository into @p slot, with a new cached view where the slot has one; the repository that is there
+    /// already keeps its view.
+    template <typename Slot, typename Plain>
+    void install(Slot& slot, const std::shared_ptr<Plain>& repository)
     {
         if (slot.set(repository))
             m_repositories.emplace_back(repository);
     }
 
-    /// Every repository that was ever installed, in that order, those that are gone included.
+    /// Every repository that was ever installed behind a view, in that order; those that are gone have expired.
     const std::vector<std::weak_ptr<void>>& repositories() const;
 
 private:

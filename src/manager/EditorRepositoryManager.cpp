@@ -1,8 +1,6 @@
 #include "manager/EditorRepositoryManager.h"
 
-#include "repositories/cables/PhaseRepositoryCached.h"
-#include "repositories/cables/PointRepositoryCached.h"
-#include "repositories/cables/SegmentRepositoryCached.h"
+#include "manager/private/RepositorySlots.h"
 
 namespace DataAccess::Interfaces {
 
@@ -12,44 +10,10 @@ IEditorRepositoryManager::~IEditorRepositoryManager() = default;
 
 namespace DataAccess::Manager {
 
-using Cables::Entities::Cable;
-using Cables::Entities::Insulation;
-using Cables::Entities::Owner;
-using Cables::Entities::Phase;
-using Cables::Entities::Point;
-using Cables::Entities::Rating;
-using Cables::Entities::Route;
-using Cables::Entities::Segment;
-using Cables::Entities::SegmentDetail;
-using Cables::Entities::SegmentType;
-using Cables::Entities::Station;
-using Cables::Entities::Switchgear;
-using Cables::Entities::Termination;
-using Interfaces::IRepository;
+using namespace Cables::Entities;
 
-namespace {
-
-template <typename T, typename Cache = Repositories::RepositoryCache<T>>
-using Slot = RepositorySlot<IRepository<T>, Cache>;
-
-} // namespace
-
-struct EditorRepositoryManager::Data
-{
-    Slot<Cable> cable;
-    Slot<Insulation> insulation;
-    Slot<Owner> owner;
-    Slot<Phase, Repositories::PhaseRepositoryCached> phase;
-    Slot<Point, Repositories::PointRepositoryCached> point;
-    Slot<Rating> rating;
-    Slot<Route> route;
-    Slot<SegmentDetail> segmentDetail;
-    Slot<Segment, Repositories::SegmentRepositoryCached> segment;
-    Slot<SegmentType> segmentType;
-    Slot<Station> station;
-    Slot<Switchgear> switchgear;
-    Slot<Termination> termination;
-};
+struct EditorRepositoryManager::Data : RepositorySlots<EditorKinds>
+{};
 
 EditorRepositoryManager::EditorRepositoryManager(QObject* parent)
     : AbstractRepositoryManager(parent)
@@ -58,199 +22,199 @@ EditorRepositoryManager::EditorRepositoryManager(QObject* parent)
 
 EditorRepositoryManager::~EditorRepositoryManager() = default;
 
-std::shared_ptr<IRepository<Cable>> EditorRepositoryManager::CableRepository() const
+EditorRepositoryManager::RepositoryOf<Cable> EditorRepositoryManager::CableRepository() const
 {
-    return m_data->cable.plain();
+    return m_data->of<Cable>().plain();
 }
 
-std::shared_ptr<IRepository<Cable>> EditorRepositoryManager::CableRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Cable> EditorRepositoryManager::CableRepositoryCached() const
 {
-    return m_data->cable.cached();
+    return m_data->of<Cable>().cached();
 }
 
-void EditorRepositoryManager::SetCableRepository(const std::shared_ptr<IRepository<Cable>>& repository)
+void EditorRepositoryManager::SetCableRepository(const RepositoryOf<Cable>& repository)
 {
-    install(m_data->cable, repository);
+    install(m_data->of<Cable>(), repository);
 }
 
-std::shared_ptr<IRepository<Insulation>> EditorRepositoryManager::InsulationRepository() const
+EditorRepositoryManager::RepositoryOf<Insulation> EditorRepositoryManager::InsulationRepository() const
 {
-    return m_data->insulation.plain();
+    return m_data->of<Insulation>().plain();
 }
 
-std::shared_ptr<IRepository<Insulation>> EditorRepositoryManager::InsulationRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Insulation> EditorRepositoryManager::InsulationRepositoryCached() const
 {
-    return m_data->insulation.cached();
+    return m_data->of<Insulation>().cached();
 }
 
-void EditorRepositoryManager::SetInsulationRepository(const std::shared_ptr<IRepository<Insulation>>& repository)
+void EditorRepositoryManager::SetInsulationRepository(const RepositoryOf<Insulation>& repository)
 {
-    install(m_data->insulation, repository);
+    install(m_data->of<Insulation>(), repository);
 }
 
-std::shared_ptr<IRepository<Owner>> EditorRepositoryManager::OwnerRepository() const
+EditorRepositoryManager::RepositoryOf<Owner> EditorRepositoryManager::OwnerRepository() const
 {
-    return m_data->owner.plain();
+    return m_data->of<Owner>().plain();
 }
 
-std::shared_ptr<IRepository<Owner>> EditorRepositoryManager::OwnerRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Owner> EditorRepositoryManager::OwnerRepositoryCached() const
 {
-    return m_data->owner.cached();
+    return m_data->of<Owner>().cached();
 }
 
-void EditorRepositoryManager::SetOwnerRepository(const std::shared_ptr<IRepository<Owner>>& repository)
+void EditorRepositoryManager::SetOwnerRepository(const RepositoryOf<Owner>& repository)
 {
-    install(m_data->owner, repository);
+    install(m_data->of<Owner>(), repository);
 }
 
-std::shared_ptr<IRepository<Phase>> EditorRepositoryManager::PhaseRepository() const
+EditorRepositoryManager::RepositoryOf<Phase> EditorRepositoryManager::PhaseRepository() const
 {
-    return m_data->phase.plain();
+    return m_data->of<Phase>().plain();
 }
 
-std::shared_ptr<IRepository<Phase>> EditorRepositoryManager::PhaseRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Phase> EditorRepositoryManager::PhaseRepositoryCached() const
 {
-    return m_data->phase.cached();
+    return m_data->of<Phase>().cached();
 }
 
-void EditorRepositoryManager::SetPhaseRepository(const std::shared_ptr<IRepository<Phase>>& repository)
+void EditorRepositoryManager::SetPhaseRepository(const RepositoryOf<Phase>& repository)
 {
-    install(m_data->phase, repository);
+    install(m_data->of<Phase>(), repository);
 }
 
-std::shared_ptr<IRepository<Point>> EditorRepositoryManager::PointRepository() const
+EditorRepositoryManager::RepositoryOf<Point> EditorRepositoryManager::PointRepository() const
 {
-    return m_data->point.plain();
+    return m_data->of<Point>().plain();
 }
 
-std::shared_ptr<IRepository<Point>> EditorRepositoryManager::PointRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Point> EditorRepositoryManager::PointRepositoryCached() const
 {
-    return m_data->point.cached();
+    return m_data->of<Point>().cached();
 }
 
-void EditorRepositoryManager::SetPointRepository(const std::shared_ptr<IRepository<Point>>& repository)
+void EditorRepositoryManager::SetPointRepository(const RepositoryOf<Point>& repository)
 {
-    install(m_data->point, repository);
+    install(m_data->of<Point>(), repository);
 }
 
-std::shared_ptr<IRepository<Rating>> EditorRepositoryManager::RatingRepository() const
+EditorRepositoryManager::RepositoryOf<Rating> EditorRepositoryManager::RatingRepository() const
 {
-    return m_data->rating.plain();
+    return m_data->of<Rating>().plain();
 }
 
-std::shared_ptr<IRepository<Rating>> EditorRepositoryManager::RatingRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Rating> EditorRepositoryManager::RatingRepositoryCached() const
 {
-    return m_data->rating.cached();
+    return m_data->of<Rating>().cached();
 }
 
-void EditorRepositoryManager::SetRatingRepository(const std::shared_ptr<IRepository<Rating>>& repository)
+void EditorRepositoryManager::SetRatingRepository(const RepositoryOf<Rating>& repository)
 {
-    install(m_data->rating, repository);
+    install(m_data->of<Rating>(), repository);
 }
 
-std::shared_ptr<IRepository<Route>> EditorRepositoryManager::RouteRepository() const
+EditorRepositoryManager::RepositoryOf<Route> EditorRepositoryManager::RouteRepository() const
 {
-    return m_data->route.plain();
+    return m_data->of<Route>().plain();
 }
 
-std::shared_ptr<IRepository<Route>> EditorRepositoryManager::RouteRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Route> EditorRepositoryManager::RouteRepositoryCached() const
 {
-    return m_data->route.cached();
+    return m_data->of<Route>().cached();
 }
 
-void EditorRepositoryManager::SetRouteRepository(const std::shared_ptr<IRepository<Route>>& repository)
+void EditorRepositoryManager::SetRouteRepository(const RepositoryOf<Route>& repository)
 {
-    install(m_data->route, repository);
+    install(m_data->of<Route>(), repository);
 }
 
-std::shared_ptr<IRepository<SegmentDetail>> EditorRepositoryManager::SegmentDetailRepository() const
+EditorRepositoryManager::RepositoryOf<SegmentDetail> EditorRepositoryManager::SegmentDetailRepository() const
 {
-    return m_data->segmentDetail.plain();
+    return m_data->of<SegmentDetail>().plain();
 }
 
-std::shared_ptr<IRepository<SegmentDetail>> EditorRepositoryManager::SegmentDetailRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<SegmentDetail> EditorRepositoryManager::SegmentDetailRepositoryCached() const
 {
-    return m_data->segmentDetail.cached();
+    return m_data->of<SegmentDetail>().cached();
 }
 
-void EditorRepositoryManager::SetSegmentDetailRepository(const std::shared_ptr<IRepository<SegmentDetail>>& repository)
+void EditorRepositoryManager::SetSegmentDetailRepository(const RepositoryOf<SegmentDetail>& repository)
 {
-    install(m_data->segmentDetail, repository);
+    install(m_data->of<SegmentDetail>(), repository);
 }
 
-std::shared_ptr<IRepository<Segment>> EditorRepositoryManager::SegmentRepository() const
+EditorRepositoryManager::RepositoryOf<Segment> EditorRepositoryManager::SegmentRepository() const
 {
-    return m_data->segment.plain();
+    return m_data->of<Segment>().plain();
 }
 
-std::shared_ptr<IRepository<Segment>> EditorRepositoryManager::SegmentRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Segment> EditorRepositoryManager::SegmentRepositoryCached() const
 {
-    return m_data->segment.cached();
+    return m_data->of<Segment>().cached();
 }
 
-void EditorRepositoryManager::SetSegmentRepository(const std::shared_ptr<IRepository<Segment>>& repository)
+void EditorRepositoryManager::SetSegmentRepository(const RepositoryOf<Segment>& repository)
 {
-    install(m_data->segment, repository);
+    install(m_data->of<Segment>(), repository);
 }
 
-std::shared_ptr<IRepository<SegmentType>> EditorRepositoryManager::SegmentTypeRepository() const
+EditorRepositoryManager::RepositoryOf<SegmentType> EditorRepositoryManager::SegmentTypeRepository() const
 {
-    return m_data->segmentType.plain();
+    return m_data->of<SegmentType>().plain();
 }
 
-std::shared_ptr<IRepository<SegmentType>> EditorRepositoryManager::SegmentTypeRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<SegmentType> EditorRepositoryManager::SegmentTypeRepositoryCached() const
 {
-    return m_data->segmentType.cached();
+    return m_data->of<SegmentType>().cached();
 }
 
-void EditorRepositoryManager::SetSegmentTypeRepository(const std::shared_ptr<IRepository<SegmentType>>& repository)
+void EditorRepositoryManager::SetSegmentTypeRepository(const RepositoryOf<SegmentType>& repository)
 {
-    install(m_data->segmentType, repository);
+    install(m_data->of<SegmentType>(), repository);
 }
 
-std::shared_ptr<IRepository<Station>> EditorRepositoryManager::StationRepository() const
+EditorRepositoryManager::RepositoryOf<Station> EditorRepositoryManager::StationRepository() const
 {
-    return m_data->station.plain();
+    return m_data->of<Station>().plain();
 }
 
-std::shared_ptr<IRepository<Station>> EditorRepositoryManager::StationRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Station> EditorRepositoryManager::StationRepositoryCached() const
 {
-    return m_data->station.cached();
+    return m_data->of<Station>().cached();
 }
 
-void EditorRepositoryManager::SetStationRepository(const std::shared_ptr<IRepository<Station>>& repository)
+void EditorRepositoryManager::SetStationRepository(const RepositoryOf<Station>& repository)
 {
-    install(m_data->station, repository);
+    install(m_data->of<Station>(), repository);
 }
 
-std::shared_ptr<IRepository<Switchgear>> EditorRepositoryManager::SwitchgearRepository() const
+EditorRepositoryManager::RepositoryOf<Switchgear> EditorRepositoryManager::SwitchgearRepository() const
 {
-    return m_data->switchgear.plain();
+    return m_data->of<Switchgear>().plain();
 }
 
-std::shared_ptr<IRepository<Switchgear>> EditorRepositoryManager::SwitchgearRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Switchgear> EditorRepositoryManager::SwitchgearRepositoryCached() const
 {
-    return m_data->switchgear.cached();
+    return m_data->of<Switchgear>().cached();
 }
 
-void EditorRepositoryManager::SetSwitchgearRepository(const std::shared_ptr<IRepository<Switchgear>>& repository)
+void EditorRepositoryManager::SetSwitchgearRepository(const RepositoryOf<Switchgear>& repository)
 {
-    install(m_data->switchgear, repository);
+    install(m_data->of<Switchgear>(), repository);
 }
 
-std::shared_ptr<IRepository<Termination>> EditorRepositoryManager::TerminationRepository() const
+EditorRepositoryManager::RepositoryOf<Termination> EditorRepositoryManager::TerminationRepository() const
 {
-    return m_data->termination.plain();
+    return m_data->of<Termination>().plain();
 }
 
-std::shared_ptr<IRepository<Termination>> EditorRepositoryManager::TerminationRepositoryCached() const
+EditorRepositoryManager::RepositoryOf<Termination> EditorRepositoryManager::TerminationRepositoryCached() const
 {
-    return m_data->termination.cached();
+    return m_data->of<Termination>().cached();
 }
 
-void EditorRepositoryManager::SetTerminationRepository(const std::shared_ptr<IRepository<Termination>>& repository)
+void EditorRepositoryManager::SetTerminationRepository(const RepositoryOf<Termination>& repository)
 {
-    install(m_data->termination, repository);
+    install(m_data->of<Termination>(), repository);
 }
 
 } // namespace DataAccess::Manager

@@ -23,12 +23,15 @@ namespace DataAccess::Interfaces {
 class DATAACCESS_EXPORT IEditorRepositoryManager
 {
 public:
+    /// A repository, plain or behind a cache.
     template <typename T>
     using RepositoryOf = std::shared_ptr<IRepository<T>>;
 
     virtual ~IEditorRepositoryManager();
 
     // Applications rely on the order of these.
+    /// The repository of one kind, which always asks the database, or the view that caches what it has read; null until
+    /// the manager has been given one.
     virtual RepositoryOf<Cables::Entities::Point> PointRepository() const = 0;
     virtual RepositoryOf<Cables::Entities::Point> PointRepositoryCached() const = 0;
     virtual RepositoryOf<Cables::Entities::Rating> RatingRepository() const = 0;

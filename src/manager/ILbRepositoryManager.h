@@ -11,15 +11,17 @@ namespace DataAccess::Interfaces {
 class DATAACCESS_EXPORT ILbRepositoryManager
 {
 public:
+    /// A repository of measures, plain or behind a cache.
     using Measures = IRepository<LB::Entities::CablebookMeasure>;
 
     virtual ~ILbRepositoryManager();
 
     // Applications rely on the order of these.
-    /// Null until one has been set.
+    /// The repository, which always asks the database; null until one has been set.
     virtual std::shared_ptr<Measures> CablebookMeasuresRepository() const = 0;
+    /// The view that caches what it has read; null until a repository has been set.
     virtual std::shared_ptr<Measures> CablebookMeasuresRepositoryCached() const = 0;
-    /// Another repository comes with a new, empty view; the one already set keeps its view and what that has cached.
+    /// Sets the repository, with a new, empty view; the one already set keeps its view and what that has cached.
     virtual void SetCablebookMeasuresRepository(const std::shared_ptr<Measures>& repository) = 0;
 
 protected:

@@ -31,6 +31,8 @@ public:
     virtual ~IPdRepositoryManager();
 
     // Applications rely on the order of these.
+    /// The repository of one kind, which always asks the database, or the view that caches what it has read; null until
+    /// the manager has been given one.
     virtual std::shared_ptr<Repositories::PdTaskRepository> PdTaskRepository() const = 0;
     virtual std::shared_ptr<IRepository<PD::Entities::PdTask>> PdTaskRepositoryCached() const = 0;
     virtual std::shared_ptr<Repositories::PdReportRepository> PdReportRepository() const = 0;

@@ -11,6 +11,7 @@ class DATAACCESS_EXPORT LbRepositoryManager : public AbstractRepositoryManager, 
     Q_OBJECT
 
 public:
+    /// Has no repositories yet. Its owner is whoever shares it, not @p parent.
     explicit LbRepositoryManager(QObject* parent = nullptr);
     ~LbRepositoryManager() override;
     LbRepositoryManager(const LbRepositoryManager&) = delete;

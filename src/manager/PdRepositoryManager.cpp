@@ -1,15 +1,6 @@
 #include "manager/PdRepositoryManager.h"
 
-#include "repositories/RepositoryCache.h"
-#include "repositories/cables/RatingRepository.h"
-#include "repositories/pd/PdFileRepository.h"
-#include "repositories/pd/PdIecOverviewRepository.h"
-#include "repositories/pd/PdLbDiagramRepository.h"
-#include "repositories/pd/PdMappingEventRepository.h"
-#include "repositories/pd/PdReportRepository.h"
-#include "repositories/pd/PdSummaryReporsitory.h"
-#include "repositories/pd/PdTaskInfoRepository.h"
-#include "repositories/pd/PdTaskRepository.h"
+#include "manager/private/RepositorySlots.h"
 
 namespace DataAccess::Interfaces {
 
@@ -19,23 +10,11 @@ IPdRepositoryManager::~IPdRepositoryManager() = default;
 
 namespace DataAccess::Manager {
 
-using PD::Entities::PdFile;
-using PD::Entities::PdReport;
-using PD::Entities::PdTask;
-using Repositories::RepositoryCache;
+using namespace PD::Entities;
+using Cables::Entities::Rating;
 
-struct PdRepositoryManager::Data
-{
-    RepositorySlot<Repositories::PdFileRepository, RepositoryCache<PdFile>> file;
-    RepositorySlot<Repositories::PdReportRepository, RepositoryCache<PdReport>> report;
-    RepositorySlot<Repositories::PdTaskRepository, RepositoryCache<PdTask>> task;
-    std::shared_ptr<Repositories::PdIecOverviewRepository> iecOverview;
-    std::shared_ptr<Repositories::PdMappingEventRepository> mappingEvent;
-    std::shared_ptr<Repositories::PdLbDiagramRepository> lbDiagram;
-    std::shared_ptr<Repositories::PdSummaryReporsitory> summary;
-    std::shared_ptr<Repositories::PdTaskInfoRepository> taskInfo;
-    std::shared_ptr<Repositories::RatingRepository> rating;
-};
+struct PdRepositoryManager::Data : RepositorySlots<PdKinds>
+{};
 
 PdRepositoryManager::PdRepositoryManager(QObject* parent)
     : AbstractRepositoryManager(parent)
@@ -46,110 +25,110 @@ PdRepositoryManager::~PdRepositoryManager() = default;
 
 std::shared_ptr<Repositories::PdFileRepository> PdRepositoryManager::PdFileRepository() const
 {
-    return m_data->file.plain();
+    return m_data->of<PdFile>().plain();
 }
 
 std::shared_ptr<Interfaces::IRepository<PdFile>> PdRepositoryManager::PdFileRepositoryCached() const
 {
-    return m_data->file.cached();
+    return m_data->of<PdFile>().cached();
 }
 
 void PdRepositoryManager::SetPdFileRepository(const std::shared_ptr<Repositories::PdFileRepository>& repository)
 {
-    install(m_data->file, repository);
+    install(m_data->of<PdFile>(), repository);
 }
 
 std::shared_ptr<Repositories::PdReportRepository> PdRepositoryManager::PdReportRepository() const
 {
-    return m_data->report.plain();
+    return m_data->of<PdReport>().plain();
 }
 
 std::shared_ptr<Interfaces::IRepository<PdReport>> PdRepositoryManager::PdReportRepositoryCached() const
 {
-    return m_data->report.cached();
+    return m_data->of<PdReport>().cached();
 }
 
 void PdRepositoryManager::SetPdReportRepository(const std::shared_ptr<Repositories::PdReportRepository>& repository)
 {
-    install(m_data->report, repository);
+    install(m_data->of<PdReport>(), repository);
 }
 
 std::shared_ptr<Repositories::PdTaskRepository> PdRepositoryManager::PdTaskRepository() const
 {
-    return m_data->task.plain();
+    return m_data->of<PdTask>().plain();
 }
 
 std::shared_ptr<Interfaces::IRepository<PdTask>> PdRepositoryManager::PdTaskRepositoryCached() const
 {
-    return m_data->task.cached();
+    return m_data->of<PdTask>().cached();
 }
 
 void PdRepositoryManager::SetPdTaskRepository(const std::shared_ptr<Repositories::PdTaskRepository>& repository)
 {
-    install(m_data->task, repository);
+    install(m_data->of<PdTask>(), repository);
 }
 
 std::shared_ptr<Repositories::PdIecOverviewRepository> PdRepositoryManager::PdIecOverviewRepository() const
 {
-    return m_data->iecOverview;
+    return m_data->of<PdIecOverview>().plain();
 }
 
 void PdRepositoryManager::SetPdIecOverviewRepository(
     const std::shared_ptr<Repositories::PdIecOverviewRepository>& repository)
 {
-    m_data->iecOverview = repository;
+    install(m_data->of<PdIecOverview>(), repository);
 }
 
 std::shared_ptr<Repositories::PdMappingEventRepository> PdRepositoryManager::PdMappingEventRepository() const
 {
-    return m_data->mappingEvent;
+    return m_data->of<PdMappingEvent>().plain();
 }
 
 void PdRepositoryManager::SetPdMappingEventRepository(
     const std::shared_ptr<Repositories::PdMappingEventRepository>& repository)
 {
-    m_data->mappingEvent = repository;
+    install(m_data->of<PdMappingEvent>(), repository);
 }
 
 std::shared_ptr<Repositories::PdLbDiagramRepository> PdRepositoryManager::PdLbDiagramRepository() const
 {
-    return m_data->lbDiagram;
+    return m_data->of<PdLbDiagram>().plain();
 }
 
 void PdRepositoryManager::SetPdLbDiagramRepository(
     const std::shared_ptr<Repositories::PdLbDiagramRepository>& repository)
 {
-    m_data->lbDiagram = repository;
+    install(m_data->of<PdLbDiagram>(), repository);
 }
 
 std::shared_ptr<Repositories::PdSummaryReporsitory> PdRepositoryManager::PdSummaryRepository() const
 {
-    return m_data->summary;
+    return m_data->of<PdSummary>().plain();
 }
 
 void PdRepositoryManager::SetPdSummaryRepository(const std::shared_ptr<Repositories::PdSummaryReporsitory>& repository)
 {
-    m_data->summary = repository;
+    install(m_data->of<PdSummary>(), repository);
 }
 
 std::shared_ptr<Repositories::PdTaskInfoRepository> PdRepositoryManager::PdTaskInfoRepository() const
 {
-    return m_data->taskInfo;
+    return m_data->of<PdTaskInfo>().plain();
 }
 
 void PdRepositoryManager::SetPdTaskInfoRepository(const std::shared_ptr<Repositories::PdTaskInfoRepository>& repository)
 {
-    m_data->taskInfo = repository;
+    install(m_data->of<PdTaskInfo>(), repository);
 }
 
 std::shared_ptr<Repositories::RatingRepository> PdRepositoryManager::RatingRepository() const
 {
-    return m_data->rating;
+    return m_data->of<Rating>().plain();
 }
 
 void PdRepositoryManager::SetRatingRepository(const std::shared_ptr<Repositories::RatingRepository>& repository)
 {
-    m_data->rating = repository;
+    install(m_data->of<Rating>(), repository);
 }
 
 } // namespace DataAccess::Manager

@@ -8,7 +8,7 @@ namespace DataAccess::Manager {
 
 /**
  * Joins the managers and contexts of one database, of which it shares the ownership. Any thread may call the accessors.
- * The contexts are let go of before the managers that they work on.
+ * The contexts are released before the managers that they work on.
  */
 class DATAACCESS_EXPORT RepositoryManager : public QObject, public Interfaces::IRepositoryManager
 {
@@ -26,6 +26,7 @@ public:
     RepositoryManager(const RepositoryManager&) = delete;
     RepositoryManager& operator=(const RepositoryManager&) = delete;
 
+    /// What the constructor was given.
     std::shared_ptr<Interfaces::IEditorRepositoryManager> EditorRepositories() const override;
     std::shared_ptr<Interfaces::IPdRepositoryManager> PdRepositories() const override;
     std::shared_ptr<Interfaces::ILbRepositoryManager> LbRepositories() const override;

@@ -1,11 +1,11 @@
 #include "migration/AbstractMigrationManager.h"
 
+#include "database/DbException.h"
 #include "database/DbWorker.h"
-#include "database/ExecutionException.h"
 #include "database/Failure.h"
 #include "database/IDatabase.h"
-#include "database/NotOpenException.h"
 #include "database/Task.h"
+#include "database/backends/Backend.h"
 #include "migration/Backup.h"
 #include "migration/MigrationModule.h"
 #include "migration/MigrationStep.h"
@@ -60,7 +60,7 @@ Result run(DbWorker* worker, const MigrationModule& module, const char* function
 /// for a locked one.
 bool mayComeUp(IDatabase& db)
 {
-    const bool refusedFile = db.Config() && db.Config()->Type() != Enumerations::Postgres && !db.OpenError().isEmpty();
+    const bool refusedFile = !Database::Backend::of(db).isServer() && !db.OpenError().isEmpty();
     return db.WasBlockedByStartup() && !refusedFile;
 }
 
@@ -137,17 +137,14 @@ bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 from,
 
 bool hasSequence(IDatabase& db, const QString& table)
 {
-    return !StatementRunner(db)
-                .rows(QStringLiteral("SELECT oid FROM pg_class WHERE relkind = 'S' AND relname = '%1_s' "
-                                     "AND pg_table_is_visible(oid)")
-                          .arg(table))
-                .isEmpty();
+    const QString select = Database::Backend::of(db).sequenceSearch();
+    return !select.isEmpty() && !StatementRunner(db).rows(select.arg(table)).isEmpty();
 }
 
 /// The sequence of a table that was dropped stays, and serves the table that takes its place.
 bool createSequence(IDatabase& db, const QString& table)
 {
-    if (db.Config()->Type() == Enumerations::Postgres && hasSequence(db, table))
+    if (hasSequence(db, table))
         return true;
     return db.CreateSequence(table);
 }

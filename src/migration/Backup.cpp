@@ -1,9 +1,10 @@
 #include "migration/Backup.h"
 
-#include "database/ExecutionException.h"
-#include "database/FilePublication.h"
+#include "database/DbException.h"
 #include "database/IDatabase.h"
-#include "database/native/SqliteStatement.h"
+#include "database/backends/Backend.h"
+#include "database/backends/SqliteFamily.h"
+#include "database/private/Files.h"
 #include "migration/FileCopy.h"
 #include "migration/MigrationModule.h"
 #include "migration/SchemaVersion.h"
@@ -54,7 +55,7 @@ Backup::Backup(StatementRunner& statements, const MigrationModule& module)
 void Backup::make()
 {
     const auto config = m_statements.database().Config();
-    if (!config->BackupBeforeMigration() || config->Type() == Enumerations::SQLite2)
+    if (!config->BackupBeforeMigration() || Database::Backend::of(m_statements.database()).keepsOriginal())
         return;
     try {
         const TableRows tables = countRows();
@@ -98,7 +99,7 @@ void Backup::copyFile(const TableRows& tables)
 {
     // Asked for its driver only.
     const QSqlDriver* const driver = m_statements.database().Query().driver();
-    sqlite3* const database = driver == nullptr ? nullptr : Database::Native::sqliteDatabase(*driver);
+    sqlite3* const database = driver == nullptr ? nullptr : Database::sqliteDatabase(*driver);
     if (database == nullptr)
         throw ExecutionException("the database driver has a copy of SQLite of its own, which cannot be used for it");
     const FileCopy copy(database);

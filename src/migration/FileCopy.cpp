@@ -1,8 +1,8 @@
 #include "migration/FileCopy.h"
 
-#include "database/ExecutionException.h"
-#include "database/FilePublication.h"
-#include "database/SqliteBackup.h"
+#include "database/DbException.h"
+#include "database/backends/SqliteBackup.h"
+#include "database/private/Files.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "migration/IdSpelling.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/Failure.h"
 #include "database/IDatabase.h"
 #include "database/LoggingCategories.h"

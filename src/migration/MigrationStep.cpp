@@ -1,6 +1,6 @@
 #include "migration/MigrationStep.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/IDatabase.h"
 
 #include <QSqlRecord>

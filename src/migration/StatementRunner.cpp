@@ -1,8 +1,8 @@
 #include "migration/StatementRunner.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/IDatabase.h"
-#include "database/StatementError.h"
+#include "database/backends/Backend.h"
 
 #include <QDateTime>
 #include <QSqlError>
@@ -41,7 +41,7 @@ QSqlQuery& prepare(IDatabase& db, const QString& statement)
     QSqlQuery& query = db.Query();
     query.setForwardOnly(true);
     if (!query.prepare(statement))
-        fail("preparation of query failed:", Database::errorText(query.lastError()));
+        fail("preparation of query failed:", Database::Backend::errorText(query.lastError()));
     return query;
 }
 
@@ -79,7 +79,7 @@ StatementRunner::Rows readAll(QSqlQuery& query)
         rows.append(row);
     }
     if (query.lastError().isValid())
-        fail(executionFailed, Database::errorText(query.lastError()));
+        fail(executionFailed, Database::Backend::errorText(query.lastError()));
     return rows;
 }
 
@@ -91,7 +91,7 @@ StatementRunner::StatementRunner(IDatabase& db)
 
 bool StatementRunner::isPostgres() const
 {
-    return m_db.Config()->Type() == Enumerations::Postgres;
+    return Database::Backend::of(m_db).isServer();
 }
 
 void StatementRunner::execute(const QString& statement)

@@ -24,8 +24,11 @@ template <typename T>
 class DATAACCESS_EXPORT IRepository
 {
 public:
+    /// Entities by their id.
     using Entities = QHash<QUuid, std::shared_ptr<T>>;
+    /// The entities of a batch, in the order in which they are written.
     using EntityList = std::vector<std::shared_ptr<T>>;
+    /// An answer that is to come.
     template <typename Result>
     using Task = ::DataAccess::Database::Task<Result>;
 

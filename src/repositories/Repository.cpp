@@ -6,6 +6,7 @@
 #include "database/GenericDml.h"
 #include "database/LoggingCategories.h"
 #include "database/Operation.h"
+#include "repositories/RepositoryCache.h"
 
 #include <optional>
 #include <stdexcept>
@@ -55,6 +56,13 @@ bool runForEachRow(IDatabase& db, const std::vector<std::shared_ptr<Entity>>& en
 }
 
 } // namespace
+
+void warnOfUnsuitableRepository(const char* function)
+{
+    const char* const reason = "The repository behind the cache cannot answer this query";
+    qCWarning(lcDatabase) << function << reason;
+    Database::FailureWatch::report({QString::fromLatin1(reason), Database::Failure::Kind::Statement, {}, {}});
+}
 
 struct Repository::Data
 {

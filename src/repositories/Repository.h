@@ -30,7 +30,7 @@ class DATAACCESS_EXPORT Repository : public QObject
     Q_OBJECT
 
 public:
-    /// Holds @p manager weakly. A null @p worker is found out by the first operation.
+    /// Holds @p manager weakly. A null @p worker makes the first operation throw.
     Repository(Database::DbWorker* worker, const QString& table, Enumerations::LoadingStrategies strategy,
                const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent = nullptr);
     ~Repository() override;
@@ -38,19 +38,23 @@ public:
     Repository& operator=(const Repository&) = delete;
 
 protected:
+    /// Entities of any kind.
     using EntityVector = std::vector<std::shared_ptr<QOR::Entities::Entity>>;
 
+    /// What the constructor was given.
     Database::DbWorker* dbWorker() const;
     const QString& table() const;
     Enumerations::LoadingStrategies loadingStrategy() const;
+
     /// The manager that made the repository; null when it is gone.
     std::shared_ptr<Manager::AbstractRepositoryManager> manager() const;
 
+    /// Queue what IRepository says of Count(), Delete() and Remove(). The caller owns the task.
     Database::Task<unsigned int>* count();
     Database::Task<bool>* del(EntityVector entities);
     Database::Task<bool>* remove(EntityVector entities);
 
-    /// Does something to the row of one entity, which may be null; false when that cannot be done, which it reports.
+    /// Changes the row of one entity, which may be null. Reports a failure and returns false.
     using RowOperation = std::function<bool(Interfaces::IDatabase&, QOR::Entities::Entity*)>;
     /// Queues @p operation on each entity in one transaction. One that gives false does not stop the others, unless it
     /// reported that the database is locked or out of reach. Then, as with a DbException, nothing of the batch is kept.
@@ -64,7 +68,7 @@ protected:
         enqueue(task->toJob());
         return task.release();
     }
-    /// Queues @p job, whose end nobody waits for. Throws std::invalid_argument without a worker.
+    /// Queues @p job without a task to wait for. Throws std::invalid_argument without a worker.
     void enqueue(Database::Job job);
 
 private:

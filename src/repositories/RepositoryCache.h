@@ -32,12 +32,14 @@ template <typename T>
 class DATAACCESS_EXPORT RepositoryCache : public Interfaces::ICachedRepository<T>
 {
 public:
+    /// See IRepository.
     using IRepository = Interfaces::IRepository<T>;
     using Entities = typename IRepository::Entities;
     using EntityList = typename IRepository::EntityList;
     template <typename Result>
     using Task = Database::Task<Result>;
 
+    /// Shares @p repository, which may be null. Reads nothing yet.
     explicit RepositoryCache(const std::shared_ptr<IRepository>& repository)
         : m_repository(repository)
     {}
@@ -45,7 +47,7 @@ public:
     RepositoryCache& operator=(const RepositoryCache&) = delete;
     ~RepositoryCache() override = default;
 
-    /// What is cached. Only when that is nothing the table is read. An id that was not found has a null entity.
+    /// Returns what is cached; reads the table only when that is nothing. An id that was not found has a null entity.
     Entities GetAll() override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -60,7 +62,7 @@ public:
         return m_cache;
     }
 
-    /// The entity of @p id; that there is none is remembered too.
+    /// Returns the entity of @p id, and remembers also that there is none.
     std::shared_ptr<T> GetById(QUuid id) override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -134,7 +136,7 @@ public:
     Task<unsigned int>* CountAsync() override { return repository().CountAsync(); }
 
 protected:
-    // These three are for what ask() and searchOrAsk() call, which hold the lock.
+    // These three are called from within ask() and searchOrAsk(), which hold the lock.
 
     /// Puts @p entity into the cache, in place of another of its id.
     void cache(const std::shared_ptr<T>& entity) { changeable().insert(entity->Id(), entity); }

@@ -1,6 +1,6 @@
 #include "transfer/DatabaseCopy.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "transfer/private/TableRows.h"
 
 #include <QCryptographicHash>

@@ -17,9 +17,9 @@ struct SchemaTable;
 /// What a table holds: the number of its rows, and the SHA-256 of their lines in a dump.
 struct TableDigest
 {
-    QString table;
-    qint64 rows = 0;
-    QByteArray sha256;
+    QString table;     ///< Name of the table.
+    qint64 rows = 0;   ///< Number of its rows.
+    QByteArray sha256; ///< Digest of their lines, 32 bytes.
 };
 
 /// The digests of all tables of the schema, as they are at one moment. @p progress is told the rows read.
@@ -38,6 +38,7 @@ DATAACCESS_EXPORT bool hasUnfinishedCopy(Interfaces::IDatabase& db);
 class DATAACCESS_EXPORT DatabaseCopy
 {
 public:
+    /// Both must outlive the copy, which is made on the calling thread.
     DatabaseCopy(Interfaces::IDatabase& from, Interfaces::IDatabase& to);
 
     /**

@@ -1,6 +1,6 @@
 #include "transfer/Dump.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "migration/pd/PdMigrationManager.h"
 #include "transfer/private/TableRows.h"

@@ -265,40 +265,28 @@ private Q_SLOTS:
         ContextDatabase other(DataAccess::Enumerations::SQLite3);
         ContextDatabase database(DataAccess::Enumerations::SQLite3);
         const auto source = other.loadedCableContext();
-        std::vector<std::shared_ptr<Cable>> cables;
-        const auto changeAll = [&cables](const auto& entities, const auto& use) {
+        const auto change = [](const auto& entities) {
             for (const auto& entity : entities) {
                 entity->SetTimestamp(QDateTime::currentDateTimeUtc().addDays(1));
-                rename(*entity, entity->Name() + QStringLiteral(" of others"));
-                cables.push_back(std::make_shared<Cable>());
-                cables.back()->SetId(QUuid::createUuid());
-                use(*cables.back(), entity);
+                entity->SetName(entity->Name() + QStringLiteral(" of others"));
             }
         };
-        const auto addSegment = [](Cable& cable, const std::shared_ptr<SegmentDetail>& detail) {
-            const auto phase = std::make_shared<Phase>();
-            const auto segment = std::make_shared<Segment>();
-            phase->SetId(QUuid::createUuid());
-            segment->SetId(QUuid::createUuid());
-            segment->SetDetail(detail);
-            phase->AddSegment(segment);
-            cable.AddPhase(phase);
+        change(source->Insulations());
+        change(source->SegmentTypes());
+        change(source->SegmentDetails());
+        change(source->Terminations());
+        change(source->Switchgears());
+        const auto details = source->SegmentDetails();
+        std::vector<std::shared_ptr<Cable>> cables = {makeCable(Things(details.begin(), details.end()))};
+        const auto add = [&cables](const auto& kinds, const auto& set) {
+            for (const auto& kind : kinds) {
+                cables.push_back(std::make_shared<Cable>());
+                cables.back()->SetId(QUuid::createUuid());
+                (cables.back().get()->*set)(kind);
+            }
         };
-        const auto addDetail = [&addSegment](Cable& cable, const auto& set) {
-            const auto detail = std::make_shared<SegmentDetail>();
-            detail->SetId(QUuid::createUuid());
-            set(*detail);
-            addSegment(cable, detail);
-        };
-        changeAll(source->SegmentDetails(), addSegment);
-        changeAll(source->Insulations(), [&addDetail](Cable& cable, const auto& insulation) {
-            addDetail(cable, [&insulation](SegmentDetail& detail) { detail.SetInsulation(insulation); });
-        });
-        changeAll(source->SegmentTypes(), [&addDetail](Cable& cable, const auto& type) {
-            addDetail(cable, [&type](SegmentDetail& detail) { detail.SetType(type); });
-        });
-        changeAll(source->Terminations(), [](Cable& cable, const auto& kind) { cable.SetTerminationA(kind); });
-        changeAll(source->Switchgears(), [](Cable& cable, const auto& kind) { cable.SetSwitchgearB(kind); });
+        add(source->Terminations(), &Cable::SetTerminationA);
+        add(source->Switchgears(), &Cable::SetSwitchgearB);
         const auto target = database.loadedCableContext();
         const QStringList before = database.cableRows();
         target->import(cables);

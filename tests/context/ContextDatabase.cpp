@@ -36,25 +36,21 @@ std::shared_ptr<ContextDatabase::CableContext> ContextDatabase::loadedCableConte
 
 QStringList ContextDatabase::cableRows()
 {
-    return rows({QStringLiteral("ce_cable"), QStringLiteral("ce_insulation"), QStringLiteral("ce_owner"),
-                 QStringLiteral("ce_phase"), QStringLiteral("ce_point"), QStringLiteral("ce_route"),
-                 QStringLiteral("ce_segment"), QStringLiteral("ce_segment_detail"), QStringLiteral("ce_segmenttype"),
-                 QStringLiteral("ce_station"), QStringLiteral("ce_switchgear"), QStringLiteral("ce_termination"),
-                 QStringLiteral("qor_rating")});
+    return rows("ce_cable ce_insulation ce_owner ce_phase ce_point ce_route ce_segment ce_segment_detail "
+                "ce_segmenttype ce_station ce_switchgear ce_termination qor_rating");
 }
 
 QStringList ContextDatabase::pdRows()
 {
-    return rows({QStringLiteral("pd_file"), QStringLiteral("pd_filter"), QStringLiteral("pd_iec_overview"),
-                 QStringLiteral("pd_lbdiagram"), QStringLiteral("pd_mapping_event"), QStringLiteral("pd_report"),
-                 QStringLiteral("pd_summary"), QStringLiteral("pd_task"), QStringLiteral("pd_task_info")});
+    return rows("pd_file pd_filter pd_iec_overview pd_lbdiagram pd_mapping_event pd_report pd_summary pd_task "
+                "pd_task_info");
 }
 
-QStringList ContextDatabase::rows(const QStringList& tables)
+QStringList ContextDatabase::rows(const char* tables)
 {
-    return worker().run([&tables](Interfaces::IDatabase& db) {
+    return worker().run([tables](Interfaces::IDatabase& db) {
         QStringList lines;
-        for (const QString& table : tables) {
+        for (const QString& table : QString::fromLatin1(tables).split(QLatin1Char(' '))) {
             QSqlQuery query = db.Exec(QStringLiteral("SELECT * FROM ") + table);
             while (query.next()) {
                 QString line = table;

@@ -32,7 +32,8 @@ public:
     QStringList pdRows();
 
 private:
-    QStringList rows(const QStringList& tables);
+    /// All lines of @p tables, separated by blanks.
+    QStringList rows(const char* tables);
 };
 
 /// The lines of @p after that @p before does not have.

@@ -115,12 +115,23 @@ void ContextModel::touched(int number, bool isOfContent)
     known.hasContent = known.hasContent || isOfContent;
 }
 
-void ContextModel::idArrived(int number)
+/// Another id is another row.
+void ContextModel::idChanged(int number)
 {
-    if (items[size_t(number)].isKnown) {
-        touched(number, false);
-        tryToFile(number);
+    Item& item = items[size_t(number)];
+    if (!item.isKnown)
+        return;
+    m_filed.erase(number);
+    if (item.known.place == Place::Detached) {
+        forget(number);
+        return;
     }
+    item.known.row = Row::NotAsked;
+    item.known.mark = Normal;
+    item.known.isHidden = false;
+    item.known.place = Place::Attached;
+    touched(number, false);
+    tryToFile(number);
 }
 
 void ContextModel::writeBeside(const QUuid& id, const Content& content)
@@ -377,24 +388,6 @@ void ContextModel::settle(Item& item) const
     item.known.place = Place::Attached;
     item.known.isHidden = isMark(item.known.mark);
     item.state = Normal;
-}
-
-unsigned int ContextModel::count() const
-{
-    return unsigned(std::count_if(items.begin(), items.end(), [](const Item& item) {
-        return item.isKnown && item.known.place == Place::Attached;
-    }));
-}
-
-std::set<QUuid> ContextModel::shown(int kind) const
-{
-    std::set<QUuid> ids;
-    for (const int number : m_filed) {
-        const Item& item = items[size_t(number)];
-        if (item.kind == kind && !(item.known.isHidden && item.known.mark == Deleted))
-            ids.insert(item.id);
-    }
-    return ids;
 }
 
 } // namespace TestSupport

@@ -61,7 +61,7 @@ public:
     void detach(int item);
     /// An object was touched; whether its content has another value.
     void touched(int item, bool isOfContent);
-    void idArrived(int item);
+    void idChanged(int item);
     void writeBeside(const QUuid& id, const Content& content);
     void reload();
     void reopen();
@@ -71,10 +71,15 @@ public:
     /// Whether everything could be stored.
     bool save();
 
-    unsigned int count() const;
-    std::set<QUuid> shown(int kind) const;
+    /// The first difference from what the context shows, and its database holds; empty when there is none. Finds the
+    /// objects that a load has made.
+    QString difference();
 
 private:
+    QString bind();
+    QString differentRows(int kind);
+    unsigned int count() const;
+    std::set<QUuid> shown(int kind) const;
     int filed(int kind, const QUuid& id) const;
     void adopt(int item);
     bool tryToFile(int item);
@@ -94,6 +99,8 @@ private:
     const ModelFamily& m_family;
     std::set<int> m_filed;
     int m_clock = 0;
+    /// When each row was written last, and by which write.
+    std::map<QUuid, std::pair<int, QDateTime>> m_stamps;
 };
 
 } // namespace TestSupport

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "context/ContextDatabase.h"
 #include "database/Failure.h"
-
-#include <QSet>
 
 #include <optional>
 
@@ -22,52 +21,42 @@ public:
 
     /// How everything fails, if it does.
     std::optional<Failure::Kind> fault;
-    /// Rows that another program has removed.
-    QSet<QUuid> removed;
 
     Task<Entities>* GetAllAsync() override
     {
         if (!fault)
             return Base::GetAllAsync();
         return this->template submit<Entities>([this](DataAccess::Interfaces::IDatabase&) {
-            report(*fault, {});
+            report();
             return Entities();
         });
     }
 
     bool Insert(EntityList entities) override { return !isBroken() && Base::Insert(std::move(entities)); }
-
-    bool Update(EntityList entities) override
-    {
-        if (isBroken())
-            return false;
-        bool isMissing = false;
-        for (const auto& entity : entities) {
-            if (!removed.contains(entity->Id()))
-                continue;
-            isMissing = true;
-            report(Failure::Kind::NoRow, entity->Id());
-        }
-        if (!isMissing)
-            return Base::Update(std::move(entities));
-        // Nothing is kept, though the objects were written.
-        for (const auto& entity : entities)
-            entity->SetEntityState(QOR::Entities::Enumerations::Normal);
-        return false;
-    }
+    bool Update(EntityList entities) override { return !isBroken() && Base::Update(std::move(entities)); }
 
 private:
     bool isBroken() const
     {
         if (fault)
-            report(*fault, {});
+            report();
         return fault.has_value();
     }
 
-    static void report(Failure::Kind kind, const QUuid& row)
+    void report() const
     {
-        DataAccess::Database::FailureWatch::report({QStringLiteral("out of order"), kind, {}, row});
+        DataAccess::Database::FailureWatch::report({QStringLiteral("out of order"), *fault, {}, {}});
     }
 };
+
+/// One that fails as @p fault says, on the worker of @p database.
+template <typename Base>
+std::shared_ptr<FaultyRepository<Base>> makeFaulty(ContextDatabase& database, DataAccess::Database::Failure::Kind fault)
+{
+    auto repository =
+        std::make_shared<FaultyRepository<Base>>(database.worker().get(), DataAccess::Enumerations::Complete, nullptr);
+    repository->fault = fault;
+    return repository;
+}
 
 } // namespace TestSupport

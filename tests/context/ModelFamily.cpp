@@ -1,11 +1,13 @@
 #include "context/ModelFamily.h"
 
-#include "repositories/pd/PdFileRepository.h"
-#include "repositories/pd/PdReportRepository.h"
-#include "repositories/pd/PdTaskRepository.h"
+#include "manager/private/Kinds.h"
+
+#include <functional>
 
 using namespace Cables::Entities;
 using namespace PD::Entities;
+using DataAccess::Context::CableContext;
+using DataAccess::Context::PdContext;
 
 namespace TestSupport {
 
@@ -26,89 +28,107 @@ std::vector<Object> objectsOf(const List& entities)
     return objects;
 }
 
-/// The operations that all kinds have alike; @p repository and @p shown are called for each.
-template <typename T, typename RepositoryOf, typename Shown>
-ModelKind makeKind(const char* table, const RepositoryOf& repository, const Shown& shown)
+QString textOf(const QString& text)
 {
-    ModelKind kind;
-    kind.table = table;
-    kind.make = [] { return std::make_shared<T>(); };
-    kind.setParent = [](const Object&, const Object&) {};
-    kind.parent = [](const Object&) { return nullptr; };
-    kind.children = [](const Object&) { return std::vector<Object>(); };
-    kind.shown = [shown] { return objectsOf(shown()); };
-    kind.rows = [repository] { return objectsOf(repository()->GetAll()); };
-    kind.update = [repository](const Object& row) { return repository()->Update({as<T>(row)}); };
-    kind.remove = [repository](const Object& row) { return repository()->Remove({as<T>(row)}); };
-    return kind;
+    return text;
 }
 
-QString textOf(int number)
+QString textOf(unsigned int number)
 {
-    // What no text may hold, so that it cannot be stored.
-    return number < 0 ? QString(QChar(0xd800)) : QStringLiteral("text %1").arg(number);
+    return QString::number(number);
 }
 
-class CableFamily final : public ModelFamily
+/// Adds a reference to a @p Parent.
+template <typename Parent, typename T, typename Interface, typename SetParent>
+void addParent(ModelKind& kind, const QUuid& (T::*id)() const, std::shared_ptr<Interface> (T::*parent)() const,
+               SetParent setParent)
+{
+    kind.content = [id, content = kind.content](const Object& object) {
+        return Content{content(object).text, ((*as<T>(object)).*id)()};
+    };
+    kind.parent = [parent](const Object& object) {
+        return std::dynamic_pointer_cast<QOR::Entities::Entity>(((*as<T>(object)).*parent)());
+    };
+    kind.setParent = [setParent](const Object& object, const Object& other) {
+        std::invoke(setParent, *as<T>(object), as<Parent>(other));
+    };
+}
+
+/// Adds a list of what a kind owns.
+template <typename T, typename List>
+void addChildren(ModelKind& kind, List (T::*children)() const)
+{
+    kind.children = [children](const Object& object) { return objectsOf(((*as<T>(object)).*children)()); };
+}
+
+/// A family with a @p Context, on a manager of @p kindsOf that @p makeManager makes.
+template <typename Context, auto makeManager, const auto& kindsOf>
+class FamilyOf : public ModelFamily
+{
+public:
+    DataAccess::Context::AbstractContext& context() const override { return *m_context; }
+
+    void reopen() override
+    {
+        m_manager = (m_database.*makeManager)();
+        m_context = std::make_shared<Context>(DataAccess::Enumerations::Complete, m_manager, 0);
+    }
+
+protected:
+    FamilyOf() { FamilyOf::reopen(); }
+
+    /// The operations that all kinds have alike; @p shown gives what the context shows, and the text that is compared
+    /// is what @p text gives, and @p setText sets.
+    template <typename T, typename Shown, typename Text, typename SetText>
+    ModelKind makeKind(const char* table, Shown shown, Text text, SetText setText)
+    {
+        const auto repository = [this] { return ((*m_manager).*DataAccess::Manager::kindOf<T>(kindsOf).repository)(); };
+        ModelKind kind;
+        kind.table = table;
+        kind.make = [] { return std::make_shared<T>(); };
+        kind.content = [text](const Object& object) { return Content{textOf(((*as<T>(object)).*text)()), QUuid()}; };
+        kind.setText = [setText](const Object& object, int number) {
+            if constexpr (std::is_invocable_v<SetText, T&, QString>)
+                // What no text may hold, so that it cannot be stored.
+                std::invoke(setText, *as<T>(object),
+                            number < 0 ? QString(QChar(0xd800)) : QStringLiteral("text %1").arg(number));
+            else
+                std::invoke(setText, *as<T>(object), unsigned(qAbs(number)));
+        };
+        kind.setParent = [](const Object&, const Object&) {};
+        kind.parent = [](const Object&) { return nullptr; };
+        kind.children = [](const Object&) { return std::vector<Object>(); };
+        kind.shown = [this, shown] { return objectsOf(((*m_context).*shown)()); };
+        kind.rows = [repository] { return objectsOf(repository()->GetAll()); };
+        kind.update = [repository](const Object& row) { return repository()->Update({as<T>(row)}); };
+        kind.remove = [repository](const Object& row) { return repository()->Remove({as<T>(row)}); };
+        return kind;
+    }
+
+    decltype((std::declval<ContextDatabase&>().*makeManager)()) m_manager;
+    std::shared_ptr<Context> m_context;
+};
+
+class CableFamily final
+    : public FamilyOf<CableContext, &ContextDatabase::editorManager, DataAccess::Manager::editorKinds>
 {
 public:
     CableFamily()
     {
         savingOrder = {0, 1, 2};
         loadedKinds = {0, 1, 2};
-        reopen(false);
-        ModelKind owner = makeKind<Owner>(
-            "ce_owner", [this] { return m_manager->OwnerRepository(); }, [this] { return m_context->Owners(); });
-        owner.content = [](const Object& object) { return Content{as<Owner>(object)->Name(), QUuid()}; };
-        owner.setText = [](const Object& object, int text) { as<Owner>(object)->SetName(textOf(text)); };
-        ModelKind cable = makeKind<Cable>(
-            "ce_cable", [this] { return m_manager->CableRepository(); }, [this] { return m_context->Cables(); });
-        cable.content = [](const Object& object) {
-            return Content{as<Cable>(object)->Comment(), as<Cable>(object)->OwnerId()};
-        };
-        cable.setText = [](const Object& object, int text) { as<Cable>(object)->SetComment(textOf(text)); };
-        cable.setParent = [](const Object& object, const Object& parent) {
-            as<Cable>(object)->SetOwner(as<Owner>(parent));
-        };
-        cable.parent = [](const Object& object) { return toObject(as<Cable>(object)->Owner()); };
-        cable.children = [](const Object& object) { return objectsOf(as<Cable>(object)->Phases()); };
-        ModelKind phase = makeKind<Phase>(
-            "ce_phase", [this] { return m_manager->PhaseRepository(); }, [this] { return m_context->Phases(); });
-        phase.content = [](const Object& object) {
-            return Content{QString::number(as<Phase>(object)->Index()), as<Phase>(object)->CableId()};
-        };
-        phase.setText = [](const Object& object, int text) { as<Phase>(object)->SetIndex(unsigned(qAbs(text))); };
-        phase.setParent = [](const Object& object, const Object& parent) {
-            as<Phase>(object)->SetCable(as<Cable>(parent));
-        };
-        phase.parent = [](const Object& object) { return toObject(as<Phase>(object)->Cable()); };
-        kinds = {owner, cable, phase};
-    }
-
-    DataAccess::Context::AbstractContext& context() const override { return *m_context; }
-
-    void reopen(bool isEmptied) override
-    {
-        rebuild(isEmptied);
-        m_manager = m_database.editorManager();
-        m_context =
-            std::make_shared<DataAccess::Context::CableContext>(DataAccess::Enumerations::Complete, m_manager, 0);
+        kinds = {makeKind<Owner>("ce_owner", &CableContext::Owners, &Owner::Name, &Owner::SetName),
+                 makeKind<Cable>("ce_cable", &CableContext::Cables, &Cable::Comment, &Cable::SetComment),
+                 makeKind<Phase>("ce_phase", &CableContext::Phases, &Phase::Index, &Phase::SetIndex)};
+        addParent<Owner>(kinds[1], &Cable::OwnerId, &Cable::Owner, &Cable::SetOwner);
+        addChildren(kinds[1], &Cable::Phases);
+        addParent<Cable>(kinds[2], &Phase::CableId, &Phase::Cable, &Phase::SetCable);
     }
 
     void loadMore(const Object& object) override { m_context->import({as<Cable>(object)}); }
-
-private:
-    template <typename Interface>
-    static Object toObject(const std::shared_ptr<Interface>& object)
-    {
-        return std::dynamic_pointer_cast<QOR::Entities::Entity>(object);
-    }
-
-    std::shared_ptr<DataAccess::Manager::EditorRepositoryManager> m_manager;
-    std::shared_ptr<DataAccess::Context::CableContext> m_context;
 };
 
-class PdFamily final : public ModelFamily
+class PdFamily final : public FamilyOf<PdContext, &ContextDatabase::pdManager, DataAccess::Manager::pdKinds>
 {
 public:
     PdFamily()
@@ -116,64 +136,40 @@ public:
         savingOrder = {2, 1, 0};
         loadedKinds = {0, 1};
         hasFiles = true;
-        reopen(false);
-        ModelKind task = makeKind<PdTask>(
-            "pd_task", [this] { return m_manager->PdTaskRepository(); }, [this] { return m_context->Tasks(); });
-        task.content = [](const Object& object) { return Content{as<PdTask>(object)->Comment(), QUuid()}; };
-        task.setText = [](const Object& object, int text) { as<PdTask>(object)->SetComment(textOf(text)); };
-        task.children = [](const Object& object) { return objectsOf(as<PdTask>(object)->Reports()); };
-        ModelKind report = makeKind<PdReport>(
-            "pd_report", [this] { return m_manager->PdReportRepository(); }, [this] { return m_context->Reports(); });
-        report.content = [](const Object& object) {
-            return Content{as<PdReport>(object)->Recommentation(), as<PdReport>(object)->TaskId()};
-        };
-        report.setText = [](const Object& object, int text) { as<PdReport>(object)->SetRecommentation(textOf(text)); };
-        report.setParent = [](const Object& object, const Object& parent) {
-            as<PdReport>(object)->SetTask(as<PdTask>(parent));
-        };
-        report.parent = [](const Object& object) {
-            return std::dynamic_pointer_cast<QOR::Entities::Entity>(as<PdReport>(object)->Task());
-        };
-        report.children = [](const Object& object) { return objectsOf(as<PdReport>(object)->Files()); };
-        ModelKind file = makeKind<PdFile>(
-            "pd_file", [this] { return m_manager->PdFileRepository(); }, [this] { return m_context->Files(); });
-        file.make = [] {
+        kinds = {makeKind<PdTask>("pd_task", &PdContext::Tasks, &PdTask::Comment, &PdTask::SetComment),
+                 makeKind<PdReport>("pd_report", &PdContext::Reports, &PdReport::Recommentation,
+                                    &PdReport::SetRecommentation),
+                 makeKind<PdFile>("pd_file", &PdContext::Files, &PdFile::Name, &PdFile::SetName)};
+        addChildren(kinds[0], &PdTask::Reports);
+        addParent<PdTask>(kinds[1], &PdReport::TaskId, &PdReport::Task, &PdReport::SetTask);
+        addChildren(kinds[1], &PdReport::Files);
+        addParent<PdReport>(kinds[2], &PdFile::ReportId, &PdFile::Report, &PdFile::SetReport);
+        kinds[2].make = [] {
             auto made = std::make_shared<PdFile>();
             made->SetFile("content");
             return made;
         };
-        file.content = [](const Object& object) {
-            return Content{as<PdFile>(object)->Name(), as<PdFile>(object)->ReportId()};
-        };
-        file.setText = [](const Object& object, int text) { as<PdFile>(object)->SetName(textOf(text)); };
-        file.setParent = [](const Object& object, const Object& parent) {
-            as<PdFile>(object)->SetReport(as<PdReport>(parent));
-        };
-        file.parent = [](const Object& object) {
-            return std::dynamic_pointer_cast<QOR::Entities::Entity>(as<PdFile>(object)->Report());
-        };
-        kinds = {task, report, file};
-    }
-
-    DataAccess::Context::AbstractContext& context() const override { return *m_context; }
-
-    void reopen(bool isEmptied) override
-    {
-        rebuild(isEmptied);
-        m_manager = m_database.pdManager();
-        m_context = std::make_shared<DataAccess::Context::PdContext>(DataAccess::Enumerations::Complete, m_manager, 0);
     }
 
     void loadMore(const Object& object) override { m_context->loadFiles({object->Id()}); }
-
-private:
-    std::shared_ptr<DataAccess::Manager::PdRepositoryManager> m_manager;
-    std::shared_ptr<DataAccess::Context::PdContext> m_context;
 };
 
 } // namespace
 
+ModelFamily::ModelFamily()
+{
+    // Locks are met on purpose, and nobody lets go of them meanwhile.
+    if (m_database.type() == DataAccess::Enumerations::SQLite3)
+        run(QStringLiteral("PRAGMA busy_timeout = 1"));
+}
+
 ModelFamily::~ModelFamily() = default;
+
+std::unique_ptr<FileLocker> ModelFamily::lock()
+{
+    return m_database.type() == DataAccess::Enumerations::SQLite3 ? std::make_unique<FileLocker>(m_database.name())
+                                                                  : nullptr;
+}
 
 std::unique_ptr<ModelFamily> ModelFamily::make(bool isPd)
 {
@@ -187,12 +183,11 @@ void ModelFamily::run(const QString& statement)
     m_database.worker().run([&](DataAccess::Interfaces::IDatabase& db) { db.Exec(statement); });
 }
 
-void ModelFamily::rebuild(bool isEmptied)
+void ModelFamily::empty()
 {
-    if (!isEmptied)
-        return;
     for (const ModelKind& kind : kinds)
         run(QStringLiteral("DELETE FROM %1").arg(QLatin1String(kind.table)));
+    reopen();
 }
 
 } // namespace TestSupport

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "context/ContextDatabase.h"
+#include "support/FileLocker.h"
 
 #include <functional>
 #include <map>
@@ -43,10 +44,14 @@ class ModelFamily
 {
 public:
     virtual ~ModelFamily();
+    ModelFamily(const ModelFamily&) = delete;
+    ModelFamily& operator=(const ModelFamily&) = delete;
 
     virtual DataAccess::Context::AbstractContext& context() const = 0;
-    /// Opens the database anew, with a new context; empties it if asked.
-    virtual void reopen(bool isEmptied) = 0;
+    /// Begins with a new context.
+    virtual void reopen() = 0;
+    /// Begins with an empty database.
+    void empty();
     /// The operation that only this family has: loads the files of a report, or imports a cable with an owner.
     virtual void loadMore(const Object& object) = 0;
 
@@ -61,9 +66,11 @@ public:
     static std::unique_ptr<ModelFamily> make(bool isPd);
 
     void run(const QString& statement);
+    /// Another program that holds the database while the object lives; null where that stops no reader.
+    std::unique_ptr<FileLocker> lock();
 
 protected:
-    void rebuild(bool isEmptied);
+    ModelFamily();
 
     ContextDatabase m_database;
 };

@@ -1,12 +1,13 @@
 #include "context/ModelRun.h"
 
-#include "context/ModelCheck.h"
 #include "context/SampleNetwork.h"
 #include "entities/cables/Cable.h"
 #include "entities/cables/Owner.h"
 
 #include <QSignalSpy>
 #include <QThread>
+
+#include <utility>
 
 namespace TestSupport {
 
@@ -31,9 +32,8 @@ public:
     explicit ModelRun(ModelFamily& family)
         : m_family(family)
         , m_model(family)
-        , m_check(family, m_model)
     {
-        m_family.reopen(true);
+        m_family.empty();
     }
     ~ModelRun() { mendAll(); }
     ModelRun(const ModelRun&) = delete;
@@ -50,15 +50,18 @@ private:
 
     void make(int kind, int id);
     void makeChild(int item, int id);
+    void attach(int item);
+    void detach(int item);
     void edit(int item, int number);
+    void setState(int item, int number);
     void link(int item, int number);
     void setId(int item, int number);
-    void writeBeside(int number);
-    void removeBeside(int number);
+    void changeBeside(int number, bool isRemoval);
     void breakOrMend(int kind);
     void mendAll();
     QString save();
     QString reload();
+    void reopen();
     void loadMore(int item);
     void import();
 
@@ -67,7 +70,7 @@ private:
 
     ModelFamily& m_family;
     ContextModel m_model;
-    ModelCheck m_check;
+    std::unique_ptr<FileLocker> m_locker;
     int m_texts = 0;
     int m_imports = 0;
 };
@@ -111,6 +114,32 @@ void ModelRun::makeChild(int number, int id)
     kindOf(m_model.items.back()).setParent(m_model.items.back().object, parent.object);
 }
 
+void ModelRun::attach(int item)
+{
+    m_model.attach(item);
+    m_family.context().attach(m_model.items[size_t(item)].object);
+}
+
+void ModelRun::detach(int item)
+{
+    m_model.detach(item);
+    m_family.context().detach(m_model.items[size_t(item)].object);
+}
+
+void ModelRun::setState(int number, int state)
+{
+    constexpr EntityState states[] = {Deleted, Snapshot, New, Modified, Normal};
+    Item& item = m_model.items[size_t(number)];
+    item.state = states[state % 5];
+    item.object->SetEntityState(item.state);
+}
+
+void ModelRun::reopen()
+{
+    m_model.reopen();
+    m_family.reopen();
+}
+
 void ModelRun::edit(int item, int number)
 {
     kindOf(m_model.items[size_t(item)]).setText(m_model.items[size_t(item)].object, number % 12 == 0 ? -1 : ++m_texts);
@@ -130,14 +159,15 @@ void ModelRun::link(int item, int number)
 void ModelRun::setId(int number, int id)
 {
     Item& item = m_model.items[size_t(number)];
-    if (!item.id.isNull())
-        return;
+    const QUuid former = item.id;
     item.id = idOf(item.kind, 1 + id % 5);
     item.object->SetId(item.id);
-    m_model.idArrived(number);
+    if (item.id != former)
+        m_model.idChanged(number);
 }
 
-void ModelRun::writeBeside(int number)
+/// Another program writes a row, or removes it.
+void ModelRun::changeBeside(int number, bool isRemoval)
 {
     if (m_model.rows.empty())
         return;
@@ -145,33 +175,32 @@ void ModelRun::writeBeside(int number)
     if (m_model.brokenKinds.count(row->second.kind) > 0)
         return;
     const ModelKind& kind = m_family.kinds[size_t(row->second.kind)];
-    for (const Object& object : kind.rows()) {
-        if (object->Id() != row->first)
-            continue;
+    const std::vector<Object> rows = kind.rows();
+    const Object object =
+        *std::find_if(rows.begin(), rows.end(), [&](const Object& each) { return each->Id() == row->first; });
+    if (isRemoval) {
+        kind.remove(object);
+        m_model.rows.erase(row);
+    } else {
         kind.setText(object, ++m_texts);
         kind.update(object);
         m_model.writeBeside(row->first, kind.content(object));
     }
 }
 
-void ModelRun::removeBeside(int number)
-{
-    if (m_model.rows.empty())
-        return;
-    const auto row = std::next(m_model.rows.begin(), number % int(m_model.rows.size()));
-    if (m_model.brokenKinds.count(row->second.kind) > 0)
-        return;
-    const ModelKind& kind = m_family.kinds[size_t(row->second.kind)];
-    for (const Object& object : kind.rows()) {
-        if (object->Id() == row->first)
-            kind.remove(object);
-    }
-    m_model.rows.erase(row);
-}
-
+/// Takes a table away, or gives it back; or lets another program lock everything.
 void ModelRun::breakOrMend(int kind)
 {
-    kind %= int(m_family.kinds.size());
+    kind %= int(m_family.kinds.size()) + 1;
+    const bool isLock = kind == int(m_family.kinds.size());
+    if (isLock || m_locker)
+        mendAll();
+    if (isLock)
+        m_locker = m_family.lock();
+    if (m_locker)
+        m_model.brokenKinds = {0, 1, 2};
+    if (isLock)
+        return;
     const QString table = QLatin1String(m_family.kinds[size_t(kind)].table);
     const bool isBroken = m_model.brokenKinds.erase(kind) > 0;
     m_family.run(QStringLiteral("ALTER TABLE %1 RENAME TO %2")
@@ -183,6 +212,8 @@ void ModelRun::breakOrMend(int kind)
 
 void ModelRun::mendAll()
 {
+    if (std::exchange(m_locker, nullptr))
+        m_model.brokenKinds.clear();
     const std::set<int> broken = m_model.brokenKinds;
     for (const int kind : broken)
         breakOrMend(kind);
@@ -271,46 +302,28 @@ QString ModelRun::run(const ModelStep& step)
     const int item = pick(step);
     const std::vector<Look> before = look();
     QString failure;
-    if (step.name == QLatin1String("make"))
-        make(step.first, step.second);
-    else if (step.name == QLatin1String("save"))
-        failure = save();
-    else if (step.name == QLatin1String("reload"))
-        failure = reload();
-    else if (step.name == QLatin1String("reopen")) {
-        m_model.reopen();
-        m_family.reopen(false);
-    } else if (step.name == QLatin1String("write"))
-        writeBeside(step.first);
-    else if (step.name == QLatin1String("remove"))
-        removeBeside(step.first);
-    else if (step.name == QLatin1String("break"))
-        breakOrMend(step.first);
-    else if (item < 0 && step.name != QLatin1String("more"))
-        return {};
-    else if (step.name == QLatin1String("more"))
-        loadMore(item);
-    else {
-        Item& chosen = m_model.items[size_t(item)];
-        if (step.name == QLatin1String("attach")) {
-            m_model.attach(item);
-            m_family.context().attach(chosen.object);
-        } else if (step.name == QLatin1String("detach")) {
-            m_model.detach(item);
-            m_family.context().detach(chosen.object);
-        } else if (step.name == QLatin1String("child")) {
-            makeChild(item, step.second);
-        } else if (step.name == QLatin1String("edit")) {
-            edit(item, step.second);
-        } else if (step.name == QLatin1String("link")) {
-            link(item, step.second);
-        } else if (step.name == QLatin1String("id")) {
-            setId(item, step.second);
-        } else if (step.name == QLatin1String("state")) {
-            constexpr EntityState states[] = {Deleted, Snapshot, New, Modified, Normal};
-            chosen.state = states[step.second % 5];
-            chosen.object->SetEntityState(chosen.state);
-        }
+    const std::map<QString, std::function<void()>> general = {
+        {QStringLiteral("make"), [&] { make(step.first, step.second); }},
+        {QStringLiteral("save"), [&] { failure = save(); }},
+        {QStringLiteral("reload"), [&] { failure = reload(); }},
+        {QStringLiteral("reopen"), [&] { reopen(); }},
+        {QStringLiteral("write"), [&] { changeBeside(step.first, false); }},
+        {QStringLiteral("remove"), [&] { changeBeside(step.first, true); }},
+        {QStringLiteral("break"), [&] { breakOrMend(step.first); }},
+        {QStringLiteral("more"), [&] { loadMore(item); }}};
+    const std::map<QString, std::function<void()>> ofAnItem = {
+        {QStringLiteral("attach"), [&] { attach(item); }},
+        {QStringLiteral("detach"), [&] { detach(item); }},
+        {QStringLiteral("child"), [&] { makeChild(item, step.second); }},
+        {QStringLiteral("edit"), [&] { edit(item, step.second); }},
+        {QStringLiteral("link"), [&] { link(item, step.second); }},
+        {QStringLiteral("id"), [&] { setId(item, step.second); }},
+        {QStringLiteral("state"), [&] { setState(item, step.second); }}};
+    const auto found = general.find(step.name);
+    if (found != general.end()) {
+        found->second();
+    } else if (item >= 0) {
+        ofAnItem.at(step.name)();
         noteTouched(before);
     }
     // What is out of order is so for one of these operations.
@@ -319,7 +332,7 @@ QString ModelRun::run(const ModelStep& step)
         mendAll();
     // Two writes within a millisecond have one time stamp.
     QThread::msleep(2);
-    return failure.isEmpty() ? m_check.difference() : failure;
+    return failure.isEmpty() ? m_model.difference() : failure;
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "context/ContextModel.h"
 
-#include <QStringList>
+#include <QString>
 
 namespace TestSupport {
 
@@ -16,16 +16,8 @@ struct ModelStep
 };
 using ModelSteps = std::vector<ModelStep>;
 
-/// A sequence of operations from a seed, the same on every machine.
-ModelSteps randomSteps(unsigned int seed, int count);
-ModelSteps stepsFromText(const QString& text);
-QString textFromSteps(const ModelSteps& steps);
-
 /// Does the steps to a context on an empty database, and to the model. Gives the first difference, after the name of
 /// the step; empty when there is none.
 QString runModel(ModelFamily& family, const ModelSteps& steps);
-
-/// Leaves out steps as long as the others still show a difference.
-ModelSteps shrunk(ModelFamily& family, ModelSteps steps);
 
 } // namespace TestSupport

@@ -1,5 +1,7 @@
 #include "context/SampleNetwork.h"
 
+#include "manager/private/Kinds.h"
+
 #include <QImage>
 #include <QJsonDocument>
 
@@ -91,34 +93,30 @@ std::shared_ptr<Owner> makeOwner(const QString& name)
 
 QByteArray describe(const CableContext& context)
 {
+    using C = CableContext;
+    constexpr auto accessors = std::make_tuple(&C::Insulations, &C::SegmentTypes, &C::SegmentDetails, &C::Owners,
+                                               &C::Terminations, &C::Switchgears, &C::Points, &C::Stations, &C::Routes,
+                                               &C::Cables, &C::Phases, &C::Segments, &C::Ratings);
+    static_assert(std::tuple_size_v<decltype(accessors)> == std::tuple_size_v<DataAccess::Manager::EditorKinds>);
     QList<QByteArray> lines;
-    addLines(lines, context.Insulations());
-    addLines(lines, context.SegmentTypes());
-    addLines(lines, context.SegmentDetails());
-    addLines(lines, context.Owners());
-    addLines(lines, context.Terminations());
-    addLines(lines, context.Switchgears());
-    addLines(lines, context.Points());
-    addLines(lines, context.Stations());
-    addLines(lines, context.Routes());
-    addLines(lines, context.Cables());
-    addLines(lines, context.Phases());
-    addLines(lines, context.Segments());
-    addLines(lines, context.Ratings());
+    std::apply([&](auto... accessor) { (addLines(lines, (context.*accessor)()), ...); }, accessors);
     std::sort(lines.begin(), lines.end());
     return lines.join('\n');
 }
 
 SampleNetwork::SampleNetwork(int count)
     : m_owner(make<Owner>(QStringLiteral("owner")))
-    , m_termination(make<Termination>(QStringLiteral("termination")))
-    , m_switchgear(make<Switchgear>(QStringLiteral("switchgear")))
+    , m_terminations{make<Termination>(QStringLiteral("termination A")),
+                     make<Termination>(QStringLiteral("termination B"))}
+    , m_switchgears{make<Switchgear>(QStringLiteral("switchgear A")), make<Switchgear>(QStringLiteral("switchgear B"))}
     , m_section(makeDetail(QStringLiteral("section"), false))
     , m_joint(makeDetail(QStringLiteral("joint"), true))
 {
     m_owner->SetName(QStringLiteral("Grid"));
-    m_termination->SetName(QStringLiteral("Plug"));
-    m_switchgear->SetName(QStringLiteral("Vacuum"));
+    m_terminations[0]->SetName(QStringLiteral("Plug"));
+    m_terminations[1]->SetName(QStringLiteral("Pothead"));
+    m_switchgears[0]->SetName(QStringLiteral("Vacuum"));
+    m_switchgears[1]->SetName(QStringLiteral("Air"));
     for (int number = 0; number < count; ++number)
         addCable(number);
 }
@@ -195,10 +193,10 @@ void SampleNetwork::addCable(int number)
     cable->SetOwner(m_owner);
     cable->SetStationA(makeStation(name + QStringLiteral(" A"), number));
     cable->SetStationB(makeStation(name + QStringLiteral(" B"), number + 0.5));
-    cable->SetTerminationA(m_termination);
-    cable->SetTerminationB(m_termination);
-    cable->SetSwitchgearA(m_switchgear);
-    cable->SetSwitchgearB(m_switchgear);
+    cable->SetTerminationA(m_terminations[0]);
+    cable->SetTerminationB(m_terminations[1]);
+    cable->SetSwitchgearA(m_switchgears[0]);
+    cable->SetSwitchgearB(m_switchgears[1]);
     addRoute(*cable, name, number);
     addPhases(*cable, name);
     addRating(*cable, name);

@@ -34,8 +34,8 @@ private:
     void addRating(Cables::Entities::Cable& cable, const QString& name);
 
     std::shared_ptr<Cables::Entities::Owner> m_owner;
-    std::shared_ptr<Cables::Entities::Termination> m_termination;
-    std::shared_ptr<Cables::Entities::Switchgear> m_switchgear;
+    std::shared_ptr<Cables::Entities::Termination> m_terminations[2];
+    std::shared_ptr<Cables::Entities::Switchgear> m_switchgears[2];
     std::shared_ptr<Cables::Entities::SegmentDetail> m_section;
     std::shared_ptr<Cables::Entities::SegmentDetail> m_joint;
 };

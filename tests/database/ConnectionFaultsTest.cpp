@@ -1,5 +1,5 @@
 #include "database/Database.h"
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/Failure.h"
 #include "support/FileLocker.h"
 #include "support/LogCapture.h"

@@ -1,7 +1,7 @@
 #include "database/DbWorker.h"
 
 #include "database/Database.h"
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "support/LogCapture.h"
 #include "support/RunningWorker.h"
 #include "support/TestDatabase.h"

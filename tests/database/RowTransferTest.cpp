@@ -1,12 +1,10 @@
-#include "database/Database.h"
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
+#include "support/DatabaseFixture.h"
 #include "support/LogCapture.h"
-#include "support/Scalar.h"
-#include "support/TestDatabase.h"
 #include "support/TestMain.h"
 
+#include <QDebug>
 #include <QTest>
-#include <QUuid>
 
 #include <limits>
 #include <optional>
@@ -17,27 +15,21 @@ using Exceptions::ExecutionException;
 using Interfaces::IRowReader;
 using Interfaces::IRowWriter;
 using Interfaces::IValueConverter;
-using TestSupport::TestDatabase;
 
 namespace {
 
 /// All that @p row has in @p column, read in every way.
 QString everything(const IValueConverter& row, int column)
 {
-    const QDateTime utc = row.toUtcDateTime(column);
-    const QDateTime local = row.toDateTime(column);
     QByteArray bytes;
     row.value(bytes, column);
-    const QString text = row.toString(column);
-    return QStringList({QString::number(row.toBool(column)), QString::number(row.toInt16(column)),
-                        QString::number(row.toInt32(column)), QString::number(row.toInt64(column)),
-                        QString::number(row.toUint(column)), QString::number(row.toDouble(column), 'g', 17), text,
-                        QString::number(text.isNull()), row.toUuid(column).toString(),
-                        row.toDate(column).toString(Qt::ISODate), local.date().toString(Qt::ISODate),
-                        local.time().toString(Qt::ISODateWithMs), QString::number(local.timeSpec()),
-                        utc.toString(Qt::ISODateWithMs), QString::fromLatin1(bytes.toHex()),
-                        QString::number(bytes.isNull())})
-        .join(QLatin1Char('|'));
+    QString text;
+    QDebug(&text) << row.toBool(column) << row.toInt16(column) << row.toInt32(column) << row.toInt64(column)
+                  << row.toUint(column) << QString::number(row.toDouble(column), 'g', 17) << row.toString(column)
+                  << row.toString(column).isNull() << row.toUuid(column) << row.toDate(column)
+                  << row.toDateTime(column).date() << row.toDateTime(column).time() << row.toDateTime(column).timeSpec()
+                  << row.toUtcDateTime(column) << bytes << bytes.isNull();
+    return text;
 }
 
 /// What @p reader has, a line a value; at the end what ended it.
@@ -67,24 +59,20 @@ QString randomTime(std::mt19937& random)
 
 using Bind = std::function<void(IValueConverter&)>;
 
-template <typename T>
-Bind binding(const T& value)
+/// What binds each of @p values.
+template <typename... T>
+std::vector<Bind> bindings(const T&... values)
 {
-    return [value](IValueConverter& values) { values.bindValue(QStringLiteral(":value"), value); };
+    return {[values](IValueConverter& row) { row.bindValue(QStringLiteral(":value"), values); }...};
 }
 
 } // namespace
 
-/// Rows that go through the databases' own interfaces are those that go through Qt SQL. IDatabase itself uses Qt SQL.
-class RowTransferTest : public QObject
+/// Rows that go through the databases' own interfaces, be it ahead of the answers to those before them, are those that
+/// go through Qt SQL. IDatabase itself uses Qt SQL.
+class RowTransferTest : public TestSupport::DatabaseFixture
 {
     Q_OBJECT
-
-    std::unique_ptr<TestDatabase> m_database;
-    std::unique_ptr<Database::Database> m_db;
-
-    bool isPostgres() const { return m_database->type() == Enumerations::Postgres; }
-    QVariant scalar(const char* sql) { return TestSupport::scalar(*m_db, sql); }
 
     std::unique_ptr<IRowWriter> writer(bool native, const QString& statement, std::function<void()> written)
     {
@@ -149,76 +137,42 @@ class RowTransferTest : public QObject
         const QStringList messages = log.messages(QtCriticalMsg, QStringLiteral("qor.database"));
         const int stored = error.isEmpty() || !inTransaction ? scalar("SELECT count(*) FROM k").toInt() - 1 : written;
         if (!inTransaction)
-            m_db->Exec(QStringLiteral("DELETE FROM k"));
+            exec("DELETE FROM k");
         return QString::number(written) + error + messages.join(QLatin1Char('\n')) +
                (stored == written ? QString() : QStringLiteral(" not stored"));
     }
 
-private Q_SLOTS:
-    void initTestCase_data() { TestSupport::addBackends(); }
-    void init()
-    {
-        QFETCH_GLOBAL(int, backend);
-        m_database = std::make_unique<TestDatabase>(static_cast<Enumerations::DatabaseType>(backend));
-        m_db = std::make_unique<Database::Database>(m_database->config());
-        m_db->Exec(QStringLiteral("CREATE TABLE k (a INTEGER PRIMARY KEY)"));
-    }
-    void cleanup()
-    {
-        m_db.reset();
-        m_database.reset();
-    }
+public:
+    RowTransferTest()
+        : DatabaseFixture({QStringLiteral("CREATE TABLE k (a INTEGER PRIMARY KEY)")})
+    {}
 
+private Q_SLOTS:
     void readsWhatQtReads()
     {
-        QStringList values = {QStringLiteral("0"),
-                              QStringLiteral("-7"),
-                              QStringLiteral("1.5"),
-                              QStringLiteral("2147483648"),
-                              QStringLiteral("-9223372036854775807"),
-                              QStringLiteral("NULL"),
-                              QStringLiteral("''"),
-                              QStringLiteral("'abc'"),
-                              QStringLiteral("'12'"),
-                              QStringLiteral("'12.5x'"),
-                              QStringLiteral("'true'"),
-                              QStringLiteral("'\u00e4\u20ac\U0001f600'"),
-                              QStringLiteral("'\ufeffx'"),
-                              QStringLiteral("'2020-02-30'"),
-                              QStringLiteral("'%1'").arg(QUuid::createUuid().toString()),
-                              QStringLiteral("'%1x'").arg(QUuid::createUuid().toString().mid(1)),
-                              QStringLiteral("'2020-01-02 03:04:05.678'"),
-                              QStringLiteral("'2020-01-02 03:04:05'"),
-                              QStringLiteral("'2020-01-02 03:04'"),
-                              QStringLiteral("'2019-03-10 02:30:00'")};
-        if (isPostgres()) {
-            values << QStringLiteral("TRUE") << QStringLiteral("FALSE") << QStringLiteral("NULL::BOOLEAN")
-                   << QStringLiteral("7::SMALLINT") << QStringLiteral("-7::BIGINT") << QStringLiteral("-7::INTEGER")
-                   << QStringLiteral("NULL::INTEGER") << QStringLiteral("1e-7::NUMERIC") << QStringLiteral("1e300")
-                   << QStringLiteral("1.5::REAL") << QStringLiteral("'NaN'::NUMERIC")
-                   << QStringLiteral("'-Infinity'::FLOAT8") << QStringLiteral("NULL::NUMERIC")
-                   << QStringLiteral("'ab'::CHAR(5)") << QStringLiteral("'ab'::VARCHAR(5)")
-                   << QStringLiteral("'\\x00ff'::BYTEA") << QStringLiteral("''::BYTEA") << QStringLiteral("NULL::BYTEA")
-                   << QStringLiteral("'2020-02-29'::DATE") << QStringLiteral("'12020-02-29'::DATE")
-                   << QStringLiteral("'0044-03-15 BC'::DATE") << QStringLiteral("'infinity'::DATE")
-                   << QStringLiteral("NULL::DATE") << QStringLiteral("NULL::TIMESTAMP")
-                   << QStringLiteral("'infinity'::TIMESTAMP") << QStringLiteral("'0044-03-15 01:02:03 BC'::TIMESTAMP")
-                   << QStringLiteral("'2019-03-10 02:30:00'::TIMESTAMP") << QStringLiteral("'01:02:03'::TIME")
-                   << QStringLiteral("NULL::TIME") << QStringLiteral("'01:02:03+02'::TIMETZ")
-                   << QStringLiteral("'2020-07-02 03:04:05.6+00'::TIMESTAMPTZ")
-                   << QStringLiteral("'infinity'::TIMESTAMPTZ") << QStringLiteral("'Infinity'::FLOAT4")
-                   << QStringLiteral("'NaN'::FLOAT8") << QStringLiteral("7::OID") << QStringLiteral("'now'::REGPROC")
-                   << QStringLiteral("'7'::XID") << QStringLiteral("'7'::CID") << QStringLiteral("'7.5'::MONEY")
-                   << QStringLiteral("'a\u00e4'::NAME") << QStringLiteral("'{1,2}'::INTEGER[]")
-                   << QStringLiteral("'{}'::JSON") << QStringLiteral("B'101'");
-            std::mt19937 random(11); // NOLINT: the same times each run
-            for (int i = 0; i < 500; ++i)
-                values += QStringLiteral("'%1'::TIMESTAMP").arg(randomTime(random));
-        } else {
-            values << QStringLiteral("x'00ff'") << QStringLiteral("x''") << QStringLiteral("CAST(x'e4' AS TEXT)")
-                   << QStringLiteral("CAST(x'c3a461e0' AS TEXT)") << QStringLiteral("CAST(x'610062' AS TEXT)")
-                   << QStringLiteral("1e300") << QStringLiteral("-9e999");
-        }
+        QStringList values =
+            QStringLiteral("0;-7;1.5;2147483648;-9223372036854775807;NULL;'';'abc';'12';'12.5x';'true';"
+                           "'\u00e4\u20ac\U0001f600';'\ufeffx';'2020-02-30';'2020-01-02 03:04:05.678';"
+                           "'2020-01-02 03:04:05';'2020-01-02 03:04';'2019-03-10 02:30:00';"
+                           "'{12345678-1234-1234-1234-1234567890ab}';'12345678-1234-1234-1234-1234567890ab}x'")
+                .split(QLatin1Char(';'));
+        const QString others =
+            isPostgres()
+                ? QStringLiteral(
+                      "TRUE;FALSE;NULL::BOOLEAN;7::SMALLINT;-7::BIGINT;-7::INTEGER;NULL::INTEGER;1e-7::NUMERIC;1e300;"
+                      "1.5::REAL;'NaN'::NUMERIC;'-Infinity'::FLOAT8;NULL::NUMERIC;'ab'::CHAR(5);'ab'::VARCHAR(5);"
+                      "'\\x00ff'::BYTEA;''::BYTEA;NULL::BYTEA;'2020-02-29'::DATE;'12020-02-29'::DATE;"
+                      "'0044-03-15 BC'::DATE;'infinity'::DATE;NULL::DATE;NULL::TIMESTAMP;'infinity'::TIMESTAMP;"
+                      "'0044-03-15 01:02:03 BC'::TIMESTAMP;'2019-03-10 02:30:00'::TIMESTAMP;'01:02:03'::TIME;"
+                      "NULL::TIME;'01:02:03+02'::TIMETZ;'2020-07-02 03:04:05.6+00'::TIMESTAMPTZ;"
+                      "'infinity'::TIMESTAMPTZ;'Infinity'::FLOAT4;'NaN'::FLOAT8;7::OID;'now'::REGPROC;'7'::XID;"
+                      "'7'::CID;'7.5'::MONEY;'a\u00e4'::NAME;'{1,2}'::INTEGER[];'{}'::JSON;B'101'")
+                : QStringLiteral("x'00ff';x'';CAST(x'e4' AS TEXT);CAST(x'c3a461e0' AS TEXT);CAST(x'610062' AS TEXT);"
+                                 "1e300;-9e999");
+        values += others.split(QLatin1Char(';'));
+        std::mt19937 random(11); // NOLINT: the same times each run
+        for (int i = 0; i < (isPostgres() ? 500 : 0); ++i)
+            values += QStringLiteral("'%1'::TIMESTAMP").arg(randomTime(random));
         // The first row is not read like the others.
         for (const QString& value : qAsConst(values)) {
             const QString rows = QStringLiteral("SELECT %1, 1 UNION ALL SELECT %1, 2 UNION ALL SELECT %1, 3");
@@ -263,44 +217,21 @@ private Q_SLOTS:
 
     void writesWhatQtWrites()
     {
-        QStringList columns;
-        const auto converter = m_db->Converter();
-        for (const auto& [kind, size] :
-             std::vector<std::pair<Enumerations::DataType, unsigned int>>{{Enumerations::Integer, 2},
-                                                                          {Enumerations::Integer, 8},
-                                                                          {Enumerations::TimeStamp, 0},
-                                                                          {Enumerations::Boolean, 0},
-                                                                          {Enumerations::Numeric, 0},
-                                                                          {Enumerations::Text, 0},
-                                                                          {Enumerations::ByteArray, 0},
-                                                                          {Enumerations::Date, 0}})
-            columns += QStringLiteral("c%1 %2").arg(columns.size()).arg(converter->type(kind, size));
+        using namespace Enumerations;
+        QStringList columns = {QStringLiteral("c0 SMALLINT")};
+        for (const DataType kind : {Integer, TimeStamp, Boolean, Numeric, Text, ByteArray, Date})
+            columns +=
+                QStringLiteral("c%1 ").arg(columns.size()) + m_db->Converter()->type(kind, kind == Integer ? 8 : 0);
         m_db->Exec(QStringLiteral("CREATE TABLE v (%1)").arg(columns.join(QStringLiteral(", "))));
         const QDateTime time(QDate(2019, 3, 10), QTime(2, 30, 0, 5), Qt::UTC);
-        const std::vector<Bind> values = {binding(true),
-                                          binding(-3),
-                                          binding(40000U),
-                                          binding(std::numeric_limits<qint64>::max()),
-                                          binding(2.5),
-                                          binding(-1e-7),
-                                          binding(1e20),
-                                          binding(std::numeric_limits<double>::infinity()),
-                                          binding(std::numeric_limits<double>::quiet_NaN()),
-                                          binding(QString()),
-                                          binding(QStringLiteral("")),
-                                          binding(QStringLiteral("12")),
-                                          binding(QStringLiteral("it's \\ \"\u20ac\" :value $1 ?")),
-                                          binding(QStringLiteral("\ufeff\ufeffx")),
-                                          binding(QUuid(QStringLiteral("{12345678-1234-1234-1234-1234567890ab}"))),
-                                          binding(QUuid()),
-                                          binding(QByteArray()),
-                                          binding(QByteArray("")),
-                                          binding(QByteArray("\x00\\'\xff", 4)),
-                                          binding(QDate()),
-                                          binding(QDate(45, 2, 3)),
-                                          binding(time),
-                                          binding(QDateTime(time.date(), time.time())),
-                                          binding(QDateTime())};
+        using Limits = std::numeric_limits<double>;
+        const std::vector<Bind> values =
+            bindings(true, -3, 40000U, std::numeric_limits<qint64>::max(), 2.5, -1e-7, 1e20, Limits::infinity(),
+                     Limits::quiet_NaN(), QString(), QStringLiteral(""), QStringLiteral("12"),
+                     QStringLiteral("it's \\ \"\u20ac\" :value $1 ?"), QStringLiteral("\ufeff\ufeffx"),
+                     QUuid(QStringLiteral("{12345678-1234-1234-1234-1234567890ab}")), QUuid(), QByteArray(),
+                     QByteArray(""), QByteArray("\x00\\'\xff", 4), QDate(), QDate(45, 2, 3), time,
+                     QDateTime(time.date(), time.time()), QDateTime());
         for (int column = 0; column < columns.size(); ++column) {
             for (std::size_t i = 0; i < values.size(); ++i) {
                 const QString name = QStringLiteral("c%1").arg(column);
@@ -332,28 +263,9 @@ private Q_SLOTS:
         }
     }
 
-    void rowsThatAreNotThere()
-    {
-        for (const bool native : {true, false}) {
-            QVector<bool> touched;
-            std::unique_ptr<IRowWriter> rows;
-            Database::Transaction transaction = m_db->Transaction();
-            m_db->Exec(QStringLiteral("INSERT INTO k VALUES (1), (3)"));
-            rows = writer(native, QStringLiteral("UPDATE k SET a = 10 * a WHERE a = :value"),
-                          [&] { touched.append(rows->touchedRow()); });
-            for (const int value : {1, 2, 3}) {
-                rows->values().bindValue(QStringLiteral(":value"), value);
-                rows->run();
-            }
-            rows->finish();
-            QCOMPARE(touched, (QVector<bool>{true, false, true}));
-            rows.reset();
-        }
-    }
-
     void rowsUnderWay()
     {
-        m_db->Exec(QStringLiteral("CREATE TABLE v (a INTEGER, b NUMERIC, c TEXT)"));
+        exec("CREATE TABLE v (a INTEGER, b NUMERIC, c TEXT)");
         Database::Transaction transaction = m_db->Transaction();
         int written = 0;
         {
@@ -398,6 +310,66 @@ private Q_SLOTS:
             QVERIFY(transaction.rollback());
             QCOMPARE(scalar("SELECT count(*) FROM k").toInt(), 0);
         }
+    }
+
+    void checkedAtTheEnd()
+    {
+        if (!isPostgres())
+            exec("PRAGMA foreign_keys = ON");
+        exec("CREATE TABLE c (k INTEGER REFERENCES k (a) DEFERRABLE INITIALLY DEFERRED)");
+        int written = 0;
+        const auto row = m_db->Write(QStringLiteral("INSERT INTO c VALUES (1)"), [&] { ++written; });
+        const auto write = [&] {
+            row->run();
+            row->finish();
+        };
+        QVERIFY_EXCEPTION_THROWN(write(), ExecutionException);
+        QCOMPARE(written, 0);
+    }
+
+    void statementsAmongTheRows_data()
+    {
+        QTest::addColumn<bool>("fails");
+        QTest::newRow("good rows") << false;
+        QTest::newRow("a bad row") << true;
+    }
+    void statementsAmongTheRows()
+    {
+        QFETCH(bool, fails);
+        const std::vector<std::function<void()>> statements = {
+            [&] { exec("SELECT 1"); }, [&] { m_db->Read(QStringLiteral("SELECT 1")); },
+            [&] { m_db->Exec(m_db->PreparedQuery(QStringLiteral("SELECT 1"))); }, [&] { m_db->Tables(); },
+            [&] { m_db->Write(QStringLiteral("INSERT INTO k VALUES (9)"), [] {})->run(); }};
+        for (const auto& statement : statements) {
+            const TestSupport::LogCapture log;
+            int written = 0;
+            std::unique_ptr<IRowWriter> rows;
+            Database::Transaction transaction = m_db->Transaction();
+            rows = m_db->Write(QStringLiteral("INSERT INTO k VALUES (:a)"), [&] { ++written; });
+            bool isTold = false;
+            try {
+                for (const int value : {1, fails ? 1 : 2}) {
+                    rows->values().bindValue(QStringLiteral(":a"), value);
+                    rows->run();
+                }
+                statement();
+            } catch (const ExecutionException&) {
+                isTold = true;
+            }
+            QCOMPARE(isTold, fails);
+            QCOMPARE(written, fails ? 1 : 2);
+            if (fails && isPostgres())
+                QVERIFY_EXCEPTION_THROWN(rows->finish(), ExecutionException);
+            QVERIFY(transaction.rollback());
+        }
+        // The end of the transaction is one more statement.
+        for (int end = 0; end < 3; ++end) {
+            const auto rows = m_db->Write(QStringLiteral("INSERT INTO k VALUES (1)"), [] {});
+            Database::Transaction transaction = m_db->Transaction();
+            rows->run();
+            QVERIFY(end == 0 || (end == 1 ? transaction.rollback() : transaction.commit()));
+        }
+        QCOMPARE(scalar("SELECT count(*) FROM k").toInt(), 1);
     }
 };
 

@@ -1,5 +1,5 @@
 #include "database/Database.h"
-#include "database/InvalidDbException.h"
+#include "database/DbException.h"
 #include "support/LogCapture.h"
 #include "support/RunningWorker.h"
 #include "support/Scalar.h"

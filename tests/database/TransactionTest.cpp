@@ -1,11 +1,9 @@
 #include "database/BatchCache.h"
-#include "database/Database.h"
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/Failure.h"
+#include "support/DatabaseFixture.h"
 #include "support/LogCapture.h"
 #include "support/RunningWorker.h"
-#include "support/Scalar.h"
-#include "support/TestDatabase.h"
 #include "support/TestMain.h"
 
 #include <QSqlDatabase>
@@ -14,35 +12,21 @@
 using namespace DataAccess;
 using Database::Transaction;
 using Exceptions::ExecutionException;
-using TestSupport::TestDatabase;
 
 /// The guard around a transaction.
-class TransactionTest : public QObject
+class TransactionTest : public TestSupport::DatabaseFixture
 {
     Q_OBJECT
 
-    std::unique_ptr<TestDatabase> m_database;
-    std::unique_ptr<Database::Database> m_db;
-
-    bool isPostgres() const { return m_database->type() == Enumerations::Postgres; }
     void insert(int value) { m_db->Exec(QStringLiteral("INSERT INTO t VALUES (%1)").arg(value)); }
-    int rows() { return TestSupport::scalar(*m_db, "SELECT count(*) FROM t").toInt(); }
+    int rows() { return scalar("SELECT count(*) FROM t").toInt(); }
+
+public:
+    TransactionTest()
+        : DatabaseFixture({QStringLiteral("CREATE TABLE t (a INTEGER PRIMARY KEY)")})
+    {}
 
 private Q_SLOTS:
-    void initTestCase_data() { TestSupport::addBackends(); }
-    void init()
-    {
-        QFETCH_GLOBAL(int, backend);
-        m_database = std::make_unique<TestDatabase>(static_cast<Enumerations::DatabaseType>(backend));
-        m_db = std::make_unique<Database::Database>(m_database->config());
-        m_db->Exec(QStringLiteral("CREATE TABLE t (a INTEGER PRIMARY KEY)"));
-    }
-    void cleanup()
-    {
-        m_db.reset();
-        m_database.reset();
-    }
-
     void endsOnce()
     {
         for (const bool commit : {false, true}) {
@@ -76,19 +60,19 @@ private Q_SLOTS:
             third = std::move(first);
             QVERIFY(!third.isOpen());
         }
-        m_db->Exec(QStringLiteral("COMMIT"));
+        exec("COMMIT");
         QCOMPARE(rows(), 2);
     }
 
     void failedCommitStaysOpen()
     {
         if (!isPostgres())
-            m_db->Exec(QStringLiteral("PRAGMA foreign_keys = ON"));
-        m_db->Exec(QStringLiteral("CREATE TABLE c (t INTEGER REFERENCES t (a) DEFERRABLE INITIALLY DEFERRED)"));
+            exec("PRAGMA foreign_keys = ON");
+        exec("CREATE TABLE c (t INTEGER REFERENCES t (a) DEFERRABLE INITIALLY DEFERRED)");
         {
             Transaction transaction = m_db->Transaction();
             insert(1);
-            m_db->Exec(QStringLiteral("INSERT INTO c VALUES (2)"));
+            exec("INSERT INTO c VALUES (2)");
             QVERIFY(!transaction.commit() && transaction.isOpen() && !transaction.isUnavailable());
             QVERIFY2(transaction.lastError().contains(QLatin1String("foreign key"), Qt::CaseInsensitive),
                      qUtf8Printable(transaction.lastError()));
@@ -116,9 +100,9 @@ private Q_SLOTS:
     {
         if (isPostgres())
             return; // keeps it, as after any failed statement
-        m_db->Exec(QStringLiteral("CREATE TABLE large (a BLOB)"));
-        m_db->Exec(QStringLiteral("PRAGMA max_page_count = 10"));
-        const QVariant cache = TestSupport::scalar(*m_db, "PRAGMA cache_size");
+        exec("CREATE TABLE large (a BLOB)");
+        exec("PRAGMA max_page_count = 10");
+        const QVariant cache = scalar("PRAGMA cache_size");
         for (const bool isAsked : {true, false}) {
             const Database::BatchCache largeCache(*m_db, 1000);
             Transaction transaction = m_db->Transaction();
@@ -135,7 +119,7 @@ private Q_SLOTS:
             QVERIFY_EXCEPTION_THROWN(rows(), ExecutionException);
         }
         QCOMPARE(rows(), 0);
-        QCOMPARE(TestSupport::scalar(*m_db, "PRAGMA cache_size"), cache);
+        QCOMPARE(scalar("PRAGMA cache_size"), cache);
         QVERIFY(m_db->Transaction().isOpen());
     }
 

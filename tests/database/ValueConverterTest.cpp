@@ -1,8 +1,6 @@
-#include "database/Database.h"
-#include "database/ExecutionException.h"
-#include "database/SQLite2ValueConverter.h"
-#include "support/Scalar.h"
-#include "support/TestDatabase.h"
+#include "database/DbException.h"
+#include "database/backends/sqlite2/Sqlite2Backend.h"
+#include "support/DatabaseFixture.h"
 #include "support/TestMain.h"
 
 #include <QJsonArray>
@@ -16,7 +14,6 @@ using namespace DataAccess;
 using namespace DataAccess::Enumerations;
 using Exceptions::ExecutionException;
 using Interfaces::IValueConverter;
-using TestSupport::TestDatabase;
 
 namespace {
 
@@ -76,16 +73,13 @@ QString dateText(std::mt19937& random)
 } // namespace
 
 /// What is stored through a converter comes back through it, on every backend, in every time zone and language.
-class ValueConverterTest : public QObject
+class ValueConverterTest : public TestSupport::DatabaseFixture
 {
     Q_OBJECT
 
     const QString m_placeholder = QStringLiteral(":value");
-    std::unique_ptr<TestDatabase> m_database;
-    std::unique_ptr<Database::Database> m_db;
     QSqlQuery m_row = QSqlQuery(QSqlDatabase());
 
-    bool isPostgres() const { return m_database->type() == Postgres; }
     std::shared_ptr<IValueConverter> select(const char* statement)
     {
         m_row = m_db->Exec(QLatin1String(statement));
@@ -117,16 +111,18 @@ class ValueConverterTest : public QObject
     bool isStoredAsNull(const char* column, const T& value)
     {
         store(column, value);
-        return TestSupport::scalar(*m_db, QByteArray("SELECT count(").append(column).append(") FROM v")) == 0;
+        return scalar(QByteArray("SELECT count(").append(column).append(") FROM v")) == 0;
     }
 
+public:
+    ValueConverterTest()
+        : DatabaseFixture({})
+    {}
+
 private Q_SLOTS:
-    void initTestCase_data() { TestSupport::addBackends(); }
     void init()
     {
-        QFETCH_GLOBAL(int, backend);
-        m_database = std::make_unique<TestDatabase>(static_cast<DatabaseType>(backend));
-        m_db = std::make_unique<Database::Database>(m_database->config());
+        DatabaseFixture::init();
         const auto types = m_db->Converter();
         m_db->Exec(QStringLiteral("CREATE TABLE v (i2 %1, i4 %2, i8 %3, time %4, flag %5, number %6, text %7, chars %8,"
                                   " bytes %9, day ")
@@ -139,8 +135,7 @@ private Q_SLOTS:
     void cleanup()
     {
         m_row = QSqlQuery(QSqlDatabase());
-        m_db.reset();
-        m_database.reset();
+        DatabaseFixture::cleanup();
     }
 
     void numbers()
@@ -360,38 +355,38 @@ private Q_SLOTS:
 
     void columnTypes()
     {
-        // Of a text that begins with "Invalid", SQLite has no such size; PostgreSQL asks for none.
-        const std::vector<std::tuple<DataType, unsigned int, const char*, const char*>> table = {
-            {Integer, 2, "INTEGER", "SMALLINT"},
-            {Integer, 4, "INTEGER", "INTEGER"},
-            {Integer, 8, "INTEGER", "BIGINT"},
-            {Integer, 6, "Invalid Integer Size!", "BIGINT"},
-            {TimeStamp, 0, "TEXT", "TIMESTAMP"},
-            {TimeStamp, 1, "Invalid TimeStamp Size!", "TIMESTAMP"},
-            {Boolean, 0, "INTEGER", "BOOLEAN"},
-            {Boolean, 1, "Invalid Boolean Size!", "BOOLEAN"},
-            {Numeric, 0, "REAL", "NUMERIC"},
-            {Numeric, 1, "Invalid Numeric Size!", "NUMERIC"},
-            {Text, 0, "TEXT", "TEXT"},
-            {Text, 1, "Invalid Text Size!", "TEXT"},
-            {Char, 3, "TEXT", "CHAR(3)"},
-            {Char, 0, "Invalid Char Size!", "CHAR(0)"},
-            {VarChar, 40, "TEXT", "VARCHAR(40)"},
-            {VarChar, 0, "Invalid VarChar Size!", "VARCHAR(0)"},
-            {ByteArray, 0, "TEXT", "BYTEA"},
-            {ByteArray, 1, "Invalid ByteArray Size!", "BYTEA"},
-            {Date, 0, "TEXT", "DATE"},
-            {Date, 1, "Invalid Date Size!", "DATE"},
-            {static_cast<DataType>(9), 1, "TEXT", "TEXT"}};
-        for (const auto& [kind, size, sqlite, postgres] : table) {
-            QByteArray text;
+        QStringList texts;
+        for (const auto& [kind, size] : std::initializer_list<std::pair<int, unsigned int>>{{Integer, 2},
+                                                                                            {Integer, 4},
+                                                                                            {Integer, 8},
+                                                                                            {Integer, 6},
+                                                                                            {TimeStamp, 0},
+                                                                                            {TimeStamp, 1},
+                                                                                            {Boolean, 0},
+                                                                                            {Numeric, 0},
+                                                                                            {Text, 0},
+                                                                                            {Text, 1},
+                                                                                            {Char, 3},
+                                                                                            {Char, 0},
+                                                                                            {VarChar, 40},
+                                                                                            {VarChar, 0},
+                                                                                            {ByteArray, 0},
+                                                                                            {Date, 0},
+                                                                                            {9, 1}}) {
             try {
-                text = m_db->Converter()->type(kind, size).toLatin1();
+                texts += m_db->Converter()->type(static_cast<DataType>(kind), size);
             } catch (const ExecutionException& error) {
-                text = error.what();
+                texts += QString::fromLatin1(error.what());
             }
-            QCOMPARE(text, QByteArray(isPostgres() ? postgres : sqlite));
         }
+        // SQLite asks for fitting sizes, PostgreSQL for none.
+        QCOMPARE(texts.join(QLatin1Char(' ')),
+                 isPostgres()
+                     ? QStringLiteral("SMALLINT INTEGER BIGINT BIGINT TIMESTAMP TIMESTAMP BOOLEAN NUMERIC TEXT "
+                                      "TEXT CHAR(3) CHAR(0) VARCHAR(40) VARCHAR(0) BYTEA DATE TEXT")
+                     : QStringLiteral("INTEGER INTEGER INTEGER Invalid Integer Size! TEXT Invalid TimeStamp "
+                                      "Size! INTEGER REAL TEXT Invalid Text Size! TEXT Invalid Char Size! TEXT "
+                                      "Invalid VarChar Size! TEXT TEXT TEXT"));
     }
 };
 

@@ -2,27 +2,19 @@
 
 #include "entities/qor/Entity.h"
 #include "entities/qor/IObserver.h"
+#include "entities/qor/Properties.h"
+#include "support/Entities.h"
 
-#include <QJsonObject>
-#include <QStringList>
 #include <QTest>
-#include <QUuid>
-
-#include <algorithm>
-#include <functional>
-#include <memory>
-
-Q_DECLARE_METATYPE(std::function<void()>)
 
 namespace TestSupport {
 
-/// An entity with an id.
-template <typename T>
-std::shared_ptr<T> make()
+/// The name of an operation of a class, as the compiler writes it.
+template <auto operation>
+QString nameOf()
 {
-    auto entity = std::make_shared<T>();
-    entity->SetId(QUuid::createUuid());
-    return entity;
+    const QString name = QString::fromLatin1(Q_FUNC_INFO).remove(QLatin1Char(']'));
+    return name.mid(name.lastIndexOf(QLatin1Char(':')) + 1);
 }
 
 /// Counts how often it is told of a change.
@@ -34,28 +26,55 @@ public:
     int told = 0;
 };
 
-enum class Storage { Stored, MemoryOnly };
-
-/// The names of the members that are not the same in both objects.
-inline QStringList changedMembers(const QJsonObject& left, const QJsonObject& right)
+/// A value that no property has at first, chosen so that the type's own comparison finds it equal to the first one
+/// where it can: an empty text is stored differently from a null one, and the epoch from no time.
+template <typename Value>
+Value otherValue()
 {
-    QStringList names = left.keys() + right.keys();
-    names.removeDuplicates();
-    const auto isSame = [&](const QString& name) { return left.value(name) == right.value(name); };
-    names.erase(std::remove_if(names.begin(), names.end(), isSame), names.end());
-    return names;
+    if constexpr (std::is_enum_v<Value> || std::is_same_v<Value, int>)
+        return static_cast<Value>(-77); // No enumeration has a name for it.
+    else if constexpr (std::is_same_v<Value, unsigned int>)
+        return 4000000000U;
+    else if constexpr (std::is_same_v<Value, bool>)
+        return true;
+    else if constexpr (std::is_same_v<Value, double>)
+        return 0;
+    else if constexpr (std::is_same_v<Value, QString>)
+        return QStringLiteral("{\"20400\":1.5e-12}"); // Those that are texts of something else are objects.
+    else if constexpr (std::is_same_v<Value, QByteArray>)
+        return QByteArray("");
+    else if constexpr (std::is_same_v<Value, QUuid>)
+        return QUuid::createUuid();
+    else if constexpr (std::is_same_v<Value, QDate>)
+        return QDate(2020, 2, 29);
+    else if constexpr (std::is_same_v<Value, QDateTime>)
+        return QDateTime::fromMSecsSinceEpoch(0, Qt::UTC);
+    else if constexpr (std::is_same_v<Value, std::vector<QUuid>>)
+        return {QUuid::createUuid(), QUuid()};
+    else if constexpr (std::is_same_v<Value, QHash<QString, QString>>)
+        return {{QStringLiteral("key"), QString()}};
+    else {
+        Value image(2, 2, Value::Format_RGB32);
+        image.fill(Qt::red);
+        return image;
+    }
 }
 
 /**
- * Checks what holds for each property of an entity E. @p value differs from what a new entity has: setting it is read
- * back, touches this member alone, tells observers once and makes a Normal entity (and no other) Modified if the
- * property is stored; setting it again does nothing.
+ * Checks what holds for each property P of an entity E: setting it is read back, touches its member of the JSON alone,
+ * tells observers once and makes a Normal entity (and no other) Modified if the property is stored; setting it again
+ * does nothing. Copies have it; what may be missing in an object is not copied over what is there.
  */
-template <typename E, typename Getter, typename Setter, typename Value>
-void checkProperty(const QString& member, Getter get, Setter set, const Value& value, Storage storage = Storage::Stored)
+template <typename E, typename P>
+void checkProperty(const char* name)
 {
     using namespace QOR::Entities::Enumerations;
-    E entity;
+    using QOR::Entities::PropertyKind;
+    constexpr auto get = P::get;
+    constexpr auto set = P::set;
+    const auto value = otherValue<typename P::Value>();
+    const auto made = make<E>(QUuid(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11));
+    E& entity = *made;
     entity.SetEntityState(Normal);
     CountingObserver observer;
     entity.attach(&observer);
@@ -63,16 +82,22 @@ void checkProperty(const QString& member, Getter get, Setter set, const Value& v
 
     std::invoke(set, entity, value);
     QVERIFY(std::invoke(get, entity) == value);
-    QCOMPARE(changedMembers(before, entity.toJson()), QStringList(member));
-    QCOMPARE(entity.EntityState(), storage == Storage::Stored ? Modified : Normal);
+    QCOMPARE(changedMembers(before, entity.toJson()), QStringList(QString::fromLatin1(name)));
+    QCOMPARE(entity.EntityState(), P::isStored ? Modified : Normal);
     QCOMPARE(observer.told, 1);
-
     entity.SetEntityState(Normal);
     observer.told = 0;
     std::invoke(set, entity, value);
     QCOMPARE(entity.EntityState(), Normal);
     QCOMPARE(observer.told, 0);
 
+    const auto copy = make<E>(entity.Id());
+    QOR::Entities::copyProperties(entity, *copy);
+    QCOMPARE(copy->toJson(), entity.toJson());
+    QCOMPARE(E(entity).toJson(), entity.toJson());
+    QOR::Entities::copyProperties(E(), *copy);
+    const bool stays = P::kind == PropertyKind::Lazy || P::kind == PropertyKind::InMemory;
+    QCOMPARE(std::invoke(get, *copy) == value, stays);
     for (const auto state : {New, Deleted, Snapshot}) {
         E other;
         other.SetEntityState(state);
@@ -81,14 +106,17 @@ void checkProperty(const QString& member, Getter get, Setter set, const Value& v
     }
 }
 
-/// Checks how the id and the object of a reference of E to a T follow one another.
-template <typename E, typename T, typename GetId, typename SetId, typename GetObject, typename SetObject>
-void checkReference(GetId getId, SetId setId, GetObject getObject, SetObject setObject)
+/// Checks how the id and the object of a reference R of E follow one another.
+template <typename E, typename R>
+void checkReference()
 {
     using namespace QOR::Entities::Enumerations;
-    const auto target = std::make_shared<T>();
+    constexpr auto getId = R::get;
+    constexpr auto setId = R::set;
+    constexpr auto getObject = R::getObject;
+    constexpr auto setObject = R::setObject;
     const QUuid id = QUuid::createUuid();
-    target->SetId(id);
+    const auto target = make<typename R::Target>(id);
     const auto owned = std::make_shared<E>();
     E& entity = *owned;
     CountingObserver observer;
@@ -133,33 +161,12 @@ void checkReference(GetId getId, SetId setId, GetObject getObject, SetObject set
     QCOMPARE(entity.EntityState(), Modified);
 
     // An object without an id gives it when it gets one.
-    const auto late = std::make_shared<T>();
+    const auto late = std::make_shared<typename R::Target>();
     std::invoke(setObject, entity, late);
     normal();
     late->SetId(id);
     QCOMPARE(std::invoke(getId, entity), id);
     QCOMPARE(entity.EntityState(), Modified);
-}
-
-/// Adds a row that runs checkProperty() to a table with one column `check`; @p member may begin with a capital.
-template <typename E, typename Getter, typename Setter, typename Value>
-void addProperty(const char* entity, const char* member, Getter get, Setter set, const Value& value,
-                 Storage storage = Storage::Stored)
-{
-    QString jsonName = QString::fromLatin1(member);
-    jsonName[0] = jsonName[0].toLower();
-    const std::function<void()> check = [=] { checkProperty<E>(jsonName, get, set, value, storage); };
-    QTest::newRow(QByteArray(entity).append('.').append(member).constData()) << check;
-}
-
-/// Adds rows for the id of a reference and for its object.
-template <typename E, typename T, typename GetId, typename SetId, typename GetObject, typename SetObject>
-void addReference(const char* entity, const char* member, GetId getId, SetId setId, GetObject getObject,
-                  SetObject setObject)
-{
-    addProperty<E>(entity, member, getId, setId, QUuid::createUuid());
-    const std::function<void()> check = [=] { checkReference<E, T>(getId, setId, getObject, setObject); };
-    QTest::newRow(QByteArray(entity).append(".object of ").append(member).constData()) << check;
 }
 
 } // namespace TestSupport

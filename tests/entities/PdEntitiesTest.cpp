@@ -62,162 +62,127 @@ class PdEntitiesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void filter_data();
-    void filter();
-    void latestReport_data();
-    void latestReport();
-    void ownersGiveTheirId();
-    void linkingWhatIsStoredChangesNothing();
-    void droppingTheTaskFreesAllItOwns();
-};
-
-void PdEntitiesTest::filter_data()
-{
-    QTest::addColumn<Filter>("held");
-    QTest::addColumn<Filter>("given");
-    QTest::addColumn<bool>("changes");
-    const QString key = QStringLiteral("key");
-    const QString empty = QStringLiteral("");
-    QTest::newRow("none") << Filter() << Filter() << false;
-    QTest::newRow("same") << Filter{{key, key}, {empty, empty}} << Filter{{empty, empty}, {key, key}} << false;
-    QTest::newRow("another value") << Filter{{key, key}} << Filter{{key, empty}} << true;
-    QTest::newRow("a key less") << Filter{{key, key}, {empty, key}} << Filter{{key, key}} << true;
-    QTest::newRow("empty in place of null") << Filter{{key, QString()}} << Filter{{key, empty}} << true;
-    QTest::newRow("null in place of empty") << Filter{{key, empty}} << Filter{{key, QString()}} << true;
-    QTest::newRow("empty key in place of null") << Filter{{QString(), key}} << Filter{{empty, key}} << true;
-}
-
-void PdEntitiesTest::filter()
-{
-    QFETCH(Filter, held);
-    QFETCH(Filter, given);
-    QFETCH(bool, changes);
-    PdReport report;
-    report.SetFilter(held);
-    report.SetEntityState(Normal);
-    report.SetFilter(given);
-    QCOMPARE(report.EntityState(), changes ? Modified : Normal);
-    QCOMPARE(report.Filter(), given);
-}
-
-void PdEntitiesTest::latestReport_data()
-{
-    QTest::addColumn<Times>("times");
-    QTest::addColumn<int>("latest");
-    const QDateTime none;
-    const QDateTime early(QDate(1950, 1, 1), QTime(0, 0), Qt::UTC);
-    const QDateTime late(QDate(2020, 1, 1), QTime(12, 0), Qt::UTC);
-    // The same instant as `late` and a little earlier, though the clock there shows less and more.
-    const QDateTime lateWest = late.toOffsetFromUtc(-36000);
-    const QDateTime earlierEast = late.addMSecs(-1).toOffsetFromUtc(36000);
-    QTest::newRow("no report") << Times() << -1;
-    QTest::newRow("one without time") << Times{none} << 0;
-    QTest::newRow("none with time") << Times{none, none} << 1;
-    QTest::newRow("without time is oldest") << Times{none, early, none} << 1;
-    QTest::newRow("in the middle") << Times{early, late, none, early} << 1;
-    QTest::newRow("first") << Times{late, early} << 0;
-    QTest::newRow("one time twice") << Times{late, early, late, early} << 2;
-    QTest::newRow("one instant in two zones") << Times{late, lateWest} << 1;
-    QTest::newRow("earlier instant, later clock") << Times{late, earlierEast} << 0;
-}
-
-void PdEntitiesTest::latestReport()
-{
-    QFETCH(Times, times);
-    QFETCH(int, latest);
-    std::vector<std::shared_ptr<Interfaces::IPdReport>> reports;
-    for (const QDateTime& time : times) {
-        reports.push_back(make<PdReport>());
-        reports.back()->SetCreationTimestamp(time);
+    void filter_data()
+    {
+        QTest::addColumn<Filter>("held");
+        QTest::addColumn<Filter>("given");
+        QTest::addColumn<bool>("changes");
+        const QString key = QStringLiteral("key");
+        const QString empty = QStringLiteral("");
+        QTest::newRow("none") << Filter() << Filter() << false;
+        QTest::newRow("same") << Filter{{key, key}, {empty, empty}} << Filter{{empty, empty}, {key, key}} << false;
+        QTest::newRow("another value") << Filter{{key, key}} << Filter{{key, empty}} << true;
+        QTest::newRow("a key less") << Filter{{key, key}, {empty, key}} << Filter{{key, key}} << true;
+        QTest::newRow("empty in place of null") << Filter{{key, QString()}} << Filter{{key, empty}} << true;
+        QTest::newRow("null in place of empty") << Filter{{key, empty}} << Filter{{key, QString()}} << true;
+        QTest::newRow("empty key in place of null") << Filter{{QString(), key}} << Filter{{empty, key}} << true;
     }
-    PdTask task;
-    task.SetReports(reports);
-    QCOMPARE(task.ReportLatest(), latest < 0 ? nullptr : reports[size_t(latest)]);
-}
+    void filter()
+    {
+        QFETCH(Filter, held);
+        QFETCH(Filter, given);
+        QFETCH(bool, changes);
+        PdReport report;
+        report.SetFilter(held);
+        report.SetEntityState(Normal);
+        report.SetFilter(given);
+        QCOMPARE(report.EntityState(), changes ? Modified : Normal);
+        QCOMPARE(report.Filter(), given);
+    }
 
-void PdEntitiesTest::ownersGiveTheirId()
-{
-    const auto task = makeTask();
-    const auto report = task->Reports().front();
-    QCOMPARE(report->Task().get(), task.get());
-    QCOMPARE(report->TaskId(), task->Id());
-    int parts = 0;
-    for (const auto& entity : familyOf(report)) {
-        if (const auto part = std::dynamic_pointer_cast<Interfaces::IPdReportPart>(entity)) {
-            QCOMPARE(part->reportId(), report->Id());
-            ++parts;
-        } else if (const auto file = std::dynamic_pointer_cast<Interfaces::IPdFile>(entity)) {
-            QCOMPARE(file->Report(), report);
-            QCOMPARE(file->ReportId(), report->Id());
+    void latestReport_data()
+    {
+        QTest::addColumn<Times>("times");
+        QTest::addColumn<int>("latest");
+        const QDateTime none;
+        const QDateTime early(QDate(1950, 1, 1), QTime(0, 0), Qt::UTC);
+        const QDateTime late(QDate(2020, 1, 1), QTime(12, 0), Qt::UTC);
+        // The same instant as `late` and a little earlier, though the clock there shows less and more.
+        const QDateTime lateWest = late.toOffsetFromUtc(-36000);
+        const QDateTime earlierEast = late.addMSecs(-1).toOffsetFromUtc(36000);
+        QTest::newRow("no report") << Times() << -1;
+        QTest::newRow("one without time") << Times{none} << 0;
+        QTest::newRow("none with time") << Times{none, none} << 1;
+        QTest::newRow("without time is oldest") << Times{none, early, none} << 1;
+        QTest::newRow("in the middle") << Times{early, late, none, early} << 1;
+        QTest::newRow("first") << Times{late, early} << 0;
+        QTest::newRow("one time twice") << Times{late, early, late, early} << 2;
+        QTest::newRow("one instant in two zones") << Times{late, lateWest} << 1;
+        QTest::newRow("earlier instant, later clock") << Times{late, earlierEast} << 0;
+    }
+    void latestReport()
+    {
+        QFETCH(Times, times);
+        QFETCH(int, latest);
+        std::vector<std::shared_ptr<Interfaces::IPdReport>> reports;
+        for (const QDateTime& time : times) {
+            reports.push_back(make<PdReport>());
+            reports.back()->SetCreationTimestamp(time);
         }
+        PdTask task;
+        task.SetReports(reports);
+        QCOMPARE(task.ReportLatest(), latest < 0 ? nullptr : reports[size_t(latest)]);
     }
-    QCOMPARE(parts, 7);
 
-    // An owner that no shared pointer holds cannot be referred to: its id is all that its children get.
-    PdTask local;
-    local.SetId(QUuid::createUuid());
-    local.SetReports({report});
-    QCOMPARE(report->TaskId(), local.Id());
-    QVERIFY(!report->Task());
-}
+    void linkingWhatIsStoredChangesNothing()
+    {
+        const auto task = makeTask();
+        const auto report = std::dynamic_pointer_cast<PdReport>(task->Reports().front());
+        const auto family = familyOf(report);
+        task->SetEntityState(Normal);
+        for (const auto& entity : family)
+            entity->SetEntityState(Normal);
+        const QJsonObject before = report->toJson();
 
-void PdEntitiesTest::linkingWhatIsStoredChangesNothing()
-{
-    const auto task = makeTask();
-    const auto report = std::dynamic_pointer_cast<PdReport>(task->Reports().front());
-    const auto family = familyOf(report);
-    task->SetEntityState(Normal);
-    for (const auto& entity : family)
-        entity->SetEntityState(Normal);
-    const QJsonObject before = report->toJson();
+        const std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>> events = report->MappingEvents();
+        report->LinkMappingEvents({});
+        report->LinkMappingEvents(events);
+        report->SetFiles(std::vector<std::shared_ptr<Interfaces::IPdFile>>(report->Files()));
+        const auto summary = report->Summary();
+        report->LinkSummary(nullptr);
+        report->setSummary(summary);
+        task->LinkReports({});
+        task->SetReports({report});
+        task->SetRating(make<Cables::Entities::Rating>());
 
-    const std::vector<std::shared_ptr<Interfaces::IPdMappingEvent>> events = report->MappingEvents();
-    report->LinkMappingEvents({});
-    report->LinkMappingEvents(events);
-    report->SetFiles(std::vector<std::shared_ptr<Interfaces::IPdFile>>(report->Files()));
-    const auto summary = report->Summary();
-    report->LinkSummary(nullptr);
-    report->setSummary(summary);
-    task->LinkReports({});
-    task->SetReports({report});
-    task->SetRating(make<Cables::Entities::Rating>());
+        QCOMPARE(task->EntityState(), Normal);
+        for (const auto& entity : family)
+            QCOMPARE(entity->EntityState(), Normal);
+        QCOMPARE(report->toJson(), before);
+    }
 
-    QCOMPARE(task->EntityState(), Normal);
-    for (const auto& entity : family)
-        QCOMPARE(entity->EntityState(), Normal);
-    QCOMPARE(report->toJson(), before);
-}
+    void droppingTheTaskFreesAllItOwns()
+    {
+        auto task = makeTask();
+        const auto cable = make<Cables::Entities::Cable>();
+        const auto station = make<Cables::Entities::Station>();
+        const auto rating = make<Cables::Entities::Rating>();
+        task->SetCable(cable);
+        task->SetStation(station);
+        task->SetRating(rating);
+        std::shared_ptr<Interfaces::IPdReport> report = task->Reports().front();
+        const std::shared_ptr<Interfaces::IPdFile> file = report->Files().front();
+        std::vector<std::weak_ptr<QOR::Entities::Entity>> owned;
+        for (const auto& entity : familyOf(report))
+            owned.emplace_back(entity);
 
-void PdEntitiesTest::droppingTheTaskFreesAllItOwns()
-{
-    auto task = makeTask();
-    const auto cable = make<Cables::Entities::Cable>();
-    const auto station = make<Cables::Entities::Station>();
-    const auto rating = make<Cables::Entities::Rating>();
-    task->SetCable(cable);
-    task->SetStation(station);
-    task->SetRating(rating);
-    std::shared_ptr<Interfaces::IPdReport> report = task->Reports().front();
-    const std::shared_ptr<Interfaces::IPdFile> file = report->Files().front();
-    std::vector<std::weak_ptr<QOR::Entities::Entity>> owned;
-    for (const auto& entity : familyOf(report))
-        owned.emplace_back(entity);
+        const QUuid taskId = task->Id();
+        task.reset();
+        QVERIFY(!report->Task());
+        QCOMPARE(report->TaskId(), taskId);
+        QCOMPARE(cable.use_count(), 1);
+        QCOMPARE(station.use_count(), 1);
+        QCOMPARE(rating.use_count(), 1);
 
-    const QUuid taskId = task->Id();
-    task.reset();
-    QVERIFY(!report->Task());
-    QCOMPARE(report->TaskId(), taskId);
-    QCOMPARE(cable.use_count(), 1);
-    QCOMPARE(station.use_count(), 1);
-    QCOMPARE(rating.use_count(), 1);
-
-    const QUuid reportId = report->Id();
-    report.reset();
-    QVERIFY(!file->Report());
-    QCOMPARE(file->ReportId(), reportId);
-    const auto alive = std::count_if(owned.begin(), owned.end(), [](const auto& entity) { return !entity.expired(); });
-    QCOMPARE(alive, 1);
-}
+        const QUuid reportId = report->Id();
+        report.reset();
+        QVERIFY(!file->Report());
+        QCOMPARE(file->ReportId(), reportId);
+        const auto alive =
+            std::count_if(owned.begin(), owned.end(), [](const auto& entity) { return !entity.expired(); });
+        QCOMPARE(alive, 1);
+    }
+};
 
 DATAACCESS_TEST(PdEntitiesTest)
 

@@ -2,9 +2,9 @@
 
 #include "context/CableContext.h"
 #include "context/PdContext.h"
+#include "database/DbException.h"
 #include "database/DbWorker.h"
 #include "database/IDatabase.h"
-#include "database/NotOpenException.h"
 #include "manager/IRepositoryManager.h"
 #include "support/LogCapture.h"
 #include "support/RunningWorker.h"

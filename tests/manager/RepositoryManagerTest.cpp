@@ -5,7 +5,7 @@
 #include "manager/PdRepositoryManager.h"
 #include "repositories/FakeRepository.h"
 #include "repositories/pd/PdFileRepository.h"
-#include "repositories/pd/PdTaskInfoRepository.h"
+#include "repositories/pd/PlainRepositories.h"
 #include "support/TestMain.h"
 
 #include <QTest>

@@ -1,4 +1,4 @@
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/Failure.h"
 #include "migration/MigrationFixture.h"
 #include "migration/editor/EditorMigrationManager.h"

@@ -1,13 +1,13 @@
 #include "database/Database.h"
 #include "repositories/EditorDatabase.h"
 #include "repositories/cables/CableRepository.h"
-#include "repositories/cables/OwnerRepository.h"
 #include "repositories/cables/PhaseRepository.h"
+#include "repositories/cables/PlainRepositories.h"
 #include "repositories/cables/PointRepository.h"
 #include "repositories/cables/RatingRepository.h"
-#include "repositories/cables/RouteRepository.h"
 #include "repositories/cables/SegmentRepository.h"
 #include "repositories/cables/StationRepository.h"
+#include "support/Entities.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
@@ -18,16 +18,9 @@ using namespace Cables::Entities;
 using namespace QOR::Entities::Enumerations;
 using TestSupport::EditorDatabase;
 using TestSupport::LogCapture;
+using TestSupport::make;
 
 namespace {
-
-template <typename T>
-std::shared_ptr<T> make()
-{
-    auto entity = std::make_shared<T>();
-    entity->SetId(QUuid::createUuid());
-    return entity;
-}
 
 std::shared_ptr<Owner> makeOwner(const QString& name)
 {
@@ -143,31 +136,6 @@ private Q_SLOTS:
         QVERIFY(owners.Insert({owner}));
         QVERIFY(owners.Delete({owner}));
         QCOMPARE(owners.GetById(owner->Id())->EntityState(), Snapshot);
-    }
-
-    void rowsAreFoundByTheirParent_data() { TestSupport::addBackends(); }
-    void rowsAreFoundByTheirParent()
-    {
-        EditorDatabase database;
-        auto phases = database.repository<Repositories::PhaseRepository>();
-        auto segments = database.repository<Repositories::SegmentRepository>();
-        const QUuid parent = QUuid::createUuid();
-        const auto phase = make<Phase>();
-        phase->SetCableId(parent);
-        phase->SetIndex(2);
-        const auto segment = make<Segment>();
-        segment->SetPhaseId(parent);
-        segment->SetLength(12.5);
-        segment->SetInstallationDate(QDate(2001, 2, 3));
-        QVERIFY(phases.Insert({phase, make<Phase>()}));
-        QVERIFY(segments.Insert({segment, make<Segment>()}));
-
-        QCOMPARE(phases.GetByCableId(parent).keys(), QList<QUuid>{phase->Id()});
-        QCOMPARE(phases.GetByCableId(parent).value(phase->Id())->toJson(), phase->toJson());
-        QCOMPARE(segments.GetByPhaseId(parent).keys(), QList<QUuid>{segment->Id()});
-        QCOMPARE(segments.GetByPhaseId(parent).value(segment->Id())->toJson(), segment->toJson());
-        QCOMPARE(database.value(QStringLiteral("SELECT count(*) FROM ce_segment WHERE point IS NULL")).toInt(), 2);
-        QVERIFY(phases.GetByCableId(QUuid::createUuid()).isEmpty());
     }
 
     void aRouteFindsItsPoints_data() { TestSupport::addBackends(); }

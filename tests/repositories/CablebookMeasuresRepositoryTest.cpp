@@ -2,7 +2,6 @@
 
 #include "entities/qor/QorUuidHelpers.h"
 #include "repositories/EditorDatabase.h"
-#include "repositories/RoundTrip.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
@@ -15,7 +14,6 @@ using QOR::Entities::QorUuidHelpers;
 using Repositories::CablebookMeasuresRepository;
 using TestSupport::EditorDatabase;
 using TestSupport::LogCapture;
-using TestSupport::Values;
 
 namespace {
 
@@ -26,17 +24,6 @@ std::shared_ptr<CablebookMeasure> makeMeasure(int number)
     return measure;
 }
 
-void fill(CablebookMeasure& measure, int i)
-{
-    if (measure.MeasureId() == 0) {
-        measure.SetMeasureId(i == 0 ? std::numeric_limits<int>::min() : i);
-        measure.SetId(QorUuidHelpers::uuidFromInt(measure.MeasureId()));
-    }
-    measure.SetCableId(Values::id(i));
-    measure.SetStationId(Values::id(i));
-    measure.SetImportDate(Values::dateTime(i));
-}
-
 } // namespace
 
 class CablebookMeasuresRepositoryTest : public QObject
@@ -44,12 +31,6 @@ class CablebookMeasuresRepositoryTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyProperty_data() { TestSupport::addBackends(); }
-    void everyProperty() { TestSupport::checkKind<CablebookMeasuresRepository, EditorDatabase>(false, &fill); }
-
-    void failures_data() { TestSupport::addBackends(); }
-    void failures() { TestSupport::checkKind<CablebookMeasuresRepository, EditorDatabase>(true, &fill); }
-
     void softDeletionKeepsTheRestOfTheRow_data() { TestSupport::addBackends(); }
     void softDeletionKeepsTheRestOfTheRow()
     {

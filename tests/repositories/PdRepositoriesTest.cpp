@@ -1,7 +1,8 @@
 #include "repositories/PdDatabase.h"
 #include "repositories/pd/PdFileRepository.h"
 #include "repositories/pd/PdReportRepository.h"
-#include "repositories/pd/PdTaskInfoRepository.h"
+#include "repositories/pd/PlainRepositories.h"
+#include "support/Entities.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
@@ -12,17 +13,10 @@ using namespace DataAccess;
 using namespace PD::Entities;
 using namespace QOR::Entities::Enumerations;
 using TestSupport::LogCapture;
+using TestSupport::make;
 using TestSupport::PdDatabase;
 
 namespace {
-
-template <typename T>
-std::shared_ptr<T> make()
-{
-    auto entity = std::make_shared<T>();
-    entity->SetId(QUuid::createUuid());
-    return entity;
-}
 
 std::shared_ptr<PdReport> makeReport(const QHash<QString, QString>& filter)
 {

@@ -2,12 +2,10 @@
 #include "repositories/EditorDatabase.h"
 #include "repositories/FakeRepository.h"
 #include "repositories/cables/PhaseRepository.h"
-#include "repositories/cables/PhaseRepositoryCached.h"
+#include "repositories/cables/PlainRepositories.h"
 #include "repositories/cables/PointRepository.h"
-#include "repositories/cables/PointRepositoryCached.h"
-#include "repositories/cables/RouteRepository.h"
 #include "repositories/cables/SegmentRepository.h"
-#include "repositories/cables/SegmentRepositoryCached.h"
+#include "support/Entities.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
@@ -21,18 +19,11 @@ using namespace Cables::Entities;
 using namespace QOR::Entities::Enumerations;
 using Repositories::RepositoryCache;
 using TestSupport::EditorDatabase;
+using TestSupport::make;
 
 namespace {
 
 using Table = TestSupport::FakeRepository<Owner>;
-
-template <typename T>
-std::shared_ptr<T> make(const QUuid& id = QUuid::createUuid())
-{
-    auto entity = std::make_shared<T>();
-    entity->SetId(id);
-    return entity;
-}
 
 /// A cache of owners with what it offers to subclasses.
 class OwnerCache : public RepositoryCache<Owner>
@@ -55,13 +46,21 @@ void findsByParent(EditorDatabase& database, void (T::*setParent)(const QUuid&),
     const std::vector<std::shared_ptr<T>> children = {make<T>(), make<T>(), make<T>()};
     for (const auto& child : children)
         ((*child).*setParent)(child == children.back() ? QUuid::createUuid() : parent);
+    children[0]->SetIndex(2);
+    if constexpr (std::is_same_v<T, Segment>) {
+        children[0]->SetName(QStringLiteral("first"));
+        children[0]->SetLength(12.5);
+        children[0]->SetDetailId(QUuid::createUuid());
+        children[0]->SetInstallationDate(QDate(2001, 2, 3));
+    }
     QVERIFY(table->Insert(children));
 
     Cache cache(table);
     QVERIFY(!cache.GetById(parent));
     const auto found = (cache.*query)(parent);
     QCOMPARE(found.size(), 2);
-    QVERIFY(found.contains(children[0]->Id()) && found.contains(children[1]->Id()));
+    QVERIFY(found.contains(children[1]->Id()));
+    QCOMPARE(found.value(children[0]->Id())->toJson(), children[0]->toJson());
     QVERIFY(table->Remove(children));
     QCOMPARE((cache.*query)(parent), found);
     QCOMPARE(cache.GetById(children[0]->Id()), found.value(children[0]->Id()));

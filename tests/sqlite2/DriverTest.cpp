@@ -1,5 +1,5 @@
 #include "Fixtures.h"
-#include "database/sqlite2/Sqlite2Driver.h"
+#include "database/backends/sqlite2/Sqlite2Driver.h"
 #include "support/TestMain.h"
 
 #include <QSqlDatabase>
@@ -86,207 +86,134 @@ class DriverTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { Sqlite2Driver::registerDriver(); }
+
     void content_data() { addSoundDatabases(); }
-    void content();
-    void registersOnce();
-    void boundValues();
-    void changesLast();
-    void failedOpening();
-    void failedStatement();
-    void anotherThread();
-    void queriesOutliveTheirConnection();
+    void content()
+    {
+        QFETCH(QString, name);
+        const LegacyCopy legacy(name + QLatin1String(".db"));
+        const QJsonObject expected = expectedContent(name);
+        Connection connection(legacy);
+        QVERIFY2(connection->open(), qPrintable(connection->lastError().text()));
+        const QJsonObject tables = expected[QLatin1String("tables")].toObject();
+        const QJsonObject views = expected[QLatin1String("views")].toObject();
+        QCOMPARE(sorted(connection->tables()), sorted(tables.keys()));
+        QCOMPARE(connection->tables(QSql::Views), views.keys());
+        for (auto table = tables.begin(); table != tables.end(); ++table) {
+            checkColumns(connection, table.key(), table.value()[QLatin1String("columns")].toArray());
+            const QString select = QStringLiteral("SELECT rowid, * FROM %1 ORDER BY rowid");
+            checkRows(connection, select.arg(quoted(table.key())), table.value()[QLatin1String("data")]);
+        }
+        for (auto view = views.begin(); view != views.end(); ++view)
+            checkRows(connection, QStringLiteral("SELECT * FROM ") + quoted(view.key()), view.value());
+        connection->close();
+        QVERIFY(legacy.isUnchanged());
+    }
+
+    void registersOnce()
+    {
+        std::vector<std::thread> threads(8);
+        for (std::thread& thread : threads)
+            thread = std::thread([] { Sqlite2Driver::registerDriver(); });
+        for (std::thread& thread : threads)
+            thread.join();
+        QCOMPARE(QSqlDatabase::drivers().count(QStringLiteral("QSQLITE2")), 1);
+    }
+
+    void changesLast()
+    {
+        const LegacyCopy legacy(QStringLiteral("old.db"));
+        const QString count = QStringLiteral("SELECT count(*) FROM ce_owner");
+        {
+            Connection connection(legacy);
+            QVERIFY(connection->open());
+            QVERIFY(connection->transaction());
+            QSqlQuery insert = QSqlQuery(*connection.operator->());
+            QVERIFY(insert.prepare(QStringLiteral("INSERT INTO ce_owner (id) VALUES (:id)")));
+            insert.bindValue(QStringLiteral(":id"), QStringLiteral("Zürich 😀"));
+            QVERIFY(insert.exec() && insert.lastInsertId().isValid());
+            QVERIFY(connection->commit());
+            QVERIFY(connection->transaction());
+            connection.query(QStringLiteral("DELETE FROM ce_owner"));
+            QVERIFY(connection->rollback());
+            QCOMPARE(connection.first(count), QStringLiteral("2"));
+            connection->close();
+            QVERIFY(connection->open());
+            QCOMPARE(connection.first(count), QStringLiteral("2"));
+        }
+        Connection later(legacy);
+        QVERIFY(later->open());
+        QCOMPARE(later.first(QStringLiteral("SELECT id FROM ce_owner ORDER BY rowid DESC")),
+                 QStringLiteral("Zürich 😀"));
+        QVERIFY(legacy.isUnchanged());
+    }
+
+    void failedOpening()
+    {
+        const LegacyCopy legacy(QStringLiteral("damaged/cycle_self.db"));
+        Connection connection(legacy);
+        QVERIFY(!connection->open());
+        QVERIFY(!connection->isOpen() && connection->isOpenError());
+        QCOMPARE(connection->lastError().type(), QSqlError::ConnectionError);
+        QVERIFY(connection->lastError().text().contains(legacy.path()));
+        QVERIFY(!QSqlQuery(*connection.operator->()).exec(QStringLiteral("SELECT 1")));
+        QVERIFY(connection->tables().isEmpty());
+
+        // The object is not spoiled by that.
+        QVERIFY(QFile::remove(legacy.path()));
+        QVERIFY(QFile::copy(fixturePath(QStringLiteral("old.db")), legacy.path()));
+        QVERIFY(connection->open());
+        QVERIFY(!connection->isOpenError() && !connection->lastError().isValid());
+    }
+
+    void queriesOutliveTheirConnection()
+    {
+        const LegacyCopy legacy(QStringLiteral("old.db"));
+        auto connection = std::make_unique<Connection>(legacy);
+        QSqlQuery early(*connection->operator->());
+        QVERIFY((*connection)->open());
+        QVERIFY(early.exec(QStringLiteral("SELECT id FROM ce_station")) && early.next());
+        QSqlQuery closed = connection->query(QStringLiteral("SELECT id FROM ce_station"));
+        QVERIFY(closed.next());
+        (*connection)->close();
+        QVERIFY(!closed.next());
+        QVERIFY((*connection)->open());
+        QSqlQuery removed = connection->query(QStringLiteral("SELECT id FROM ce_station"));
+        QVERIFY(removed.next());
+        connection.reset();
+        QVERIFY(!removed.next());
+    }
 
 private:
-    static void checkRows(Connection& connection, const QString& select, const QJsonValue& data);
-    static void checkColumns(Connection& connection, const QString& table, const QJsonArray& columns);
-};
-
-void DriverTest::initTestCase()
-{
-    Sqlite2Driver::registerDriver();
-}
-
-void DriverTest::content()
-{
-    QFETCH(QString, name);
-    const LegacyCopy legacy(name + QLatin1String(".db"));
-    const QJsonObject expected = expectedContent(name);
-    Connection connection(legacy);
-    QVERIFY2(connection->open(), qPrintable(connection->lastError().text()));
-    const QJsonObject tables = expected[QLatin1String("tables")].toObject();
-    const QJsonObject views = expected[QLatin1String("views")].toObject();
-    QCOMPARE(sorted(connection->tables()), sorted(tables.keys()));
-    QCOMPARE(connection->tables(QSql::Views), views.keys());
-    for (auto table = tables.begin(); table != tables.end(); ++table) {
-        checkColumns(connection, table.key(), table.value()[QLatin1String("columns")].toArray());
-        const QString select = QStringLiteral("SELECT rowid, * FROM %1 ORDER BY rowid");
-        checkRows(connection, select.arg(quoted(table.key())), table.value()[QLatin1String("data")]);
-    }
-    for (auto view = views.begin(); view != views.end(); ++view)
-        checkRows(connection, QStringLiteral("SELECT * FROM ") + quoted(view.key()), view.value());
-    connection->close();
-    QVERIFY(legacy.isUnchanged());
-}
-
-void DriverTest::checkRows(Connection& connection, const QString& select, const QJsonValue& data)
-{
-    const QJsonArray columns = data[QLatin1String("result_columns")].toArray();
-    const QJsonArray rows = data[QLatin1String("rows")].toArray();
-    QSqlQuery query = connection.query(select);
-    for (const QJsonValue row : rows) {
-        QVERIFY(query.next());
-        QCOMPARE(query.record().count(), columns.size());
-        for (int i = 0; i < columns.size(); ++i)
-            QVERIFY2(isSame(query.value(i), row[i], columns[i][1].toString()),
-                     qPrintable(select + QLatin1Char(' ') + query.value(i).toString()));
-    }
-    QVERIFY(!query.next());
-}
-
-void DriverTest::checkColumns(Connection& connection, const QString& table, const QJsonArray& columns)
-{
-    const QSqlRecord record = connection->record(table);
-    const QSqlIndex key = connection->primaryIndex(table);
-    QCOMPARE(record.count(), columns.size());
-    for (int i = 0; i < columns.size(); ++i) {
-        const QString column = columns[i][1].toString();
-        QCOMPARE(record.fieldName(i), column);
-        QCOMPARE(record.field(i).requiredStatus() == QSqlField::Required, columns[i][3] != QLatin1String("0"));
-        QCOMPARE(key.contains(column), columns[i][5] == QLatin1String("1"));
-    }
-}
-
-void DriverTest::registersOnce()
-{
-    std::vector<std::thread> threads(8);
-    for (std::thread& thread : threads)
-        thread = std::thread([] { Sqlite2Driver::registerDriver(); });
-    for (std::thread& thread : threads)
-        thread.join();
-    QCOMPARE(QSqlDatabase::drivers().count(QStringLiteral("QSQLITE2")), 1);
-}
-
-void DriverTest::boundValues()
-{
-    const LegacyCopy legacy(QStringLiteral("cables.db"));
-    Connection connection(legacy);
-    QVERIFY(connection->open());
-    QSqlQuery insert = QSqlQuery(*connection.operator->());
-    QVERIFY(
-        insert.prepare(QStringLiteral("INSERT INTO measures (folderid, modeid, measure_date) VALUES (:f, :m, :d)")));
-    insert.bindValue(QStringLiteral(":d"), QStringLiteral("Zürich 😀"));
-    insert.bindValue(QStringLiteral(":f"), 7);
-    insert.bindValue(QStringLiteral(":m"), QVariant(QVariant::Int));
-    QVERIFY(insert.exec());
-    const QVariant id = insert.lastInsertId();
-    QSqlQuery select = QSqlQuery(*connection.operator->());
-    QVERIFY(select.prepare(QStringLiteral("SELECT folderid, modeid, measure_date FROM measures WHERE id = ?")));
-    select.addBindValue(id);
-    QVERIFY(select.exec() && select.next());
-    QCOMPARE(select.value(0), QVariant(7));
-    QVERIFY(select.value(1).isNull());
-    QCOMPARE(select.value(2).toString(), QStringLiteral("Zürich 😀"));
-
-    QVERIFY(insert.prepare(QStringLiteral("INSERT INTO folders (serialnumber) VALUES (?)")));
-    insert.addBindValue(QVariantList{QStringLiteral("a"), QStringLiteral("b")});
-    QVERIFY(insert.execBatch());
-    QCOMPARE(connection.first(QStringLiteral("SELECT count(*) FROM folders WHERE serialnumber IN ('a','b')")),
-             QStringLiteral("2"));
-}
-
-void DriverTest::changesLast()
-{
-    const LegacyCopy legacy(QStringLiteral("old.db"));
-    const QString count = QStringLiteral("SELECT count(*) FROM ce_owner");
+    static void checkRows(Connection& connection, const QString& select, const QJsonValue& data)
     {
-        Connection connection(legacy);
-        QVERIFY(connection->open());
-        QVERIFY(connection->transaction());
-        connection.query(QStringLiteral("INSERT INTO ce_owner (id) VALUES ('kept')"));
-        QVERIFY(connection->commit());
-        QVERIFY(connection->transaction());
-        connection.query(QStringLiteral("DELETE FROM ce_owner"));
-        QVERIFY(connection->rollback());
-        QCOMPARE(connection.first(count), QStringLiteral("2"));
-        connection->close();
-        QVERIFY(connection->open());
-        QCOMPARE(connection.first(count), QStringLiteral("2"));
+        const QJsonArray columns = data[QLatin1String("result_columns")].toArray();
+        const QJsonArray rows = data[QLatin1String("rows")].toArray();
+        QSqlQuery query = connection.query(select);
+        for (const QJsonValue row : rows) {
+            QVERIFY(query.next());
+            QCOMPARE(query.record().count(), columns.size());
+            for (int i = 0; i < columns.size(); ++i)
+                QVERIFY2(isSame(query.value(i), row[i], columns[i][1].toString()),
+                         qPrintable(select + QLatin1Char(' ') + query.value(i).toString()));
+        }
+        QVERIFY(!query.next());
     }
-    Connection later(legacy);
-    QVERIFY(later->open());
-    QCOMPARE(later.first(count), QStringLiteral("2"));
-    QVERIFY(legacy.isUnchanged());
-}
 
-void DriverTest::failedOpening()
-{
-    const LegacyCopy legacy(QStringLiteral("damaged/cycle_self.db"));
-    Connection connection(legacy);
-    QVERIFY(!connection->open());
-    QVERIFY(!connection->isOpen() && connection->isOpenError());
-    QCOMPARE(connection->lastError().type(), QSqlError::ConnectionError);
-    QVERIFY(connection->lastError().text().contains(legacy.path()));
-    QVERIFY(!QSqlQuery(*connection.operator->()).exec(QStringLiteral("SELECT 1")));
-    QVERIFY(connection->tables().isEmpty());
-
-    // The object is not spoiled by that.
-    QVERIFY(QFile::remove(legacy.path()));
-    QVERIFY(QFile::copy(fixturePath(QStringLiteral("old.db")), legacy.path()));
-    QVERIFY(connection->open());
-    QVERIFY(!connection->isOpenError() && !connection->lastError().isValid());
-}
-
-void DriverTest::failedStatement()
-{
-    const LegacyCopy legacy(QStringLiteral("old.db"));
-    Connection connection(legacy);
-    QVERIFY(connection->open());
-    QSqlQuery query = QSqlQuery(*connection.operator->());
-    QVERIFY(!query.exec(QStringLiteral("SELECT gone FROM ce_owner")));
-    QVERIFY(query.lastError().text().contains(QLatin1String("gone")));
-    QVERIFY(!connection->commit());
-    QVERIFY(connection->lastError().isValid());
-}
-
-void DriverTest::anotherThread()
-{
-    const LegacyCopy legacy(QStringLiteral("old.db"));
-    Connection connection(legacy);
-    QSqlDriver* const driver = connection->driver();
-    QString cables;
-    driver->moveToThread(nullptr);
-    std::thread worker([&] {
-        driver->moveToThread(QThread::currentThread());
-        if (connection->open())
-            cables = connection.first(QStringLiteral("SELECT number FROM ce_cable"));
-        connection->close();
-        driver->moveToThread(nullptr);
-    });
-    worker.join();
-    driver->moveToThread(QThread::currentThread());
-    QCOMPARE(cables, QStringLiteral("ALT-1"));
-    QVERIFY(connection->open());
-    QCOMPARE(connection.first(QStringLiteral("SELECT number FROM ce_cable")), QStringLiteral("ALT-1"));
-}
-
-void DriverTest::queriesOutliveTheirConnection()
-{
-    const LegacyCopy legacy(QStringLiteral("old.db"));
-    auto connection = std::make_unique<Connection>(legacy);
-    QSqlQuery early(*connection->operator->());
-    QVERIFY((*connection)->open());
-    QVERIFY(early.exec(QStringLiteral("SELECT id FROM ce_station")) && early.next());
-    QSqlQuery closed = connection->query(QStringLiteral("SELECT id FROM ce_station"));
-    QVERIFY(closed.next());
-    (*connection)->close();
-    QVERIFY(!closed.next());
-    QVERIFY((*connection)->open());
-    QSqlQuery removed = connection->query(QStringLiteral("SELECT id FROM ce_station"));
-    QVERIFY(removed.next());
-    connection.reset();
-    QVERIFY(!removed.next());
-}
+    static void checkColumns(Connection& connection, const QString& table, const QJsonArray& columns)
+    {
+        const QSqlRecord record = connection->record(table);
+        const QSqlIndex key = connection->primaryIndex(table);
+        QCOMPARE(record.count(), columns.size());
+        for (int i = 0; i < columns.size(); ++i) {
+            const QString column = columns[i][1].toString();
+            QCOMPARE(record.fieldName(i), column);
+            QCOMPARE(record.field(i).requiredStatus() == QSqlField::Required, columns[i][3] != QLatin1String("0"));
+            QCOMPARE(key.contains(column), columns[i][5] == QLatin1String("1"));
+        }
+    }
+};
 
 DATAACCESS_TEST(DriverTest)
 

@@ -1,8 +1,8 @@
 #include "FuzzTarget.h"
 
-#include "database/sqlite2/CopyWriter.h"
-#include "database/sqlite2/FileImage.h"
-#include "database/sqlite2/LegacyFileError.h"
+#include "database/backends/sqlite2/CopyWriter.h"
+#include "database/backends/sqlite2/FileImage.h"
+#include "database/backends/sqlite2/LegacyFileError.h"
 
 #include <QBuffer>
 

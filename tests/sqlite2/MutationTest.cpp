@@ -1,7 +1,7 @@
 #include "Fixtures.h"
 #include "FuzzTarget.h"
-#include "database/sqlite2/CopyWriter.h"
-#include "database/sqlite2/PrivateConnection.h"
+#include "database/backends/sqlite2/CopyWriter.h"
+#include "database/backends/sqlite2/WorkingCopy.h"
 #include "support/TestMain.h"
 
 #include <QDir>
@@ -79,42 +79,41 @@ class MutationTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void tenThousandMutations();
-};
-
-void MutationTest::tenThousandMutations()
-{
-    std::vector<QByteArray> seeds;
-    for (const QString& folder : {QString(), QStringLiteral("damaged")}) {
-        const QFileInfoList files = QDir(fixturePath(folder)).entryInfoList({QStringLiteral("*.db")});
-        for (const QFileInfo& file : files) {
-            const QString journal = file.filePath() + QLatin1String("-journal");
-            seeds.push_back(fileBytes(file.filePath()) + (QFile::exists(journal) ? fileBytes(journal) : QByteArray()));
+    void tenThousandMutations()
+    {
+        std::vector<QByteArray> seeds;
+        for (const QString& folder : {QString(), QStringLiteral("damaged")}) {
+            const QFileInfoList files = QDir(fixturePath(folder)).entryInfoList({QStringLiteral("*.db")});
+            for (const QFileInfo& file : files) {
+                const QString journal = file.filePath() + QLatin1String("-journal");
+                seeds.push_back(fileBytes(file.filePath()) +
+                                (QFile::exists(journal) ? fileBytes(journal) : QByteArray()));
+            }
         }
+        Mutator mutator;
+        qint64 slowest = 0;
+        qint64 rows = 0;
+        int refused = 0;
+        for (int i = 0; i < 10000; ++i) {
+            QByteArray bytes = seeds[static_cast<size_t>(mutator.below(static_cast<int>(seeds.size())))];
+            mutator.mutate(bytes);
+            PrivateConnection connection;
+            connection.setDatabaseName(QStringLiteral(":memory:"));
+            QVERIFY(connection.open());
+            CopyWriter writer(connection);
+            QElapsedTimer timer;
+            timer.start();
+            const qint64 found = readLegacyInput(bytes, i % writtenOneIn == 0 ? &writer : nullptr);
+            slowest = std::max(slowest, timer.elapsed());
+            rows += std::max<qint64>(found, 0);
+            refused += found < 0 ? 1 : 0;
+        }
+        QVERIFY2(slowest < 1000, qPrintable(QStringLiteral("%1 ms").arg(slowest)));
+        // Neither all damage nor none.
+        QVERIFY2(refused > 1000 && refused < 9000 && rows > 100000,
+                 qPrintable(QStringLiteral("%1 %2").arg(refused).arg(rows)));
     }
-    Mutator mutator;
-    qint64 slowest = 0;
-    qint64 rows = 0;
-    int refused = 0;
-    for (int i = 0; i < 10000; ++i) {
-        QByteArray bytes = seeds[static_cast<size_t>(mutator.below(static_cast<int>(seeds.size())))];
-        mutator.mutate(bytes);
-        PrivateConnection connection;
-        connection.setDatabaseName(QStringLiteral(":memory:"));
-        QVERIFY(connection.open());
-        CopyWriter writer(connection);
-        QElapsedTimer timer;
-        timer.start();
-        const qint64 found = readLegacyInput(bytes, i % writtenOneIn == 0 ? &writer : nullptr);
-        slowest = std::max(slowest, timer.elapsed());
-        rows += std::max<qint64>(found, 0);
-        refused += found < 0 ? 1 : 0;
-    }
-    QVERIFY2(slowest < 1000, qPrintable(QStringLiteral("%1 ms").arg(slowest)));
-    // Neither all damage nor none.
-    QVERIFY2(refused > 1000 && refused < 9000 && rows > 100000,
-             qPrintable(QStringLiteral("%1 %2").arg(refused).arg(rows)));
-}
+};
 
 DATAACCESS_TEST(MutationTest)
 

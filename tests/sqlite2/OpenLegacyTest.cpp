@@ -32,47 +32,43 @@ class OpenLegacyTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void migrates_data();
-    void migrates();
-    void openingTheCopyKeepsItsLocks();
-};
-
-void OpenLegacyTest::migrates_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::newRow("current") << QStringLiteral("cables.db");
-    QTest::newRow("old") << QStringLiteral("old.db");
-}
-
-void OpenLegacyTest::migrates()
-{
-    QFETCH(QString, file);
-    const LegacyCopy legacy(file);
-    for (int opening = 0; opening < 2; ++opening) {
-        const RunningWorker worker(configOf(legacy.path(), Enumerations::SQLite2));
-        Manager::EditorMigrationManager editor;
-        Manager::PdMigrationManager pd;
-        editor.setDbWorker(worker.get());
-        pd.setDbWorker(worker.get());
-        QVERIFY(editor.WaitForConnected());
-        QVERIFY(editor.Migrate() && pd.Migrate());
-        QCOMPARE(editor.DbVersion(), 9U);
-        QCOMPARE(pd.DbVersion(), 8U);
+    void migrates_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("current") << QStringLiteral("cables.db");
+        QTest::newRow("old") << QStringLiteral("old.db");
     }
-    QVERIFY(legacy.isUnchanged());
-}
 
-/// Whoever looks into a file, and closes it, takes away the locks that its process has on it.
-void OpenLegacyTest::openingTheCopyKeepsItsLocks()
-{
-    const LegacyCopy legacy(QStringLiteral("old.db"));
-    Database::Database writer(configOf(legacy.path(), Enumerations::SQLite2));
-    const Database::Transaction transaction = writer.Transaction();
-    writer.Exec(QStringLiteral("INSERT INTO ce_owner (id) VALUES ('new')"));
-    QVERIFY(Database::Database(configOf(legacy.path(), Enumerations::SQLite2)).Connect());
-    QVERIFY(Database::Database(configOf(legacy.workingCopy(), Enumerations::SQLite3)).Connect());
-    QVERIFY(!FileLocker(legacy.workingCopy()).isHeld());
-}
+    void migrates()
+    {
+        QFETCH(QString, file);
+        const LegacyCopy legacy(file);
+        for (int opening = 0; opening < 2; ++opening) {
+            const RunningWorker worker(configOf(legacy.path(), Enumerations::SQLite2));
+            Manager::EditorMigrationManager editor;
+            Manager::PdMigrationManager pd;
+            editor.setDbWorker(worker.get());
+            pd.setDbWorker(worker.get());
+            QVERIFY(editor.WaitForConnected());
+            QVERIFY(editor.Migrate() && pd.Migrate());
+            QCOMPARE(editor.DbVersion(), 9U);
+            QCOMPARE(pd.DbVersion(), 8U);
+        }
+        QVERIFY(legacy.isUnchanged());
+    }
+
+    /// Whoever looks into a file, and closes it, takes away the locks that its process has on it.
+    void openingTheCopyKeepsItsLocks()
+    {
+        const LegacyCopy legacy(QStringLiteral("old.db"));
+        Database::Database writer(configOf(legacy.path(), Enumerations::SQLite2));
+        const Database::Transaction transaction = writer.Transaction();
+        writer.Exec(QStringLiteral("INSERT INTO ce_owner (id) VALUES ('new')"));
+        QVERIFY(Database::Database(configOf(legacy.path(), Enumerations::SQLite2)).Connect());
+        QVERIFY(Database::Database(configOf(legacy.workingCopy(), Enumerations::SQLite3)).Connect());
+        QVERIFY(!FileLocker(legacy.workingCopy()).isHeld());
+    }
+};
 
 DATAACCESS_TEST(OpenLegacyTest)
 

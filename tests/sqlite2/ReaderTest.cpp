@@ -1,7 +1,7 @@
 #include "Fixtures.h"
-#include "database/sqlite2/FileImage.h"
-#include "database/sqlite2/LegacyFile.h"
-#include "database/sqlite2/LegacyFileError.h"
+#include "database/backends/sqlite2/FileImage.h"
+#include "database/backends/sqlite2/LegacyFile.h"
+#include "database/backends/sqlite2/LegacyFileError.h"
 #include "support/TestMain.h"
 
 #include <QBuffer>
@@ -81,84 +81,76 @@ class ReaderTest : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void olderJournals_data();
-    void olderJournals();
-    void damagedJournals_data();
-    void damagedJournals();
-    void everyTruncation();
-    void largeValues();
-    void largeValueOfWindows();
+    void olderJournals_data()
+    {
+        QTest::addColumn<QByteArray>("journal");
+        QTest::newRow("first kind") << olderJournal(m_journal, '\xd4', false);
+        QTest::newRow("second kind") << olderJournal(m_journal, '\xd5', true);
+        // The writer died while it wrote an entry, before it touched the page that the entry is for.
+        QTest::newRow("second kind, cut off") << olderJournal(m_journal, '\xd5', true) + QByteArray(700, 'x');
+    }
+
+    void olderJournals()
+    {
+        QFETCH(QByteArray, journal);
+        const QByteArray content = contentOf(m_hot, m_journal);
+        QVERIFY(content.size() > 1000);
+        QCOMPARE(contentOf(m_hot, journal), content);
+    }
+
+    void damagedJournals_data()
+    {
+        QTest::addColumn<QByteArray>("journal");
+        QTest::newRow("unknown kind") << QByteArray(m_journal).replace(7, 1, "\xd7");
+        QTest::newRow("other file") << QByteArray(1000, 'x');
+        QTest::newRow("cut off") << m_journal.left(m_journal.size() - 1);
+        QTest::newRow("four billion pages") << QByteArray(m_journal).replace(16, 4, "\xff\xff\xff\xff");
+        QTest::newRow("four billion entries") << QByteArray(m_journal).replace(8, 4, "\xff\xff\xff\xfe");
+    }
+
+    void damagedJournals()
+    {
+        QFETCH(QByteArray, journal);
+        QVERIFY_EXCEPTION_THROWN(contentOf(m_hot, journal), LegacyFileError);
+    }
+
+    void everyTruncation()
+    {
+        const QByteArray whole = fileBytes(fixturePath(QStringLiteral("latin1.db")));
+        for (int size = 1; size < whole.size(); ++size)
+            QVERIFY_EXCEPTION_THROWN(contentOf(whole.left(size), QByteArray()), LegacyFileError);
+    }
+
+    /// Their pages are given back while they are read.
+    void largeValues()
+    {
+        QByteArray name;
+        while (name.size() < 1000000)
+            name += QByteArray::number(name.size()) + ' ';
+        const QByteArray file = withRow(name);
+        QCOMPARE(contentOf(file, QByteArray()), "t\n1 1|" + name + '\n');
+        // The chain of overflow pages turns back to one that was given back.
+        QByteArray loop = file;
+        loop.replace(899 * 1024, 4, file.mid(299 * 1024, 4));
+        QVERIFY_EXCEPTION_THROWN(contentOf(loop, QByteArray()), LegacyFileError);
+    }
+
+    /// Characters that become one, two and three bytes lie at all places of a page.
+    void largeValueOfWindows()
+    {
+        QByteArray name, expected;
+        while (name.size() < 3000000) {
+            const QByteArray number = QByteArray::number(name.size());
+            name += number + "\x80\xfc ";
+            expected += number + "\xe2\x82\xac\xc3\xbc ";
+        }
+        QCOMPARE(contentOf(withRow(name), QByteArray()), "t\n1 1|" + expected + '\n');
+    }
 
 private:
     const QByteArray m_hot = fileBytes(fixturePath(QStringLiteral("hot.db")));
     const QByteArray m_journal = fileBytes(fixturePath(QStringLiteral("hot.db-journal")));
 };
-
-void ReaderTest::olderJournals_data()
-{
-    QTest::addColumn<QByteArray>("journal");
-    QTest::newRow("first kind") << olderJournal(m_journal, '\xd4', false);
-    QTest::newRow("second kind") << olderJournal(m_journal, '\xd5', true);
-    // The writer died while it wrote an entry, before it touched the page that the entry is for.
-    QTest::newRow("second kind, cut off") << olderJournal(m_journal, '\xd5', true) + QByteArray(700, 'x');
-}
-
-void ReaderTest::olderJournals()
-{
-    QFETCH(QByteArray, journal);
-    const QByteArray content = contentOf(m_hot, m_journal);
-    QVERIFY(content.size() > 1000);
-    QCOMPARE(contentOf(m_hot, journal), content);
-}
-
-void ReaderTest::damagedJournals_data()
-{
-    QTest::addColumn<QByteArray>("journal");
-    QTest::newRow("unknown kind") << QByteArray(m_journal).replace(7, 1, "\xd7");
-    QTest::newRow("other file") << QByteArray(1000, 'x');
-    QTest::newRow("cut off") << m_journal.left(m_journal.size() - 1);
-    QTest::newRow("four billion pages") << QByteArray(m_journal).replace(16, 4, "\xff\xff\xff\xff");
-    QTest::newRow("four billion entries") << QByteArray(m_journal).replace(8, 4, "\xff\xff\xff\xfe");
-}
-
-void ReaderTest::damagedJournals()
-{
-    QFETCH(QByteArray, journal);
-    QVERIFY_EXCEPTION_THROWN(contentOf(m_hot, journal), LegacyFileError);
-}
-
-void ReaderTest::everyTruncation()
-{
-    const QByteArray whole = fileBytes(fixturePath(QStringLiteral("latin1.db")));
-    for (int size = 1; size < whole.size(); ++size)
-        QVERIFY_EXCEPTION_THROWN(contentOf(whole.left(size), QByteArray()), LegacyFileError);
-}
-
-/// Their pages are given back while they are read.
-void ReaderTest::largeValues()
-{
-    QByteArray name;
-    while (name.size() < 1000000)
-        name += QByteArray::number(name.size()) + ' ';
-    const QByteArray file = withRow(name);
-    QCOMPARE(contentOf(file, QByteArray()), "t\n1 1|" + name + '\n');
-    // The chain of overflow pages turns back to one that was given back.
-    QByteArray loop = file;
-    loop.replace(899 * 1024, 4, file.mid(299 * 1024, 4));
-    QVERIFY_EXCEPTION_THROWN(contentOf(loop, QByteArray()), LegacyFileError);
-}
-
-/// Characters that become one, two and three bytes lie at all places of a page.
-void ReaderTest::largeValueOfWindows()
-{
-    QByteArray name, expected;
-    while (name.size() < 3000000) {
-        const QByteArray number = QByteArray::number(name.size());
-        name += number + "\x80\xfc ";
-        expected += number + "\xe2\x82\xac\xc3\xbc ";
-    }
-    QCOMPARE(contentOf(withRow(name), QByteArray()), "t\n1 1|" + expected + '\n');
-}
 
 DATAACCESS_TEST(ReaderTest)
 

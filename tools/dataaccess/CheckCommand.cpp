@@ -2,7 +2,7 @@
 #include "DatabaseCheck.h"
 #include "Invocation.h"
 #include "OpenedDatabase.h"
-#include "database/SqliteBackup.h"
+#include "database/backends/SqliteBackup.h"
 #include "transfer/private/TableRows.h"
 
 #include <QJsonArray>

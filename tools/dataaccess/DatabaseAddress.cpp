@@ -2,10 +2,10 @@
 
 #include "StoredConfigs.h"
 #include "ToolError.h"
-#include "database/FilePublication.h"
 #include "database/IConfig.h"
-#include "database/LegacyCopy.h"
-#include "database/PostgresAddress.h"
+#include "database/backends/postgres/PostgresBackend.h"
+#include "database/backends/sqlite2/WorkingCopy.h"
+#include "database/private/Files.h"
 
 #include <QFile>
 #include <QFileInfo>

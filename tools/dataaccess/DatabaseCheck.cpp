@@ -3,10 +3,10 @@
 #include "SchemaCheck.h"
 #include "context/CableContext.h"
 #include "database/IDatabase.h"
+#include "database/backends/Backend.h"
 #include "entities/cables/Insulation.h"
 #include "entities/cables/SegmentDetail.h"
 #include "entities/cables/SegmentType.h"
-#include "transfer/private/Dialect.h"
 #include "transfer/private/TableRows.h"
 
 #include <QImage>
@@ -48,7 +48,7 @@ QString defaultIds()
 QString aliveCondition(Interfaces::IDatabase& db, const SchemaTable& table)
 {
     return table.has(QStringLiteral("deleted"))
-               ? QStringLiteral("NOT (%1)").arg(Transfer::Dialect::of(db).isTrue(QStringLiteral("a.deleted")))
+               ? QStringLiteral("NOT (%1)").arg(Database::Backend::of(db).isTrue().arg(QStringLiteral("a.deleted")))
                : QStringLiteral("1 = 1");
 }
 
@@ -242,14 +242,14 @@ void DatabaseCheck::checkRatings()
 
 void DatabaseCheck::checkValues(const SchemaTable& table)
 {
-    if (Transfer::Dialect::of(m_db).keepsKinds())
+    if (!Database::Backend::of(m_db).hasLooseColumns())
         return;
     const QString key = quoted(table.columns.front().name);
     for (const SchemaColumn& column : table.columns) {
         const QString name = quoted(column.name);
         SchemaTable single = table;
         single.columns = {column};
-        QString condition = Transfer::Dialect::of(m_db).foreignTypeCondition(single);
+        QString condition = Transfer::foreignTypeCondition(m_db, single);
         if (column.kind == Enumerations::TimeStamp || column.kind == Enumerations::Date)
             condition = QStringLiteral("%1 IS NOT NULL AND %1 <> 'CURRENT_TIMESTAMP'").arg(name);
         else if (column.kind == Enumerations::Boolean)
@@ -323,7 +323,7 @@ void DatabaseCheck::checkDocuments(const char* table, const char* column)
 
 void DatabaseCheck::checkTexts(const SchemaTable& table)
 {
-    if (Transfer::Dialect::of(m_db).keepsKinds())
+    if (!Database::Backend::of(m_db).hasLooseColumns())
         return;
     QTextCodec* const utf8 = QTextCodec::codecForName("UTF-8");
     for (const SchemaColumn& column : table.columns) {

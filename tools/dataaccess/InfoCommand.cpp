@@ -1,7 +1,7 @@
 #include "Invocation.h"
 #include "OpenedDatabase.h"
+#include "database/backends/Backend.h"
 #include "transfer/DatabaseCopy.h"
-#include "transfer/private/Dialect.h"
 #include "transfer/private/TableRows.h"
 
 #include <QFileInfo>
@@ -25,7 +25,7 @@ struct TableInfo
 QStringList columnsOf(Interfaces::IDatabase& db, const QString& table)
 {
     QStringList columns;
-    QSqlQuery query = db.Exec(Transfer::Dialect::of(db).columnsOf(table));
+    QSqlQuery query = db.Exec(Database::Backend::of(db).columnSearch().arg(table));
     while (query.next())
         columns.append(query.value(0).toString());
     return columns;
@@ -53,10 +53,10 @@ private:
     {
         const QString source = QStringLiteral(" FROM ") + Transfer::quoted(table.name);
         const QStringList columns = columnsOf(m_db, table.name);
-        const Transfer::Dialect& dialect = Transfer::Dialect::of(m_db);
+        const Database::Backend& backend = Database::Backend::of(m_db);
         const auto flag = [&](const char* name) {
             const QString column = QString::fromLatin1(name);
-            return columns.contains(column) ? dialect.isTrue(column) : QStringLiteral("0 = 1");
+            return columns.contains(column) ? backend.isTrue().arg(column) : QStringLiteral("0 = 1");
         };
         QSqlQuery query = m_db.Exec(QStringLiteral("SELECT count(*), coalesce(sum(CASE WHEN %1 THEN 1 ELSE 0 END), 0), "
                                                    "coalesce(sum(CASE WHEN (%2) AND NOT (%1) THEN 1 ELSE 0 END), 0)")
@@ -69,7 +69,7 @@ private:
         query.finish();
         if (!columns.contains(QStringLiteral("timestamp")))
             return;
-        m_lastChange = qMax(m_lastChange, Transfer::scalar(m_db, dialect.lastTime(table.name)).toString());
+        m_lastChange = qMax(m_lastChange, Transfer::scalar(m_db, backend.lastTime().arg(table.name)).toString());
     }
 
     Interfaces::IDatabase& m_db;

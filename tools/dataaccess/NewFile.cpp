@@ -1,7 +1,7 @@
 #include "NewFile.h"
 
 #include "ToolError.h"
-#include "database/FilePublication.h"
+#include "database/private/Files.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 #include "Invocation.h"
 #include "ToolError.h"
 #include "database/DbException.h"
-#include "database/LegacyCopy.h"
+#include "database/backends/sqlite2/WorkingCopy.h"
 
 #include <QFile>
 #include <QFileInfo>

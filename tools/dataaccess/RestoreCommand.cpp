@@ -2,8 +2,8 @@
 #include "NewFile.h"
 #include "OpenedDatabase.h"
 #include "PostgresTools.h"
-#include "database/LegacyCopy.h"
-#include "database/SqliteBackup.h"
+#include "database/backends/SqliteBackup.h"
+#include "database/backends/sqlite2/WorkingCopy.h"
 #include "transfer/private/TableRows.h"
 
 using namespace DataAccess;

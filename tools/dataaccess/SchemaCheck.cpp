@@ -1,7 +1,7 @@
 #include "SchemaCheck.h"
 
 #include "database/IDatabase.h"
-#include "transfer/private/Dialect.h"
+#include "database/backends/Backend.h"
 
 #include <QHash>
 #include <QSqlQuery>
@@ -20,7 +20,7 @@ struct StoredColumn
 QHash<QString, StoredColumn> storedColumns(Interfaces::IDatabase& db, const QString& table)
 {
     QHash<QString, StoredColumn> columns;
-    QSqlQuery query = db.Exec(Transfer::Dialect::of(db).columnsOf(table));
+    QSqlQuery query = db.Exec(Database::Backend::of(db).columnSearch().arg(table));
     while (query.next())
         columns.insert(query.value(0).toString(), {query.value(1).toString(), query.value(2).toBool()});
     return columns;
@@ -36,7 +36,7 @@ QVector<SchemaFault> schemaFaults(Interfaces::IDatabase& db, const Transfer::Sch
         const auto found = stored.constFind(column.name);
         if (found == stored.constEnd())
             faults.append({"column missing", column.name, QStringLiteral("the column is missing"), true});
-        else if (!Transfer::Dialect::of(db).typesOf(column.kind).contains(found->type))
+        else if (!Database::Backend::of(db).columnTypes(column.kind).contains(found->type))
             faults.append({"column type", column.name, QStringLiteral("the column is %1").arg(found->type)});
     }
     for (auto column = stored.begin(); column != stored.end(); ++column) {

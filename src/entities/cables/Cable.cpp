@@ -1,24 +1,17 @@
 #include "entities/cables/Cable.h"
 
-#include "entities/cables/Fingerprint.h"
-#include "entities/cables/IOwner.h"
 #include "entities/cables/IPhase.h"
 #include "entities/cables/IRating.h"
 #include "entities/cables/IRoute.h"
 #include "entities/cables/ISegment.h"
 #include "entities/cables/ISegmentDetail.h"
 #include "entities/cables/ISegmentType.h"
-#include "entities/cables/IStation.h"
-#include "entities/cables/ISwitchgear.h"
-#include "entities/cables/ITermination.h"
+#include "entities/cables/private/Fingerprint.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace Cables::Entities {
-
-using QOR::Entities::childIds;
-using QOR::Entities::toJsonValue;
 
 namespace {
 
@@ -44,17 +37,13 @@ std::vector<double> sectionVelocities(const std::vector<std::shared_ptr<Interfac
 
 } // namespace
 
-Interfaces::ICable::~ICable() = default;
-
-Cable::~Cable() = default;
-
 void Cable::SetId(const QUuid& id)
 {
     const bool hadNone = Id().isNull();
     StoredEntity::SetId(id);
     if (!hadNone)
         return;
-    // What was linked before could not know the id.
+    // The objects linked before this could not be given the id.
     const std::vector<std::shared_ptr<Interfaces::IPhase>> phases = m_phases.items();
     for (const std::shared_ptr<Interfaces::IPhase>& phase : phases)
         adopt(*phase);
@@ -62,66 +51,6 @@ void Cable::SetId(const QUuid& id)
         adopt(*route);
     if (m_rating)
         m_rating->SetCableID(Id());
-}
-
-void Cable::SetStationAId(const QUuid& id)
-{
-    assignReferenceId(m_stationA, id);
-}
-
-void Cable::SetStationA(std::shared_ptr<Interfaces::IStation> station)
-{
-    assignReferenceObject(m_stationA, std::move(station));
-}
-
-void Cable::SetStationBId(const QUuid& id)
-{
-    assignReferenceId(m_stationB, id);
-}
-
-void Cable::SetStationB(std::shared_ptr<Interfaces::IStation> station)
-{
-    assignReferenceObject(m_stationB, std::move(station));
-}
-
-void Cable::SetTerminationAId(const QUuid& id)
-{
-    assignReferenceId(m_terminationA, id);
-}
-
-void Cable::SetTerminationA(std::shared_ptr<Interfaces::ITermination> termination)
-{
-    assignReferenceObject(m_terminationA, std::move(termination));
-}
-
-void Cable::SetTerminationBId(const QUuid& id)
-{
-    assignReferenceId(m_terminationB, id);
-}
-
-void Cable::SetTerminationB(std::shared_ptr<Interfaces::ITermination> termination)
-{
-    assignReferenceObject(m_terminationB, std::move(termination));
-}
-
-void Cable::SetSwitchgearAId(const QUuid& id)
-{
-    assignReferenceId(m_switchgearA, id);
-}
-
-void Cable::SetSwitchgearA(std::shared_ptr<Interfaces::ISwitchgear> switchgear)
-{
-    assignReferenceObject(m_switchgearA, std::move(switchgear));
-}
-
-void Cable::SetSwitchgearBId(const QUuid& id)
-{
-    assignReferenceId(m_switchgearB, id);
-}
-
-void Cable::SetSwitchgearB(std::shared_ptr<Interfaces::ISwitchgear> switchgear)
-{
-    assignReferenceObject(m_switchgearB, std::move(switchgear));
 }
 
 void Cable::SetRouteId(const QUuid& id)
@@ -139,16 +68,6 @@ void Cable::SetRoute(std::shared_ptr<Interfaces::IRoute> route)
 void Cable::LinkRoute(const std::shared_ptr<Interfaces::IRoute>& route)
 {
     linkReference(m_route, route);
-}
-
-void Cable::SetOwnerId(const QUuid& id)
-{
-    assignReferenceId(m_owner, id);
-}
-
-void Cable::SetOwner(std::shared_ptr<Interfaces::IOwner> owner)
-{
-    assignReferenceObject(m_owner, std::move(owner));
 }
 
 void Cable::SetRating(std::shared_ptr<Interfaces::IRating> rating)
@@ -241,29 +160,7 @@ unsigned int Cable::segmentIdFingerprint() const
 
 QJsonObject Cable::toJson() const
 {
-    QJsonObject json = StoredEntity::toJson();
-    json.insert(QLatin1String("number"), toJsonValue(m_number));
-    json.insert(QLatin1String("voltage"), toJsonValue(m_voltage));
-    json.insert(QLatin1String("installationDate"), toJsonValue(m_installationDate));
-    json.insert(QLatin1String("diagnosticStatus"), static_cast<int>(m_diagnosticStatus));
-    json.insert(QLatin1String("city"), toJsonValue(m_city));
-    json.insert(QLatin1String("type"), static_cast<int>(m_type));
-    json.insert(QLatin1String("cableStatus"), m_cableStatus);
-    json.insert(QLatin1String("comment"), toJsonValue(m_comment));
-    json.insert(QLatin1String("length"), toJsonValue(m_length));
-    json.insert(QLatin1String("importance"), m_importance);
-    json.insert(QLatin1String("qrCode"), toJsonValue(m_qrCode));
-    json.insert(QLatin1String("ratingMeasureID"), toJsonValue(m_ratingMeasureId));
-    json.insert(QLatin1String("stationAId"), toJsonValue(m_stationA.id()));
-    json.insert(QLatin1String("stationBId"), toJsonValue(m_stationB.id()));
-    json.insert(QLatin1String("terminationAId"), toJsonValue(m_terminationA.id()));
-    json.insert(QLatin1String("terminationBId"), toJsonValue(m_terminationB.id()));
-    json.insert(QLatin1String("switchgearAId"), toJsonValue(m_switchgearA.id()));
-    json.insert(QLatin1String("switchgearBId"), toJsonValue(m_switchgearB.id()));
-    json.insert(QLatin1String("routeId"), toJsonValue(m_route.id()));
-    json.insert(QLatin1String("ownerId"), toJsonValue(m_owner.id()));
-    json.insert(QLatin1String("phases"), childIds(m_phases.items()));
-    return json;
+    return QOR::Entities::propertiesToJson(*this);
 }
 
 } // namespace Cables::Entities

@@ -25,7 +25,7 @@ class ITermination;
 class CABLES_EXPORT ICable : public INetworkEntity
 {
 public:
-    ~ICable() override;
+    ~ICable() override = default;
 
     /// Number or name by which users know the cable.
     virtual const QString& Number() const = 0;

@@ -8,7 +8,7 @@ namespace Cables::Entities::Interfaces {
 class CABLES_EXPORT IInsulation : public INamedEntity
 {
 public:
-    ~IInsulation() override;
+    ~IInsulation() override = default;
 
     /// Propagation velocity of a pulse in this material, metres per second; NaN when it is not known.
     virtual double Velocity() const = 0;

@@ -10,7 +10,7 @@ namespace Cables::Entities::Interfaces {
 class CABLES_EXPORT INamedEntity : public INetworkEntity
 {
 public:
-    ~INamedEntity() override;
+    ~INamedEntity() override = default;
 
     /// Name shown to users; need not be unique.
     virtual const QString& Name() const = 0;

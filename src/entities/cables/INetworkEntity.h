@@ -23,7 +23,7 @@ namespace Cables::Entities::Interfaces {
 class CABLES_EXPORT INetworkEntity
 {
 public:
-    virtual ~INetworkEntity();
+    virtual ~INetworkEntity() = default;
     INetworkEntity& operator=(const INetworkEntity&) = delete;
 
     /// Primary key; the null id means that the entity is not persisted.

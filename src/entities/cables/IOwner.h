@@ -8,7 +8,7 @@ namespace Cables::Entities::Interfaces {
 class CABLES_EXPORT IOwner : public INamedEntity
 {
 public:
-    ~IOwner() override;
+    ~IOwner() override = default;
 };
 
 } // namespace Cables::Entities::Interfaces

@@ -14,7 +14,7 @@ class ISegment;
 class CABLES_EXPORT IPhase : public INetworkEntity
 {
 public:
-    ~IPhase() override;
+    ~IPhase() override = default;
 
     /// Number of the phase in its cable.
     virtual unsigned int Index() const = 0;

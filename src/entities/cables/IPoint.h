@@ -8,7 +8,7 @@ namespace Cables::Entities::Interfaces {
 class CABLES_EXPORT IPoint : public INetworkEntity
 {
 public:
-    ~IPoint() override;
+    ~IPoint() override = default;
 
     /// Number of the point among its fellows; a route's order is that of its point ids.
     virtual unsigned int Index() const = 0;

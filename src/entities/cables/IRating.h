@@ -31,7 +31,7 @@ public:
     /// Which of the events at one place stands for the place, stored as its number. Any other number is kept as it is.
     enum EventSelection : int { Maximum = 0, Median = 1, Average = 2 };
 
-    ~IRating() override;
+    ~IRating() override = default;
 
     /// The cable that was measured.
     virtual const QUuid& cableID() const = 0;

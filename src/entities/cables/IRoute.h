@@ -14,7 +14,7 @@ class IPoint;
 class CABLES_EXPORT IRoute : public INetworkEntity
 {
 public:
-    ~IRoute() override;
+    ~IRoute() override = default;
 
     /// The cable that the route belongs to and that owns it: the object is null once the cable is gone. A cable given
     /// as an object takes the route as its own; a former cable has none then.

@@ -15,7 +15,7 @@ class ISegmentDetail;
 class CABLES_EXPORT ISegment : public INamedEntity
 {
 public:
-    ~ISegment() override;
+    ~ISegment() override = default;
 
     /// Place in the phase, counted from station A.
     virtual unsigned int Index() const = 0;

@@ -13,7 +13,7 @@ class ISegmentType;
 class CABLES_EXPORT ISegmentDetail : public INamedEntity
 {
 public:
-    ~ISegmentDetail() override;
+    ~ISegmentDetail() override = default;
 
     /// Propagation velocity of a pulse, metres per second; NaN when it is not known, 0 for joints.
     virtual double Velocity() const = 0;

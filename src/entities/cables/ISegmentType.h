@@ -8,7 +8,7 @@ namespace Cables::Entities::Interfaces {
 class CABLES_EXPORT ISegmentType : public INamedEntity
 {
 public:
-    ~ISegmentType() override;
+    ~ISegmentType() override = default;
 
     /// Whether a segment of this kind joins two cable sections.
     virtual bool IsJoint() const = 0;

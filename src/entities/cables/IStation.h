@@ -14,7 +14,7 @@ class IPoint;
 class CABLES_EXPORT IStation : public INamedEntity
 {
 public:
-    ~IStation() override;
+    ~IStation() override = default;
 
     /// Town the station is in.
     virtual const QString& City() const = 0;

@@ -8,7 +8,7 @@ namespace Cables::Entities::Interfaces {
 class CABLES_EXPORT ISwitchgear : public INamedEntity
 {
 public:
-    ~ISwitchgear() override;
+    ~ISwitchgear() override = default;
 };
 
 } // namespace Cables::Entities::Interfaces

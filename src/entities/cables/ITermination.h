@@ -8,7 +8,7 @@ namespace Cables::Entities::Interfaces {
 class CABLES_EXPORT ITermination : public INamedEntity
 {
 public:
-    ~ITermination() override;
+    ~ITermination() override = default;
 };
 
 } // namespace Cables::Entities::Interfaces

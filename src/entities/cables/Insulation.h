@@ -11,7 +11,7 @@ namespace Cables::Entities {
 class CABLES_EXPORT Insulation : public NamedEntity<Interfaces::IInsulation>
 {
 public:
-    ~Insulation() override;
+    ~Insulation() override = default;
 
     double Velocity() const override { return m_velocity; }
     void SetVelocity(const double& velocity) override { assign(m_velocity, velocity); }
@@ -23,3 +23,10 @@ private:
 };
 
 } // namespace Cables::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<Cables::Entities::Insulation> = [] {
+    using namespace Cables::Entities;
+    using E = Insulation;
+    return std::tuple{stored<&E::Name, &E::SetName>("name"), stored<&E::Velocity, &E::SetVelocity>("velocity")};
+}();

@@ -15,13 +15,6 @@ public:
     const QString& Name() const override { return m_name; }
     void SetName(const QString& name) override { this->assign(m_name, name); }
 
-    QJsonObject toJson() const override
-    {
-        QJsonObject json = QOR::Entities::StoredEntity<Interface>::toJson();
-        json.insert(QLatin1String("name"), QOR::Entities::toJsonValue(m_name));
-        return json;
-    }
-
 protected:
     NamedEntity() = default;
     NamedEntity(const NamedEntity&) = default;

@@ -9,7 +9,14 @@ namespace Cables::Entities {
 class CABLES_EXPORT Owner : public NamedEntity<Interfaces::IOwner>
 {
 public:
-    ~Owner() override;
+    QJsonObject toJson() const override;
 };
 
 } // namespace Cables::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<Cables::Entities::Owner> = [] {
+    using namespace Cables::Entities;
+    using E = Owner;
+    return std::tuple{stored<&E::Name, &E::SetName>("name")};
+}();

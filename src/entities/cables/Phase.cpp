@@ -9,9 +9,6 @@
 
 namespace Cables::Entities {
 
-using QOR::Entities::childIds;
-using QOR::Entities::toJsonValue;
-
 namespace {
 
 /// Whether a length or velocity says something: unknown ones are NaN, or 0 for joints.
@@ -21,10 +18,6 @@ bool isKnown(double value)
 }
 
 } // namespace
-
-Interfaces::IPhase::~IPhase() = default;
-
-Phase::~Phase() = default;
 
 void Phase::SetId(const QUuid& id)
 {
@@ -122,11 +115,7 @@ double Phase::Velocity() const
 
 QJsonObject Phase::toJson() const
 {
-    QJsonObject json = StoredEntity::toJson();
-    json.insert(QLatin1String("index"), qint64(m_index));
-    json.insert(QLatin1String("cableId"), toJsonValue(m_cable.id()));
-    json.insert(QLatin1String("segments"), childIds(m_segments.items()));
-    return json;
+    return QOR::Entities::propertiesToJson(*this);
 }
 
 } // namespace Cables::Entities

@@ -7,13 +7,13 @@
 
 namespace Cables::Entities {
 
+class Cable;
+
 /// Conductor of a cable; table `ce_phase`. Its segments can refer to it as an object only if a shared pointer owns it.
 class CABLES_EXPORT Phase : public QOR::Entities::StoredEntity<Interfaces::IPhase>,
                             public std::enable_shared_from_this<Phase>
 {
 public:
-    ~Phase() override;
-
     void SetId(const QUuid& id) override;
     unsigned int Index() const override { return m_index; }
     void SetIndex(const unsigned int& index) override { assign(m_index, index); }
@@ -43,3 +43,12 @@ private:
 };
 
 } // namespace Cables::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<Cables::Entities::Phase> = [] {
+    using namespace Cables::Entities;
+    using E = Phase;
+    return std::tuple{stored<&E::Index, &E::SetIndex>("index"),
+                      parent<Cable, &E::CableId, &E::SetCableId, &E::Cable, &E::SetCable>("cableId"),
+                      children<&E::Segments>("segments")};
+}();

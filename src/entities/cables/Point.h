@@ -11,8 +11,6 @@ namespace Cables::Entities {
 class CABLES_EXPORT Point : public QOR::Entities::StoredEntity<Interfaces::IPoint>
 {
 public:
-    ~Point() override;
-
     unsigned int Index() const override { return m_index; }
     void SetIndex(const unsigned int& index) override { assign(m_index, index); }
     double latitude() const override { return m_latitude; }
@@ -29,3 +27,11 @@ private:
 };
 
 } // namespace Cables::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<Cables::Entities::Point> = [] {
+    using namespace Cables::Entities;
+    using E = Point;
+    return std::tuple{stored<&E::Index, &E::SetIndex>("index"), stored<&E::latitude, &E::setLatitude>("latitude"),
+                      stored<&E::longitude, &E::setLongitude>("longitude")};
+}();

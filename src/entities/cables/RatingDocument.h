@@ -1,5 +1,7 @@
 #pragma once
 
+#include "entities/cables/CablesExport.h"
+
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
@@ -10,7 +12,7 @@ namespace Cables::Entities {
  * The values of a rating as one JSON document and as the text that is stored; Interfaces::IRating describes its layout.
  * Each form is made from the other when it is first asked for. Every change tells whether it changed anything.
  */
-class RatingDocument
+class CABLES_EXPORT RatingDocument
 {
 public:
     /// The text that was set, as long as nothing has changed since; else compact JSON.

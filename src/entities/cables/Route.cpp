@@ -7,12 +7,6 @@
 
 namespace Cables::Entities {
 
-using QOR::Entities::toJsonValue;
-
-Interfaces::IRoute::~IRoute() = default;
-
-Route::~Route() = default;
-
 void Route::SetCableId(const QUuid& id)
 {
     const std::shared_ptr<Route> self = weak_from_this().lock();
@@ -89,13 +83,7 @@ void Route::assignPoints(std::vector<QUuid> ids, std::vector<std::shared_ptr<Int
 
 QJsonObject Route::toJson() const
 {
-    QJsonObject json = StoredEntity::toJson();
-    json.insert(QLatin1String("cableId"), toJsonValue(m_cable.id()));
-    QJsonArray pointIds;
-    for (const QUuid& id : m_pointIds)
-        pointIds.append(toJsonValue(id));
-    json.insert(QLatin1String("pointIds"), pointIds);
-    return json;
+    return QOR::Entities::propertiesToJson(*this);
 }
 
 } // namespace Cables::Entities

@@ -6,13 +6,13 @@
 
 namespace Cables::Entities {
 
+class Cable;
+
 /// Way of a cable; table `ce_route`. A cable that it is given takes it as its route only if a shared pointer owns it.
 class CABLES_EXPORT Route : public QOR::Entities::StoredEntity<Interfaces::IRoute>,
                             public std::enable_shared_from_this<Route>
 {
 public:
-    ~Route() override;
-
     const QUuid& CableId() const override { return m_cable.id(); }
     void SetCableId(const QUuid& id) override;
     std::shared_ptr<Interfaces::ICable> Cable() const override { return m_cable.object(); }
@@ -39,3 +39,11 @@ private:
 };
 
 } // namespace Cables::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<Cables::Entities::Route> = [] {
+    using namespace Cables::Entities;
+    using E = Route;
+    return std::tuple{parent<Cable, &E::CableId, &E::SetCableId, &E::Cable, &E::SetCable>("cableId"),
+                      stored<&E::PointIds, &E::SetPointIds>("pointIds")};
+}();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "entities/cables/ISegment.h"
+#include "entities/cables/ISegmentDetail.h"
 #include "entities/cables/NamedEntity.h"
 #include "entities/qor/Reference.h"
 
@@ -8,12 +9,13 @@
 
 namespace Cables::Entities {
 
+class Phase;
+class SegmentDetail;
+
 /// Piece of a phase; table `ce_segment`. A phase that it is given lists it only if a shared pointer owns it.
 class CABLES_EXPORT Segment : public NamedEntity<Interfaces::ISegment>, public std::enable_shared_from_this<Segment>
 {
 public:
-    ~Segment() override;
-
     unsigned int Index() const override { return m_index; }
     void SetIndex(const unsigned int& index) override { assign(m_index, index); }
     double Length() const override { return m_length; }
@@ -27,9 +29,12 @@ public:
     /// Points at the phase of PhaseId(): nothing that is stored changes, and no list of the phase's.
     void LinkPhase(const std::shared_ptr<Interfaces::IPhase>& phase) { linkReference(m_phase, phase); }
     const QUuid& DetailId() const override { return m_detail.id(); }
-    void SetDetailId(const QUuid& id) override;
+    void SetDetailId(const QUuid& id) override { assignReferenceId(m_detail, id); }
     std::shared_ptr<Interfaces::ISegmentDetail> Detail() const override { return m_detail.object(); }
-    void SetDetail(std::shared_ptr<Interfaces::ISegmentDetail> detail) override;
+    void SetDetail(std::shared_ptr<Interfaces::ISegmentDetail> detail) override
+    {
+        assignReferenceObject(m_detail, std::move(detail));
+    }
 
     QJsonObject toJson() const override;
 
@@ -42,3 +47,15 @@ private:
 };
 
 } // namespace Cables::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<Cables::Entities::Segment> = [] {
+    using namespace Cables::Entities;
+    using E = Segment;
+    return std::tuple{stored<&E::Name, &E::SetName>("name"),
+                      stored<&E::Index, &E::SetIndex>("index"),
+                      stored<&E::Length, &E::SetLength>("length"),
+                      stored<&E::InstallationDate, &E::SetInstallationDate>("installationDate"),
+                      parent<Phase, &E::PhaseId, &E::SetPhaseId, &E::Phase, &E::SetPhase>("phaseId"),
+                      reference<SegmentDetail, &E::DetailId, &E::SetDetailId, &E::Detail, &E::SetDetail>("detailId")};
+}();

@@ -9,8 +9,6 @@ namespace Cables::Entities {
 class CABLES_EXPORT SegmentType : public NamedEntity<Interfaces::ISegmentType>
 {
 public:
-    ~SegmentType() override;
-
     bool IsJoint() const override { return m_isJoint; }
     void SetIsJoint(const bool& isJoint) override { assign(m_isJoint, isJoint); }
 
@@ -21,3 +19,10 @@ private:
 };
 
 } // namespace Cables::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<Cables::Entities::SegmentType> = [] {
+    using namespace Cables::Entities;
+    using E = SegmentType;
+    return std::tuple{stored<&E::Name, &E::SetName>("name"), stored<&E::IsJoint, &E::SetIsJoint>("isJoint")};
+}();

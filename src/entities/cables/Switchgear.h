@@ -9,7 +9,14 @@ namespace Cables::Entities {
 class CABLES_EXPORT Switchgear : public NamedEntity<Interfaces::ISwitchgear>
 {
 public:
-    ~Switchgear() override;
+    QJsonObject toJson() const override;
 };
 
 } // namespace Cables::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<Cables::Entities::Switchgear> = [] {
+    using namespace Cables::Entities;
+    using E = Switchgear;
+    return std::tuple{stored<&E::Name, &E::SetName>("name")};
+}();

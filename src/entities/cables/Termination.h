@@ -9,7 +9,14 @@ namespace Cables::Entities {
 class CABLES_EXPORT Termination : public NamedEntity<Interfaces::ITermination>
 {
 public:
-    ~Termination() override;
+    QJsonObject toJson() const override;
 };
 
 } // namespace Cables::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<Cables::Entities::Termination> = [] {
+    using namespace Cables::Entities;
+    using E = Termination;
+    return std::tuple{stored<&E::Name, &E::SetName>("name")};
+}();

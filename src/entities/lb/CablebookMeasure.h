@@ -32,3 +32,13 @@ private:
 };
 
 } // namespace LB::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<LB::Entities::CablebookMeasure> = [] {
+    using namespace LB::Entities;
+    using E = CablebookMeasure;
+    return std::tuple{
+        stored<&E::MeasureId, &E::SetMeasureId>("measureId"), stored<&E::CableId, &E::SetCableId>("cableId"),
+        stored<&E::StationId, &E::SetStationId>("stationId"), stored<&E::ImportDate, &E::SetImportDate>("importDate"),
+        stored<&E::LastEditDate, &E::SetLastEditDate>("lastEditDate")};
+}();

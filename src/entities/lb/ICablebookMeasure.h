@@ -16,7 +16,7 @@ namespace LB::Entities::Interfaces {
 class LB_EXPORT ICablebookMeasure
 {
 public:
-    virtual ~ICablebookMeasure();
+    virtual ~ICablebookMeasure() = default;
     ICablebookMeasure& operator=(const ICablebookMeasure&) = delete;
 
     /// QorUuidHelpers::uuidFromInt() of the measurement's number; the null id means that the link is not persisted.

@@ -25,7 +25,7 @@ namespace PD::Entities::Interfaces {
 class PD_EXPORT IPdEntity
 {
 public:
-    virtual ~IPdEntity();
+    virtual ~IPdEntity() = default;
     IPdEntity& operator=(const IPdEntity&) = delete;
 
     /// Primary key; the null id means that the entity is not persisted.

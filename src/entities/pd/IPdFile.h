@@ -15,7 +15,7 @@ class IPdReport;
 class PD_EXPORT IPdFile : public IPdEntity
 {
 public:
-    ~IPdFile() override;
+    ~IPdFile() override = default;
 
     /// Name of the file, as the measuring application gave it.
     virtual const QString& Name() const = 0;

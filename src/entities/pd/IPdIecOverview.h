@@ -11,7 +11,7 @@ namespace PD::Entities::Interfaces {
 class PD_EXPORT IPdIecOverview : public IPdReportPart
 {
 public:
-    ~IPdIecOverview() override;
+    ~IPdIecOverview() override = default;
 
     /// Number of the phase in its cable.
     virtual int phaseIndex() const = 0;

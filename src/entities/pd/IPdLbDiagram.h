@@ -8,7 +8,7 @@ namespace PD::Entities::Interfaces {
 class PD_EXPORT IPdLbDiagram : public IPdReportPart
 {
 public:
-    ~IPdLbDiagram() override;
+    ~IPdLbDiagram() override = default;
 
     /// Whether the phase is shown.
     virtual bool phase1Visible() const = 0;

@@ -8,7 +8,7 @@ namespace PD::Entities::Interfaces {
 class PD_EXPORT IPdMappingEvent : public IPdReportPart
 {
 public:
-    ~IPdMappingEvent() override;
+    ~IPdMappingEvent() override = default;
 
     /// Measured load, coulombs.
     virtual double load() const = 0;

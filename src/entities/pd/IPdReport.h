@@ -23,7 +23,7 @@ class IPdTaskInfo;
 class PD_EXPORT IPdReport : public IPdEntity
 {
 public:
-    ~IPdReport() override;
+    ~IPdReport() override = default;
 
     /// The task that the report belongs to and that owns it: the object is null once the task is gone.
     virtual const QUuid& TaskId() const = 0;

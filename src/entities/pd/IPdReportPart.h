@@ -8,7 +8,7 @@ namespace PD::Entities::Interfaces {
 class PD_EXPORT IPdReportPart : public IPdEntity
 {
 public:
-    ~IPdReportPart() override;
+    ~IPdReportPart() override = default;
 
     /// Id of the report.
     virtual const QUuid& reportId() const = 0;

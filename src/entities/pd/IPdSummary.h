@@ -8,7 +8,7 @@ namespace PD::Entities::Interfaces {
 class PD_EXPORT IPdSummary : public IPdReportPart
 {
 public:
-    ~IPdSummary() override;
+    ~IPdSummary() override = default;
 
     /// The inception voltage was measured.
     virtual bool pdivState() const = 0;

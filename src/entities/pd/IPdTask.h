@@ -22,7 +22,7 @@ class IPdReport;
 class PD_EXPORT IPdTask : public IPdEntity
 {
 public:
-    ~IPdTask() override;
+    ~IPdTask() override = default;
 
     /// The cable that was tested; shared.
     virtual const QUuid& CableId() const = 0;

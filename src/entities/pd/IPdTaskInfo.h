@@ -11,7 +11,7 @@ namespace PD::Entities::Interfaces {
 class PD_EXPORT IPdTaskInfo : public IPdReportPart
 {
 public:
-    ~IPdTaskInfo() override;
+    ~IPdTaskInfo() override = default;
 
     /// Version of the application that created the task.
     virtual const QString& softwareVersion() const = 0;

@@ -4,8 +4,6 @@
 
 namespace PD::Entities {
 
-Interfaces::IPdFile::~IPdFile() = default;
-
 void PdFile::SetReportId(const QUuid& id)
 {
     const std::shared_ptr<PdFile> self = weak_from_this().lock();
@@ -25,13 +23,7 @@ void PdFile::SetReport(const std::shared_ptr<Interfaces::IPdReport>& report)
 
 QJsonObject PdFile::toJson() const
 {
-    using QOR::Entities::toJsonValue;
-    QJsonObject json = StoredEntity::toJson();
-    json.insert(QLatin1String("name"), toJsonValue(m_name));
-    json.insert(QLatin1String("file"), toJsonValue(m_file));
-    json.insert(QLatin1String("hash"), toJsonValue(m_hash));
-    json.insert(QLatin1String("reportId"), toJsonValue(ReportId()));
-    return json;
+    return QOR::Entities::propertiesToJson(*this);
 }
 
 } // namespace PD::Entities

@@ -7,6 +7,8 @@
 
 namespace PD::Entities {
 
+class PdReport;
+
 /// Measurement file attached to a report; table `pd_file`.
 class PD_EXPORT PdFile : public QOR::Entities::StoredEntity<Interfaces::IPdFile>,
                          public std::enable_shared_from_this<PdFile>
@@ -36,3 +38,12 @@ private:
 };
 
 } // namespace PD::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<PD::Entities::PdFile> = [] {
+    using namespace PD::Entities;
+    using E = PdFile;
+    return std::tuple{stored<&E::Name, &E::SetName>("name"), lazy<&E::File, &E::SetFile>("file"),
+                      lazy<&E::Hash, &E::SetHash>("hash"),
+                      parent<PdReport, &E::ReportId, &E::SetReportId, &E::Report, &E::SetReport>("reportId")};
+}();

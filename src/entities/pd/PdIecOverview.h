@@ -55,3 +55,22 @@ private:
 };
 
 } // namespace PD::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<PD::Entities::PdIecOverview> = [] {
+    using namespace PD::Entities;
+    using E = PdIecOverview;
+    return std::tuple{
+        stored<&E::reportId, &E::setReportId>("reportId"),
+        stored<&E::phaseIndex, &E::setPhaseIndex>("phaseIndex"),
+        stored<&E::groundNoise, &E::setGroundNoise>("groundNoise"),
+        stored<&E::sensitivityLevel, &E::setSensitivityLevel>("sensitivityLevel"),
+        stored<&E::frequency, &E::setFrequency>("frequency"),
+        stored<&E::pdivVoltage, &E::setPdivVoltage>("pdivVoltage"),
+        stored<&E::pdevVoltage, &E::setPdevVoltage>("pdevVoltage"),
+        stored<&E::pdivMaxCharge, &E::setPdivMaxCharge>("pdivMaxCharge"),
+        stored<&E::maxChargesText, static_cast<void (E::*)(const QString&)>(&E::setMaxCharges), &E::maxCharges>(
+            "maxCharges"),
+        stored<&E::medChargesText, static_cast<void (E::*)(const QString&)>(&E::setMedCharges), &E::medCharges>(
+            "medCharges")};
+}();

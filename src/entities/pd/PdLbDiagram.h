@@ -37,3 +37,16 @@ private:
 };
 
 } // namespace PD::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<PD::Entities::PdLbDiagram> = [] {
+    using namespace PD::Entities;
+    using E = PdLbDiagram;
+    return std::tuple{stored<&E::reportId, &E::setReportId>("reportId"),
+                      stored<&E::phase1Visible, &E::setPhase1Visible>("phase1Visible"),
+                      stored<&E::phase2Visible, &E::setPhase2Visible>("phase2Visible"),
+                      stored<&E::phase3Visible, &E::setPhase3Visible>("phase3Visible"),
+                      stored<&E::filterClass, &E::setFilterClass>("filterClass"),
+                      stored<&E::filterVoltageMin, &E::setFilterVoltageMin>("filterVoltageMin"),
+                      stored<&E::filterVoltageMax, &E::setFilterVoltageMax>("filterVoltageMax")};
+}();

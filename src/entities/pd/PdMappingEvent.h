@@ -41,3 +41,17 @@ private:
 };
 
 } // namespace PD::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<PD::Entities::PdMappingEvent> = [] {
+    using namespace PD::Entities;
+    using E = PdMappingEvent;
+    return std::tuple{stored<&E::reportId, &E::setReportId>("reportId"),
+                      stored<&E::load, &E::setLoad>("load"),
+                      stored<&E::voltage, &E::setVoltage>("voltage"),
+                      stored<&E::position, &E::setPosition>("position"),
+                      stored<&E::phaseIndex, &E::setPhaseIndex>("phaseIndex"),
+                      stored<&E::classification, &E::setClassification>("classification"),
+                      stored<&E::mode, &E::setMode>("mode"),
+                      stored<&E::polarity, &E::setPolarity>("polarity")};
+}();

@@ -12,9 +12,6 @@
 
 namespace PD::Entities {
 
-using QOR::Entities::childIds;
-using QOR::Entities::toJsonValue;
-
 namespace {
 
 /// Whether both are stored alike: a null and an empty text are equal to Qt, and are not to a database.
@@ -30,23 +27,7 @@ bool sameFilter(const QHash<QString, QString>& left, const QHash<QString, QStrin
     return true;
 }
 
-QJsonObject filterJson(const QHash<QString, QString>& filter)
-{
-    QJsonObject json;
-    for (auto setting = filter.begin(); setting != filter.end(); ++setting)
-        json.insert(setting.key(), toJsonValue(setting.value()));
-    return json;
-}
-
-template <typename T>
-QJsonValue childId(const std::shared_ptr<T>& child)
-{
-    return child ? toJsonValue(child->Id()) : QJsonValue();
-}
-
 } // namespace
-
-Interfaces::IPdReport::~IPdReport() = default;
 
 void Interfaces::IPdReport::AddFile(const std::shared_ptr<IPdFile>& file)
 {
@@ -130,19 +111,7 @@ void PdReport::release(Interfaces::IPdFile& file) const
 
 QJsonObject PdReport::toJson() const
 {
-    QJsonObject json = StoredEntity::toJson();
-    json.insert(QLatin1String("taskId"), toJsonValue(TaskId()));
-    json.insert(QLatin1String("creationTimestamp"), toJsonValue(m_creationTimestamp));
-    json.insert(QLatin1String("flags"), m_flags);
-    json.insert(QLatin1String("recommentation"), toJsonValue(m_recommentation));
-    json.insert(QLatin1String("filter"), filterJson(m_filter));
-    json.insert(QLatin1String("files"), childIds(Files()));
-    json.insert(QLatin1String("lbDiagram"), childId(m_lbDiagram));
-    json.insert(QLatin1String("summary"), childId(m_summary));
-    json.insert(QLatin1String("taskInfo"), childId(m_taskInfo));
-    json.insert(QLatin1String("iecOverview"), childIds(m_iecOverview));
-    json.insert(QLatin1String("mappingEvents"), childIds(m_mappingEvents));
-    return json;
+    return QOR::Entities::propertiesToJson(*this);
 }
 
 } // namespace PD::Entities

@@ -8,6 +8,8 @@
 
 namespace PD::Entities {
 
+class PdTask;
+
 namespace Interfaces {
 class IPdReportPart;
 }
@@ -57,7 +59,8 @@ public:
     void AddFile(const std::shared_ptr<Interfaces::IPdFile>& file) override;
     void RemoveFile(const std::shared_ptr<Interfaces::IPdFile>& file) override;
 
-    // These show what has this report's id already: nothing that is stored changes, there or at what was shown before.
+    // These list objects that have this report's id already. Nothing that is stored changes, neither in them nor in
+    // those listed before.
     void LinkFiles(std::vector<std::shared_ptr<Interfaces::IPdFile>> files);
     void LinkLbDiagram(std::shared_ptr<Interfaces::IPdLbDiagram> diagram);
     void LinkSummary(std::shared_ptr<Interfaces::IPdSummary> summary);
@@ -105,3 +108,20 @@ private:
 };
 
 } // namespace PD::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<PD::Entities::PdReport> = [] {
+    using namespace PD::Entities;
+    using E = PdReport;
+    return std::tuple{parent<PdTask, &E::TaskId, &E::SetTaskId, &E::Task, &E::SetTask>("taskId"),
+                      stored<&E::CreationTimestamp, &E::SetCreationTimestamp>("creationTimestamp"),
+                      stored<&E::Flags, &E::SetFlags>("flags"),
+                      stored<&E::Recommentation, &E::SetRecommentation>("recommentation"),
+                      stored<&E::Filter, &E::SetFilter>("filter"),
+                      children<&E::Files>("files"),
+                      children<&E::LbDiagram>("lbDiagram"),
+                      children<&E::Summary>("summary"),
+                      children<&E::TaskInfo>("taskInfo"),
+                      children<&E::IecOverview>("iecOverview"),
+                      children<&E::MappingEvents>("mappingEvents")};
+}();

@@ -13,8 +13,8 @@ namespace Interfaces {
 class IPdReportPart;
 }
 
-/// A part knows its report by the id only; this is the report object that lists it, which it has to leave when it gets
-/// another id. A copy is listed by none.
+/// The report object that lists a part. The part itself stores only the report's id; it leaves that object when it gets
+/// another id. A copy is not listed.
 class PD_EXPORT PdReportListing
 {
 public:
@@ -27,8 +27,8 @@ protected:
     ~PdReportListing() = default;
     PdReportListing& operator=(const PdReportListing&) = delete;
 
-    /// Takes @p part, whose report is to have @p id, out of the lists of another report. The part must be kept alive
-    /// by what this gives.
+    /// Takes @p part out of the lists of its report unless that has @p id. The caller keeps the result while it uses
+    /// the part: nothing else may hold it any more.
     std::shared_ptr<Interfaces::IPdReportPart> leave(const Interfaces::IPdReportPart& part, const QUuid& id) const;
 
 private:
@@ -45,13 +45,6 @@ public:
     {
         const std::shared_ptr<Interfaces::IPdReportPart> self = leave(*this, id);
         this->assign(m_reportId, id);
-    }
-
-    QJsonObject toJson() const override
-    {
-        QJsonObject json = QOR::Entities::StoredEntity<Interface>::toJson();
-        json.insert(QLatin1String("reportId"), QOR::Entities::toJsonValue(m_reportId));
-        return json;
     }
 
 protected:

@@ -1,15 +1,74 @@
-#include "entities/pd/IPdIecOverview.h"
-#include "entities/pd/IPdLbDiagram.h"
-#include "entities/pd/IPdMappingEvent.h"
-#include "entities/pd/IPdSummary.h"
-#include "entities/pd/IPdTaskInfo.h"
+// What belongs to one report, and how the report holds it.
+
+#include "entities/pd/PdIecOverview.h"
+#include "entities/pd/PdLbDiagram.h"
+#include "entities/pd/PdMappingEvent.h"
 #include "entities/pd/PdReport.h"
-#include "entities/pd/PdReportPart.h"
+#include "entities/pd/PdSummary.h"
+#include "entities/pd/PdTaskInfo.h"
+#include "entities/pd/private/TextForms.h"
 
 #include <algorithm>
 #include <unordered_set>
 
 namespace PD::Entities {
+
+using QOR::Entities::propertiesToJson;
+
+QJsonObject PdIecOverview::maxCharges() const
+{
+    return ChargeMap::toJson(m_maxCharges);
+}
+
+void PdIecOverview::setMaxCharges(const QMap<double, double>& charges)
+{
+    assign(m_maxCharges, storedText<ChargeMap>(m_maxCharges, charges));
+}
+
+double PdIecOverview::maxChargeAtVoltage(double voltage) const
+{
+    return ChargeMap::chargeAt(m_maxCharges, voltage);
+}
+
+QJsonObject PdIecOverview::medCharges() const
+{
+    return ChargeMap::toJson(m_medCharges);
+}
+
+void PdIecOverview::setMedCharges(const QMap<double, double>& charges)
+{
+    assign(m_medCharges, storedText<ChargeMap>(m_medCharges, charges));
+}
+
+double PdIecOverview::medChargeAtVoltage(double voltage) const
+{
+    return ChargeMap::chargeAt(m_medCharges, voltage);
+}
+
+QJsonObject PdIecOverview::toJson() const
+{
+    return propertiesToJson(*this);
+}
+
+QJsonObject PdLbDiagram::toJson() const
+{
+    return propertiesToJson(*this);
+}
+
+QJsonObject PdMappingEvent::toJson() const
+{
+    return propertiesToJson(*this);
+}
+
+QJsonObject PdSummary::toJson() const
+{
+    return propertiesToJson(*this);
+}
+
+QJsonObject PdTaskInfo::toJson() const
+{
+    return propertiesToJson(*this);
+}
 
 std::shared_ptr<Interfaces::IPdReportPart> PdReportListing::leave(const Interfaces::IPdReportPart& part,
                                                                   const QUuid& id) const
@@ -24,7 +83,7 @@ void PdReport::visitParts(const Visitor& visit) const
         if (part)
             visit(*part);
     };
-    // Copies: who is told of a change may change the lists.
+    // Copied because an observer may change the lists.
     const auto overview = m_iecOverview;
     const auto events = m_mappingEvents;
     std::for_each(overview.begin(), overview.end(), visitOne);
@@ -45,7 +104,7 @@ void PdReport::SetId(const QUuid& id)
     StoredEntity::SetId(id);
     if (!hadNone)
         return;
-    // What was linked before could not know the id.
+    // The objects linked before this could not be given the id.
     const std::vector<std::shared_ptr<Interfaces::IPdFile>> files = Files();
     for (const std::shared_ptr<Interfaces::IPdFile>& file : files)
         adopt(*file);
@@ -84,7 +143,7 @@ void PdReport::assignParts(PartList<T> list, const std::vector<std::shared_ptr<T
         if (PdReport* const other = noteListed(*part))
             others.insert(other);
     }
-    // At once: one after the other would take the square of their number.
+    // All at once, since dropping them one by one would take quadratic time.
     for (PdReport* const other : others)
         other->dropMoved(list);
     for (const std::shared_ptr<T>& part : children)
@@ -126,7 +185,7 @@ void PdReport::linkParts(PartList<T> list, std::vector<std::shared_ptr<T>> parts
 /// Notes that this report lists @p part; gives another report that did, and has to drop it.
 PdReport* PdReport::noteListed(Interfaces::IPdReportPart& part)
 {
-    // A part of the application's own making has no such note.
+    // A part of an application's own class keeps no such note.
     auto* const listing = dynamic_cast<PdReportListing*>(&part);
     if (!listing)
         return nullptr;
@@ -149,7 +208,7 @@ void PdReport::release(Interfaces::IPdReportPart& part) const
         part.setReportId(QUuid());
 }
 
-/// Takes @p part out of its place, and gives it.
+/// Takes @p part out of its place, and returns it.
 std::shared_ptr<Interfaces::IPdReportPart> PdReport::drop(const Interfaces::IPdReportPart& part)
 {
     std::shared_ptr<Interfaces::IPdReportPart> dropped;

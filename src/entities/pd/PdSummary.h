@@ -49,3 +49,20 @@ private:
 };
 
 } // namespace PD::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<PD::Entities::PdSummary> = [] {
+    using namespace PD::Entities;
+    using E = PdSummary;
+    return std::tuple{stored<&E::reportId, &E::setReportId>("reportId"),
+                      stored<&E::pdivState, &E::setPdivState>("pdivState"),
+                      stored<&E::pdevState, &E::setPdevState>("pdevState"),
+                      stored<&E::noiseState, &E::setNoiseState>("noiseState"),
+                      stored<&E::dataState, &E::setDataState>("dataState"),
+                      stored<&E::vwdState, &E::setVwdState>("vwdState"),
+                      stored<&E::dacPosState, &E::setDacPosState>("dacPosState"),
+                      stored<&E::dacNegState, &E::setDacNegState>("dacNegState"),
+                      stored<&E::vlfCrState, &E::setVlfCrState>("vlfCrState"),
+                      stored<&E::vlfSinState, &E::setVlfSinState>("vlfSinState"),
+                      stored<&E::maxAppliedVoltage, &E::setMaxAppliedVoltage>("maxAppliedVoltage")};
+}();

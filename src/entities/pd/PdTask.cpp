@@ -1,17 +1,12 @@
 #include "entities/pd/PdTask.h"
 
-#include "entities/cables/ICable.h"
 #include "entities/cables/IRating.h"
-#include "entities/cables/IStation.h"
 #include "entities/pd/IPdReport.h"
-#include "entities/pd/StoredText.h"
-#include "entities/pd/TextList.h"
+#include "entities/pd/private/TextForms.h"
 
 #include <algorithm>
 
 namespace PD::Entities {
-
-Interfaces::IPdTask::~IPdTask() = default;
 
 void Interfaces::IPdTask::AddReport(const std::shared_ptr<IPdReport>& report)
 {
@@ -33,7 +28,7 @@ void PdTask::SetId(const QUuid& id)
     StoredEntity::SetId(id);
     if (!hadNone)
         return;
-    // What was linked before could not know the id.
+    // The objects linked before this could not be given the id.
     const std::vector<std::shared_ptr<Interfaces::IPdReport>> reports = Reports();
     for (const std::shared_ptr<Interfaces::IPdReport>& report : reports)
         adopt(*report);
@@ -41,46 +36,11 @@ void PdTask::SetId(const QUuid& id)
         m_rating->SetTaskID(Id());
 }
 
-void PdTask::SetCableId(const QUuid& id)
-{
-    assignReferenceId(m_cable, id);
-}
-
-void PdTask::SetCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable)
-{
-    assignReferenceObject(m_cable, cable);
-}
-
-void PdTask::SetStationId(const QUuid& id)
-{
-    assignReferenceId(m_station, id);
-}
-
-void PdTask::SetStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station)
-{
-    assignReferenceObject(m_station, station);
-}
-
-void PdTask::LinkCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable)
-{
-    linkReference(m_cable, cable);
-}
-
-void PdTask::LinkStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station)
-{
-    linkReference(m_station, station);
-}
-
 void PdTask::SetRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating)
 {
     if (rating)
         rating->SetTaskID(Id());
     LinkRating(rating);
-}
-
-void PdTask::LinkRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating)
-{
-    assignUnstored(m_rating, rating);
 }
 
 QStringList PdTask::Devices() const
@@ -148,21 +108,7 @@ std::shared_ptr<Interfaces::IPdReport> PdTask::ReportLatest() const
 
 QJsonObject PdTask::toJson() const
 {
-    using QOR::Entities::toJsonValue;
-    QJsonObject json = StoredEntity::toJson();
-    json.insert(QLatin1String("cableId"), toJsonValue(CableId()));
-    json.insert(QLatin1String("stationId"), toJsonValue(StationId()));
-    json.insert(QLatin1String("creationDate"), toJsonValue(m_creationDate));
-    json.insert(QLatin1String("tester"), toJsonValue(m_tester));
-    json.insert(QLatin1String("path"), toJsonValue(m_path));
-    json.insert(QLatin1String("comment"), toJsonValue(m_comment));
-    json.insert(QLatin1String("devices"), QJsonArray::fromStringList(Devices()));
-    json.insert(QLatin1String("kvtrRecommentations"), toJsonValue(m_kvtrRecommentation));
-    json.insert(QLatin1String("maxVoltage"), toJsonValue(m_maxVoltage));
-    json.insert(QLatin1String("pdiv"), toJsonValue(m_pdiv));
-    json.insert(QLatin1String("pdev"), toJsonValue(m_pdev));
-    json.insert(QLatin1String("reports"), QOR::Entities::childIds(Reports()));
-    return json;
+    return QOR::Entities::propertiesToJson(*this);
 }
 
 } // namespace PD::Entities

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "entities/cables/ICable.h"
+#include "entities/cables/IStation.h"
 #include "entities/pd/IPdTask.h"
 #include "entities/pd/PDExport.h"
 #include "entities/qor/Children.h"
@@ -7,6 +9,11 @@
 #include "entities/qor/StoredEntity.h"
 
 #include <limits>
+
+namespace Cables::Entities {
+class Cable;
+class Station;
+} // namespace Cables::Entities
 
 namespace PD::Entities {
 
@@ -21,23 +28,38 @@ public:
     void SetId(const QUuid& id) override;
 
     const QUuid& CableId() const override { return m_cable.id(); }
-    void SetCableId(const QUuid& id) override;
+    void SetCableId(const QUuid& id) override { assignReferenceId(m_cable, id); }
     std::shared_ptr<Cables::Entities::Interfaces::ICable> Cable() const override { return m_cable.object(); }
-    void SetCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable) override;
+    void SetCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable) override
+    {
+        assignReferenceObject(m_cable, cable);
+    }
     /// Points at the cable of CableId(), or at none: nothing that is stored changes.
-    void LinkCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable);
+    void LinkCable(const std::shared_ptr<Cables::Entities::Interfaces::ICable>& cable)
+    {
+        linkReference(m_cable, cable);
+    }
 
     const QUuid& StationId() const override { return m_station.id(); }
-    void SetStationId(const QUuid& id) override;
+    void SetStationId(const QUuid& id) override { assignReferenceId(m_station, id); }
     std::shared_ptr<Cables::Entities::Interfaces::IStation> Station() const override { return m_station.object(); }
-    void SetStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station) override;
+    void SetStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station) override
+    {
+        assignReferenceObject(m_station, station);
+    }
     /// Points at the station of StationId(), or at none: nothing that is stored changes.
-    void LinkStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station);
+    void LinkStation(const std::shared_ptr<Cables::Entities::Interfaces::IStation>& station)
+    {
+        linkReference(m_station, station);
+    }
 
     std::shared_ptr<Cables::Entities::Interfaces::IRating> Rating() const override { return m_rating; }
     void SetRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating) override;
     /// Shows a rating that has this task's id.
-    void LinkRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating);
+    void LinkRating(const std::shared_ptr<Cables::Entities::Interfaces::IRating>& rating)
+    {
+        assignUnstored(m_rating, rating);
+    }
 
     const QDateTime& CreationDate() const override { return m_creationDate; }
     void SetCreationDate(const QDateTime& date) override { assign(m_creationDate, date); }
@@ -93,3 +115,22 @@ private:
 };
 
 } // namespace PD::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<PD::Entities::PdTask> = [] {
+    using namespace PD::Entities;
+    using E = PdTask;
+    return std::tuple{
+        reference<Cables::Entities::Cable, &E::CableId, &E::SetCableId, &E::Cable, &E::SetCable>("cableId"),
+        reference<Cables::Entities::Station, &E::StationId, &E::SetStationId, &E::Station, &E::SetStation>("stationId"),
+        stored<&E::CreationDate, &E::SetCreationDate>("creationDate"),
+        stored<&E::Tester, &E::SetTester>("tester"),
+        stored<&E::Path, &E::SetPath>("path"),
+        stored<&E::Comment, &E::SetComment>("comment"),
+        stored<&E::DevicesText, &E::SetDevicesFromText, &E::Devices>("devices"),
+        stored<&E::KvtrRecommentations, &E::SetKvtrRecommentation>("kvtrRecommentations"),
+        inMemory<&E::MaxVoltage, &E::SetMaxVoltage>("maxVoltage"),
+        inMemory<&E::Pdiv, &E::SetPdiv>("pdiv"),
+        inMemory<&E::Pdev, &E::SetPdev>("pdev"),
+        children<&E::Reports>("reports")};
+}();

@@ -29,3 +29,14 @@ private:
 };
 
 } // namespace PD::Entities
+
+template <>
+inline constexpr auto QOR::Entities::properties<PD::Entities::PdTaskInfo> = [] {
+    using namespace PD::Entities;
+    using E = PdTaskInfo;
+    return std::tuple{stored<&E::reportId, &E::setReportId>("reportId"),
+                      stored<&E::softwareVersion, &E::setSoftwareVersion>("softwareVersion"),
+                      stored<&E::systemType, &E::setSystemType>("systemType"),
+                      stored<&E::serialNumber, &E::setSerialNumber>("serialNumber"),
+                      stored<&E::calibrationDate, &E::setCalibrationDate>("calibrationDate")};
+}();

@@ -10,7 +10,7 @@
 
 namespace QOR::Entities {
 
-/// The list without null and repeated entries, in its order.
+/// Gives the list without null and repeated entries, in the same order.
 template <typename T>
 std::vector<std::shared_ptr<T>> distinctChildren(const std::vector<std::shared_ptr<T>>& list)
 {
@@ -25,9 +25,9 @@ std::vector<std::shared_ptr<T>> distinctChildren(const std::vector<std::shared_p
 }
 
 /**
- * The children that a parent lists. The child's end of the link is set by the operations that the parent gives: `adopt`
- * makes the parent that of the child, `release` takes it off. A child whose end is set turns to its parent's list in
- * its turn, before it tells its observers; the list knows that it has done that already.
+ * The children that a parent lists. The parent passes the operations that set the child's end of the link: `adopt`
+ * makes it the child's parent, `release` leaves the child without one. A child whose end is set calls the parent's list
+ * back before it notifies its observers; the list recognises such a call and does nothing.
  */
 template <typename T>
 class ChildList
@@ -38,7 +38,7 @@ public:
 
     const List& items() const { return m_items; }
 
-    /// Appends @p child unless it is null or in the list; tells whether it did.
+    /// Appends @p child unless it is null or in the list; returns whether it did.
     template <typename Adopt>
     bool add(Child child, const Adopt& adopt)
     {
@@ -49,7 +49,7 @@ public:
         return true;
     }
 
-    /// Takes @p child out of the list; tells whether it was there.
+    /// Takes @p child out of the list; returns whether it was there.
     template <typename Release>
     bool remove(Child child, const Release& release)
     {
@@ -63,7 +63,7 @@ public:
         return true;
     }
 
-    /// Replaces the list, without null and repeated entries; tells whether it is another one now.
+    /// Replaces the list, without null and repeated entries; returns whether that changed it.
     template <typename Adopt, typename Release>
     bool replace(const List& list, const Adopt& adopt, const Release& release)
     {
@@ -81,7 +81,7 @@ public:
         return children != former;
     }
 
-    /// Replaces the list by one whose children have their ends already; tells whether it is another one now.
+    /// Replaces the list by one whose children have their ends already; returns whether that changed it.
     bool link(List children)
     {
         m_items.swap(children);
@@ -97,8 +97,8 @@ private:
         operation(*child);
     }
 
-    /// Whether @p child only answers to what is being done with it. It does so once: what an observer asks for next is
-    /// no answer.
+    /// Whether this call comes from setOtherEnd() of @p child. Only the first one does: a later one comes from an
+    /// observer.
     bool isInHand(const Child& child)
     {
         if (!child || child.get() != m_inHand)

@@ -7,9 +7,6 @@
 
 namespace QOR::Entities {
 
-Interfaces::IEntity::~IEntity() = default;
-Interfaces::IObserver::~IObserver() = default;
-
 void Interfaces::IObserver::contentChanged(IEntity& /*entity*/)
 {}
 void Interfaces::IObserver::stateChanged(IEntity& /*entity*/)

@@ -21,7 +21,7 @@ class QORENTITY_EXPORT Entity : public Interfaces::IEntity
 public:
     Entity();
     ~Entity() override;
-    /// An entity stands for one row: it is not overwritten by another.
+    /// Deleted because an entity stands for one row: another must not overwrite it.
     Entity& operator=(const Entity& other) = delete;
 
     const QUuid& Id() const override;
@@ -61,7 +61,7 @@ protected:
         return true;
     }
 
-    /// What assign() does after a change.
+    /// Makes a Normal entity Modified and notifies the observers, as assign() does.
     void markModified();
     /// Tells every observer that this entity has changed.
     void notify();
@@ -85,7 +85,7 @@ private:
 
     QUuid m_id;
     QDateTime m_timestamp;
-    /// Most entities have one observer, the context that they belong to: it takes no allocation.
+    /// Room for one needs no allocation: most entities are observed by their context only.
     QVarLengthArray<Interfaces::IObserver*, 1> m_observers;
     Enumerations::EntityState m_state = Enumerations::New;
     bool m_selected = false;

@@ -14,7 +14,7 @@ class IObserver;
 class QORENTITY_EXPORT IEntity
 {
 public:
-    virtual ~IEntity();
+    virtual ~IEntity() = default;
 
     /// Primary key; the null id means that the entity is not persisted.
     virtual const QUuid& Id() const = 0;

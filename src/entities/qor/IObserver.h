@@ -9,13 +9,13 @@ namespace QOR::Entities::Interfaces {
 class IEntity;
 
 /**
- * Is told when an entity it is attached to has changed. Who must tell what is stored with the entity from what is not
- * overrides the last three operations, which are called before changed(), or else not at all.
+ * Is notified when an entity that it is attached to has changed. An observer that needs to know what has changed
+ * overrides the last three operations; at most one of them is called, before changed().
  */
 class QORENTITY_EXPORT IObserver
 {
 public:
-    virtual ~IObserver();
+    virtual ~IObserver() = default;
 
     /**
      * Called after one property of @p entity got another value, on the thread that changed it. The observer may detach

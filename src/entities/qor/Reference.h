@@ -1,13 +1,47 @@
 #pragma once
 
-#include "entities/qor/IdArrival.h"
+#include "entities/qor/IObserver.h"
+#include "entities/qor/QorEntityExport.h"
 
 #include <QUuid>
 
+#include <functional>
 #include <memory>
 #include <utility>
 
 namespace QOR::Entities {
+
+/// Waits until an entity that has no id yet gets one. A copy of this object does not wait.
+class QORENTITY_EXPORT IdArrival
+{
+public:
+    using Callback = std::function<void(const QUuid&)>;
+
+    IdArrival();
+    ~IdArrival();
+    IdArrival(const IdArrival& other);
+    IdArrival(IdArrival&& other) noexcept;
+    IdArrival& operator=(const IdArrival& other) = delete;
+    IdArrival& operator=(IdArrival&& other) noexcept;
+
+    /// Calls @p arrived with the id once @p object, any interface of an entity, has got one.
+    template <typename T>
+    void await(const std::shared_ptr<T>& object, Callback arrived)
+    {
+        awaitEntity(std::dynamic_pointer_cast<Interfaces::IEntity>(object), std::move(arrived));
+    }
+    /// Waits for the same entity as @p other; stops waiting when that one does not wait.
+    void awaitSameAs(const IdArrival& other, Callback arrived);
+    /// Stops waiting.
+    void stop();
+
+private:
+    class Observer;
+
+    void awaitEntity(const std::shared_ptr<Interfaces::IEntity>& entity, Callback arrived);
+
+    std::unique_ptr<Observer> m_observer;
+};
 
 /**
  * What an entity keeps of another one that it refers to: the id, which is stored, and the object, which it keeps alive,
@@ -51,7 +85,7 @@ private:
     IdArrival m_arrival;
 };
 
-/// The same of the parent, which lists the referring entity, keeps it alive, and tells it its id.
+/// The same for the parent, which lists the referring entity, keeps it alive, and tells it its id.
 template <typename T>
 class ParentReference
 {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "entities/qor/Entity.h"
-#include "entities/qor/JsonValues.h"
+#include "entities/qor/Properties.h"
 
 #include <memory>
 #include <utility>
@@ -17,7 +17,6 @@ class QORENTITY_EXPORT StoredEntity : public Entity, public Interface
 {
 public:
     const QUuid& Id() const override { return Entity::Id(); }
-    QJsonObject toJson() const override { return entityToJson(*this); }
 
 protected:
     StoredEntity() = default;
@@ -38,8 +37,8 @@ protected:
         assignReference(reference, id, std::move(object));
     }
 
-    /// Points a reference at the object that has its id, or at none. That is all: nothing that is stored changes, here
-    /// or there.
+    /// Points a reference at the object that has its id, or at none. Nothing that is stored changes, neither here nor
+    /// at the object.
     template <typename ReferenceType, typename T>
     void linkReference(ReferenceType& reference, std::shared_ptr<T> object)
     {

@@ -1,6 +1,6 @@
 #include "migration/editor/VersionEvidence.h"
 
-#include "database/ExecutionException.h"
+#include "database/DbException.h"
 #include "database/IDatabase.h"
 #include "migration/MigrationStep.h"
 #include "migration/SchemaVersion.h"

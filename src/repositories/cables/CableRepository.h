@@ -5,9 +5,6 @@
 
 namespace DataAccess::Repositories {
 
-// Made once, in the source file: every file that knows the class would otherwise make it anew.
-extern template class EntityRepository<Cables::Entities::Cable>;
-
 /**
  * The cables; table `ce_cable`. A cable comes with what its latest evaluation says of itself: the rating measure id and
  * a rating that has no id of its own, for display only. In a database without the tables of the cable book there is

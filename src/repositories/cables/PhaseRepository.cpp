@@ -1,45 +1,34 @@
 #include "repositories/cables/PhaseRepository.h"
 
+#include "repositories/private/EntityJobs.h"
+#include "repositories/private/TableMapping.h"
+
 namespace DataAccess::Repositories {
 
 using Cables::Entities::Phase;
 
 namespace {
 
-class PhaseMapping final : public EntityMapping<Phase>
+struct PhaseTable : EntityTable
 {
-public:
-    const Statements& statements() const override
-    {
-        static const Statements texts = {
-            QStringLiteral("SELECT id, indexnumber, cable, timestamp, deleted, snap FROM %1"),
-            QStringLiteral("SELECT  id, indexnumber, cable, timestamp, deleted, snap FROM %1 WHERE id = '%2'"),
-            QStringLiteral(
-                "INSERT INTO %1(id, indexnumber, cable, snap, deleted, timestamp) VALUES (:id, :indexnumber, :cable, :snap, :deleted, :timestamp)"),
-            QStringLiteral(
-                R"(UPDATE %1 SET "indexnumber" = :indexnumber, "cable" = :cable, "deleted" = :deleted, "snap" = :snap, "timestamp" = :timestamp WHERE id = :id)"),
-            {3, 4, 5}};
-        return texts;
-    }
-
-    void read(const Interfaces::IValueConverter& row, const std::shared_ptr<Phase>& entity) const override
-    {
-        entity->SetIndex(row.toUint(1));
-        entity->SetCableId(row.toUuid(2));
-    }
-
-    void bind(Interfaces::IValueConverter& values, const Phase& entity) const override
-    {
-        bindIndex(values, QStringLiteral(":indexnumber"), entity.Index());
-        values.bindValue(QStringLiteral(":cable"), entity.CableId());
-    }
+    using Entity = Phase;
+    static constexpr char getAll[] = "SELECT id, indexnumber, cable, timestamp, deleted, snap FROM %1";
+    static constexpr char getById[] =
+        "SELECT  id, indexnumber, cable, timestamp, deleted, snap FROM %1 WHERE id = '%2'";
+    static constexpr char insert[] =
+        "INSERT INTO %1(id, indexnumber, cable, snap, deleted, timestamp) VALUES (:id, :indexnumber, :cable, :snap, :deleted, :timestamp)";
+    static constexpr char update[] =
+        R"(UPDATE %1 SET "indexnumber" = :indexnumber, "cable" = :cable, "deleted" = :deleted, "snap" = :snap, "timestamp" = :timestamp WHERE id = :id)";
+    static constexpr std::tuple columns = {column<&Phase::Index, LimitedIndexForm>("indexnumber"),
+                                           column<&Phase::CableId>("cable")};
 };
 
 } // namespace
 
 PhaseRepository::PhaseRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                                  const std::shared_ptr<Manager::AbstractRepositoryManager>& manager, QObject* parent)
-    : EntityRepository(worker, QStringLiteral("ce_phase"), strategy, manager, std::make_shared<PhaseMapping>(), parent)
+    : EntityRepository(worker, QStringLiteral("ce_phase"), strategy, manager,
+                       std::make_shared<TableMapping<PhaseTable>>(), parent)
 {}
 
 PhaseRepository::~PhaseRepository() = default;
@@ -54,6 +43,19 @@ Database::Task<PhaseRepository::Entities>* PhaseRepository::GetByCableIdAsync(QU
 PhaseRepository::Entities PhaseRepository::GetByCableId(QUuid id)
 {
     return wait(GetByCableIdAsync(id));
+}
+
+PhaseRepositoryCached::PhaseRepositoryCached(const std::shared_ptr<Interfaces::IRepository<Phase>>& repository)
+    : RepositoryCache(repository)
+{}
+
+PhaseRepositoryCached::~PhaseRepositoryCached() = default;
+
+PhaseRepositoryCached::Entities PhaseRepositoryCached::GetByCableId(QUuid id)
+{
+    const auto matches = [&id](const Phase& phase) { return phase.CableId() == id; };
+    const auto query = [&id](PhaseRepository& phases) { return phases.GetByCableId(id); };
+    return searchOrAsk<PhaseRepository>(matches, query, Q_FUNC_INFO);
 }
 
 template class EntityRepository<Cables::Entities::Phase>;

@@ -2,11 +2,9 @@
 
 #include "entities/cables/Phase.h"
 #include "repositories/EntityRepository.h"
+#include "repositories/RepositoryCache.h"
 
 namespace DataAccess::Repositories {
-
-// Made once, in the source file: every file that knows the class would otherwise make it anew.
-extern template class EntityRepository<Cables::Entities::Phase>;
 
 /// The phases of cables; table `ce_phase`.
 class DATAACCESS_EXPORT PhaseRepository : public EntityRepository<Cables::Entities::Phase>
@@ -21,6 +19,17 @@ public:
     /// The phases of the cable @p id. The caller owns the task.
     Task<Entities>* GetByCableIdAsync(QUuid id);
     /// The same, waiting for the result.
+    Entities GetByCableId(QUuid id);
+};
+
+/// The cache over a PhaseRepository.
+class DATAACCESS_EXPORT PhaseRepositoryCached : public RepositoryCache<Cables::Entities::Phase>
+{
+public:
+    explicit PhaseRepositoryCached(const std::shared_ptr<Interfaces::IRepository<Cables::Entities::Phase>>& repository);
+    ~PhaseRepositoryCached() override;
+
+    /// The cached phases of the cable @p id, which need not be all of them; only if there is none the table is asked.
     Entities GetByCableId(QUuid id);
 };
 

@@ -2,11 +2,9 @@
 
 #include "entities/cables/Point.h"
 #include "repositories/EntityRepository.h"
+#include "repositories/RepositoryCache.h"
 
 namespace DataAccess::Repositories {
-
-// Made once, in the source file: every file that knows the class would otherwise make it anew.
-extern template class EntityRepository<Cables::Entities::Point>;
 
 /// The points of routes and stations; table `ce_point`.
 class DATAACCESS_EXPORT PointRepository : public EntityRepository<Cables::Entities::Point>
@@ -21,6 +19,17 @@ public:
     /// The points of the route @p id. The caller owns the task.
     Task<Entities>* GetByRouteIdAsync(QUuid id);
     /// The same, waiting for the result.
+    Entities GetByRouteId(QUuid id);
+};
+
+/// The cache over a PointRepository.
+class DATAACCESS_EXPORT PointRepositoryCached : public RepositoryCache<Cables::Entities::Point>
+{
+public:
+    explicit PointRepositoryCached(const std::shared_ptr<Interfaces::IRepository<Cables::Entities::Point>>& repository);
+    ~PointRepositoryCached() override;
+
+    /// The points of the route @p id, always from the table, since a point does not know its route. They are cached.
     Entities GetByRouteId(QUuid id);
 };
 

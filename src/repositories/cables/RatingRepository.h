@@ -5,9 +5,6 @@
 
 namespace DataAccess::Repositories {
 
-// Made once, in the source file: every file that knows the class would otherwise make it anew.
-extern template class EntityRepository<Cables::Entities::Rating>;
-
 /// The evaluations of measurements of cables; table `qor_rating`.
 class DATAACCESS_EXPORT RatingRepository : public EntityRepository<Cables::Entities::Rating>
 {

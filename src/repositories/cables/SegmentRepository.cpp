@@ -1,48 +1,29 @@
 #include "repositories/cables/SegmentRepository.h"
 
+#include "repositories/private/EntityJobs.h"
+#include "repositories/private/TableMapping.h"
+
 namespace DataAccess::Repositories {
 
 using Cables::Entities::Segment;
 
 namespace {
 
-class SegmentMapping final : public EntityMapping<Segment>
+struct SegmentTable : EntityTable
 {
-public:
-    const Statements& statements() const override
-    {
-        static const Statements texts = {
-            QStringLiteral(
-                "SELECT id, name, indexnumber, length, phase, detail, timestamp, deleted, snap, installationdate FROM %1"),
-            QStringLiteral(
-                "SELECT  id, name,  indexnumber, length, phase, detail, timestamp, deleted, snap, installationdate FROM %1 WHERE id = '%2'"),
-            QStringLiteral(
-                "INSERT INTO %1(id, name, indexnumber, length, phase, point, detail, installationdate, snap, deleted, timestamp) VALUES (:id, :name, :indexnumber, :length, :phase, NUll, :detail, :installationdate, :snap, :deleted, :timestamp)"),
-            QStringLiteral(
-                R"(UPDATE %1 SET "name" = :name, "indexnumber" = :indexnumber, "length" = :length, "phase" = :phase, "detail" = :detail, "installationdate"=:installationdate, "deleted" = :deleted, "snap" = :snap, "timestamp" = :timestamp WHERE id = :id)"),
-            {6, 7, 8}};
-        return texts;
-    }
-
-    void read(const Interfaces::IValueConverter& row, const std::shared_ptr<Segment>& entity) const override
-    {
-        entity->SetName(row.toString(1));
-        entity->SetIndex(row.toUint(2));
-        entity->SetLength(row.toDouble(3));
-        entity->SetPhaseId(row.toUuid(4));
-        entity->SetDetailId(row.toUuid(5));
-        entity->SetInstallationDate(row.toDate(9));
-    }
-
-    void bind(Interfaces::IValueConverter& values, const Segment& entity) const override
-    {
-        values.bindValue(QStringLiteral(":name"), entity.Name());
-        bindIndex(values, QStringLiteral(":indexnumber"), entity.Index());
-        values.bindValue(QStringLiteral(":length"), entity.Length());
-        values.bindValue(QStringLiteral(":phase"), entity.PhaseId());
-        values.bindValue(QStringLiteral(":detail"), entity.DetailId());
-        values.bindValue(QStringLiteral(":installationdate"), entity.InstallationDate());
-    }
+    using Entity = Segment;
+    static constexpr char getAll[] =
+        "SELECT id, name, indexnumber, length, phase, detail, timestamp, deleted, snap, installationdate FROM %1";
+    static constexpr char getById[] =
+        "SELECT  id, name,  indexnumber, length, phase, detail, timestamp, deleted, snap, installationdate FROM %1 WHERE id = '%2'";
+    static constexpr char insert[] =
+        "INSERT INTO %1(id, name, indexnumber, length, phase, point, detail, installationdate, snap, deleted, timestamp) VALUES (:id, :name, :indexnumber, :length, :phase, NUll, :detail, :installationdate, :snap, :deleted, :timestamp)";
+    static constexpr char update[] =
+        R"(UPDATE %1 SET "name" = :name, "indexnumber" = :indexnumber, "length" = :length, "phase" = :phase, "detail" = :detail, "installationdate"=:installationdate, "deleted" = :deleted, "snap" = :snap, "timestamp" = :timestamp WHERE id = :id)";
+    static constexpr std::tuple columns = {
+        column<&Segment::Name>("name"),       column<&Segment::Index, LimitedIndexForm>("indexnumber"),
+        column<&Segment::Length>("length"),   column<&Segment::PhaseId>("phase"),
+        column<&Segment::DetailId>("detail"), column<&Segment::InstallationDate>("installationdate")};
 };
 
 } // namespace
@@ -50,8 +31,8 @@ public:
 SegmentRepository::SegmentRepository(Database::DbWorker* worker, Enumerations::LoadingStrategies strategy,
                                      const std::shared_ptr<Manager::AbstractRepositoryManager>& manager,
                                      QObject* parent)
-    : EntityRepository(worker, QStringLiteral("ce_segment"), strategy, manager, std::make_shared<SegmentMapping>(),
-                       parent)
+    : EntityRepository(worker, QStringLiteral("ce_segment"), strategy, manager,
+                       std::make_shared<TableMapping<SegmentTable>>(), parent)
 {}
 
 SegmentRepository::~SegmentRepository() = default;
@@ -67,6 +48,19 @@ Database::Task<SegmentRepository::Entities>* SegmentRepository::GetByPhaseIdAsyn
 SegmentRepository::Entities SegmentRepository::GetByPhaseId(QUuid id)
 {
     return wait(GetByPhaseIdAsync(id));
+}
+
+SegmentRepositoryCached::SegmentRepositoryCached(const std::shared_ptr<Interfaces::IRepository<Segment>>& repository)
+    : RepositoryCache(repository)
+{}
+
+SegmentRepositoryCached::~SegmentRepositoryCached() = default;
+
+SegmentRepositoryCached::Entities SegmentRepositoryCached::GetByPhaseId(QUuid id)
+{
+    const auto matches = [&id](const Segment& segment) { return segment.PhaseId() == id; };
+    const auto query = [&id](SegmentRepository& segments) { return segments.GetByPhaseId(id); };
+    return searchOrAsk<SegmentRepository>(matches, query, Q_FUNC_INFO);
 }
 
 template class EntityRepository<Cables::Entities::Segment>;

@@ -2,11 +2,9 @@
 
 #include "entities/cables/Segment.h"
 #include "repositories/EntityRepository.h"
+#include "repositories/RepositoryCache.h"
 
 namespace DataAccess::Repositories {
-
-// Made once, in the source file: every file that knows the class would otherwise make it anew.
-extern template class EntityRepository<Cables::Entities::Segment>;
 
 /// The segments of phases; table `ce_segment`.
 class DATAACCESS_EXPORT SegmentRepository : public EntityRepository<Cables::Entities::Segment>
@@ -21,6 +19,18 @@ public:
     /// The segments of the phase @p id. The caller owns the task.
     Task<Entities>* GetByPhaseIdAsync(QUuid id);
     /// The same, waiting for the result.
+    Entities GetByPhaseId(QUuid id);
+};
+
+/// The cache over a SegmentRepository.
+class DATAACCESS_EXPORT SegmentRepositoryCached : public RepositoryCache<Cables::Entities::Segment>
+{
+public:
+    explicit SegmentRepositoryCached(
+        const std::shared_ptr<Interfaces::IRepository<Cables::Entities::Segment>>& repository);
+    ~SegmentRepositoryCached() override;
+
+    /// The cached segments of the phase @p id, which need not be all of them; only if there is none the table is asked.
     Entities GetByPhaseId(QUuid id);
 };
 

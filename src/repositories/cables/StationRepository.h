@@ -5,9 +5,6 @@
 
 namespace DataAccess::Repositories {
 
-// Made once, in the source file: every file that knows the class would otherwise make it anew.
-extern template class EntityRepository<Cables::Entities::Station>;
-
 /**
  * The stations; table `ce_station`.
  *

@@ -2,6 +2,8 @@
 
 #include "database/GenericDml.h"
 #include "entities/qor/QorUuidHelpers.h"
+#include "repositories/private/EntityJobs.h"
+#include "repositories/private/TableMapping.h"
 
 #include <limits>
 #include <optional>
@@ -34,22 +36,28 @@ qint64 keyOf(const CablebookMeasure& measure)
     return *number;
 }
 
-class CablebookMeasuresMapping final : public EntityMapping<CablebookMeasure>
+struct CablebookMeasureTable : EntityTable
+{
+    using Entity = CablebookMeasure;
+    static constexpr char timestamp[] = "lastedit";
+    static constexpr char deleted[] = "deletedate";
+    /// In the key, and in the time stamp.
+    using Elsewhere = Getters<&CablebookMeasure::MeasureId, &CablebookMeasure::LastEditDate>;
+    static constexpr char getAll[] = "SELECT id,cableid,importdate,deletedate,snap,lastedit,stationid FROM %1";
+    static constexpr char getById[] =
+        "SELECT id,cableid,importdate,deletedate,snap,lastedit,stationid FROM %1 WHERE id = %2";
+    static constexpr char insert[] =
+        "INSERT INTO %1 (id, cableid, importdate, deletedate, snap, lastedit, stationid) VALUES (:id, :cableid, :importdate, :deletedate, :snap, :lastedit, :stationid)";
+    static constexpr char update[] =
+        R"(UPDATE %1 SET "cableid" = :cableid, "importdate" = :importdate, "deletedate" = :deletedate, "snap" = :snap, "lastedit" = :lastedit, "stationid" = :stationid WHERE id = :id)";
+    static constexpr std::tuple columns = {column<&CablebookMeasure::CableId>("cableid"),
+                                           column<&CablebookMeasure::ImportDate>("importdate"),
+                                           column<&CablebookMeasure::StationId>("stationid")};
+};
+
+class CablebookMeasuresMapping final : public TableMapping<CablebookMeasureTable>
 {
 public:
-    const Statements& statements() const override
-    {
-        static const Statements texts = {
-            QStringLiteral("SELECT id,cableid,importdate,deletedate,snap,lastedit,stationid FROM %1"),
-            QStringLiteral("SELECT id,cableid,importdate,deletedate,snap,lastedit,stationid FROM %1 WHERE id = %2"),
-            QStringLiteral(
-                "INSERT INTO %1 (id, cableid, importdate, deletedate, snap, lastedit, stationid) VALUES (:id, :cableid, :importdate, :deletedate, :snap, :lastedit, :stationid)"),
-            QStringLiteral(
-                R"(UPDATE %1 SET "cableid" = :cableid, "importdate" = :importdate, "deletedate" = :deletedate, "snap" = :snap, "lastedit" = :lastedit, "stationid" = :stationid WHERE id = :id)"),
-            {5, 3, 4}};
-        return texts;
-    }
-
     QString idText(const QUuid& id) const override
     {
         const std::optional<qint64> number = numberOf(id);
@@ -64,10 +72,8 @@ public:
         // The column is wider than the property. The key of a larger number is the id's.
         if (number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max())
             entity->SetMeasureId(static_cast<int>(number));
-        entity->SetCableId(row.toUuid(1));
-        entity->SetImportDate(row.toDateTime(2));
-        entity->SetLastEditDate(row.toUtcDateTime(5));
-        entity->SetStationId(row.toUuid(6));
+        TableMapping::read(row, entity);
+        entity->SetLastEditDate(row.toUtcDateTime(statements().bookkeeping.timestamp));
     }
 
     void readBookkeeping(const IValueConverter& row, const Bookkeeping& columns,
@@ -77,14 +83,6 @@ public:
         const bool deleted = !row.toString(columns.deleted).isEmpty();
         entity.SetTimestamp(row.toUtcDateTime(columns.timestamp));
         entity.SetEntityState(row.toBool(columns.snap) ? Snapshot : deleted ? Deleted : Normal);
-    }
-
-    void bind(IValueConverter& values, const CablebookMeasure& entity) const override
-    {
-        values.bindValue(QStringLiteral(":cableid"), entity.CableId());
-        // Stored without a time zone and read as local time, and so written as local time too.
-        values.bindValue(QStringLiteral(":importdate"), entity.ImportDate().toLocalTime());
-        values.bindValue(QStringLiteral(":stationid"), entity.StationId());
     }
 
     void bindBookkeeping(IValueConverter& values, const CablebookMeasure& entity, const QDateTime& now) const override

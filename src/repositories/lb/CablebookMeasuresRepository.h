@@ -5,9 +5,6 @@
 
 namespace DataAccess::Repositories {
 
-// Made once, in the source file: every file that knows the class would otherwise make it anew.
-extern template class EntityRepository<LB::Entities::CablebookMeasure>;
-
 /**
  * The links of the measurements of the cable book to the cable network; table `cablebook_measures`.
  *

@@ -1,6 +1,8 @@
 #include "repositories/pd/PdFileRepository.h"
 
-#include "repositories/LoadedContent.h"
+#include "repositories/private/EntityJobs.h"
+#include "repositories/private/LoadedContent.h"
+#include "repositories/private/TableMapping.h"
 
 #include <algorithm>
 #include <limits>
@@ -46,43 +48,30 @@ bool isPreferred(const std::shared_ptr<PdFile>& left, const std::shared_ptr<PdFi
     return rank(*left) < rank(*right);
 }
 
-class PdFileMapping final : public EntityMapping<PdFile>
+struct PdFileTable : EntityTable
+{
+    using Entity = PdFile;
+    static constexpr char getAll[] = "SELECT %1 FROM %2";
+    static constexpr char getById[] =
+        "SELECT id, name, data, hash, report, timestamp, deleted, snap FROM %1 WHERE id = '%2'";
+    static constexpr char insert[] =
+        "INSERT INTO %1(id, name, data, hash, report, snap, deleted, timestamp) VALUES (:id, :name, :data, :hash, :report, :snap, :deleted, :timestamp)";
+    static constexpr char update[] =
+        R"(UPDATE %1 SET "name" = :name, "data" = :data, "hash" = :hash, "report" = :report, "deleted" = :deleted, "snap" = :snap, "timestamp" = :timestamp WHERE id = :id)";
+    static constexpr std::tuple columns = {column<&PdFile::Name>("name"), column<&PdFile::File>("data"),
+                                           column<&PdFile::Hash>("hash"), column<&PdFile::ReportId>("report")};
+};
+
+class PdFileMapping final : public TableMapping<PdFileTable>
 {
 public:
-    const Statements& statements() const override
-    {
-        static const Statements texts = {
-            QStringLiteral("SELECT %1 FROM %2"),
-            QStringLiteral("SELECT id, name, data, hash, report, timestamp, deleted, snap FROM %1 WHERE id = '%2'"),
-            QStringLiteral(
-                "INSERT INTO %1(id, name, data, hash, report, snap, deleted, timestamp) VALUES (:id, :name, :data, :hash, :report, :snap, :deleted, :timestamp)"),
-            QStringLiteral(
-                R"(UPDATE %1 SET "name" = :name, "data" = :data, "hash" = :hash, "report" = :report, "deleted" = :deleted, "snap" = :snap, "timestamp" = :timestamp WHERE id = :id)"),
-            {5, 6, 7}};
-        return texts;
-    }
-
     void read(const IValueConverter& row, const std::shared_ptr<PdFile>& entity) const override
     {
-        QByteArray content;
-        QByteArray hash;
-        row.value(content, 2);
-        row.value(hash, 3);
-        entity->SetName(row.toString(1));
-        entity->SetFile(content);
-        entity->SetHash(hash);
-        entity->SetReportId(row.toUuid(4));
+        TableMapping::read(row, entity);
+        readLazy(row, *entity);
         // A hash without content is that of a file that was empty when it was stored.
-        if (!content.isEmpty() || !hash.isEmpty())
+        if (!entity->File().isEmpty() || !entity->Hash().isEmpty())
             m_loaded.add(entity);
-    }
-
-    void bind(IValueConverter& values, const PdFile& entity) const override
-    {
-        values.bindValue(QStringLiteral(":name"), entity.Name());
-        values.bindValue(QStringLiteral(":data"), entity.File());
-        values.bindValue(QStringLiteral(":hash"), entity.Hash());
-        values.bindValue(QStringLiteral(":report"), entity.ReportId());
     }
 
     void bindStored(IDatabase& db, IValueConverter& values, const std::shared_ptr<PdFile>& entity) const override
@@ -149,7 +138,7 @@ PdFileRepository::Entities PdFileRepository::GetByReportId(const std::vector<QUu
 
 Database::Task<std::shared_ptr<PdFile>>* PdFileRepository::GetByReportIdAsync(QUuid reportId, bool withoutContent)
 {
-    // The content of the others would be read for nothing.
+    // Without their content, since only that of one file is needed.
     return submit<std::shared_ptr<PdFile>>([table = table(), mapping = mapping(),
                                             candidates = getRecordsByIdFunction({reportId}, true), withoutContent,
                                             function = Q_FUNC_INFO](IDatabase& db) {

@@ -1,7 +1,9 @@
 #include "repositories/pd/PdReportRepository.h"
 
 #include "database/GenericDml.h"
-#include "database/StatementError.h"
+#include "database/private/StatementError.h"
+#include "repositories/private/EntityJobs.h"
+#include "repositories/private/TableMapping.h"
 
 namespace DataAccess::Repositories {
 
@@ -24,13 +26,13 @@ QSqlQuery& prepare(IDatabase& db, const QString& statement, const QString& place
     return query;
 }
 
-/// Calls @p take for each row of @p query.
-template <typename Function>
-void forEachRow(IDatabase& db, QSqlQuery& query, Function take)
+/// Calls @p visit with each row of @p query.
+template <typename Visitor>
+void forEachRow(IDatabase& db, QSqlQuery& query, const Visitor& visit)
 {
     const auto row = db.Converter(query);
     while (query.next())
-        take(*row);
+        visit(*row);
     if (query.lastError().isValid())
         throw Database::failureOf(query);
 }
@@ -76,41 +78,27 @@ void insertFilter(IDatabase& db, const QUuid& reportId, const Filter& filter)
     }
 }
 
-class PdReportMapping final : public EntityMapping<PdReport>
+struct PdReportTable : EntityTable
+{
+    using Entity = PdReport;
+    static constexpr char getAll[] =
+        "SELECT id, task, creationtimestamp, flags, recommentation, timestamp, deleted, snap FROM %1";
+    static constexpr char getById[] =
+        "SELECT id, task, creationtimestamp, flags, recommentation, timestamp, deleted, snap FROM %1 WHERE id = '%2'";
+    static constexpr char insert[] =
+        "INSERT INTO %1(id, task, creationtimestamp, flags, recommentation, snap, deleted, timestamp) VALUES (:id, :task, :creationtimestamp, :flags, :recommentation, :snap, :deleted, :timestamp)";
+    static constexpr char update[] =
+        R"(UPDATE %1 SET "task" = :task, "creationtimestamp" = :creationtimestamp, "flags" = :flags, "recommentation" = :recommentation, "deleted" = :deleted, "snap" = :snap, "timestamp" = :timestamp WHERE id = :id)";
+    /// Its table is pd_filter.
+    using Elsewhere = Getters<&PdReport::Filter>;
+    static constexpr std::tuple columns = {
+        column<&PdReport::TaskId>("task"), column<&PdReport::CreationTimestamp>("creationtimestamp"),
+        column<&PdReport::Flags>("flags"), column<&PdReport::Recommentation>("recommentation")};
+};
+
+class PdReportMapping final : public TableMapping<PdReportTable>
 {
 public:
-    const Statements& statements() const override
-    {
-        static const Statements texts = {
-            QStringLiteral(
-                "SELECT id, task, creationtimestamp, flags, recommentation, timestamp, deleted, snap FROM %1"),
-            QStringLiteral(
-                "SELECT id, task, creationtimestamp, flags, recommentation, timestamp, deleted, snap FROM %1 WHERE id = '%2'"),
-            QStringLiteral(
-                "INSERT INTO %1(id, task, creationtimestamp, flags, recommentation, snap, deleted, timestamp) VALUES (:id, :task, :creationtimestamp, :flags, :recommentation, :snap, :deleted, :timestamp)"),
-            QStringLiteral(
-                R"(UPDATE %1 SET "task" = :task, "creationtimestamp" = :creationtimestamp, "flags" = :flags, "recommentation" = :recommentation, "deleted" = :deleted, "snap" = :snap, "timestamp" = :timestamp WHERE id = :id)"),
-            {5, 6, 7}};
-        return texts;
-    }
-
-    void read(const IValueConverter& row, const std::shared_ptr<PdReport>& entity) const override
-    {
-        entity->SetTaskId(row.toUuid(1));
-        entity->SetCreationTimestamp(row.toDateTime(2));
-        entity->SetFlags(row.toInt32(3));
-        entity->SetRecommentation(row.toString(4));
-    }
-
-    void bind(IValueConverter& values, const PdReport& entity) const override
-    {
-        values.bindValue(QStringLiteral(":task"), entity.TaskId());
-        // Stored without a time zone and read as local time, and so written as local time too.
-        values.bindValue(QStringLiteral(":creationtimestamp"), entity.CreationTimestamp().toLocalTime());
-        values.bindValue(QStringLiteral(":flags"), entity.Flags());
-        values.bindValue(QStringLiteral(":recommentation"), entity.Recommentation());
-    }
-
     void readMore(IDatabase& db, const std::vector<std::shared_ptr<PdReport>>& entities) const override
     {
         if (entities.size() == 1) {

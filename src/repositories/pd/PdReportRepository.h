@@ -5,9 +5,6 @@
 
 namespace DataAccess::Repositories {
 
-// Made once, in the source file: every file that knows the class would otherwise make it anew.
-extern template class EntityRepository<PD::Entities::PdReport>;
-
 /**
  * The reports; table `pd_report`, and `pd_filter` for their filters. A report is read, written and removed together
  * with its filter: when one of both fails, so does the other.

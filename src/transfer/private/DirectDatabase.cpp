@@ -2,14 +2,13 @@
 
 #include "database/Database.h"
 #include "database/DatabaseConfig.h"
+#include "database/DbException.h"
 #include "database/DbWorker.h"
-#include "database/NotOpenException.h"
-#include "database/sqlite2/Sqlite2Driver.h"
+#include "database/backends/Backend.h"
 #include "migration/SchemaVersion.h"
 #include "migration/StatementRunner.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "migration/pd/PdMigrationManager.h"
-#include "transfer/private/Dialect.h"
 
 #include <QMap>
 #include <QSqlDatabase>
@@ -27,23 +26,6 @@ using Managers = std::array<std::unique_ptr<Manager::AbstractMigrationManager>, 
 Managers managers()
 {
     return {std::make_unique<Manager::EditorMigrationManager>(), std::make_unique<Manager::PdMigrationManager>()};
-}
-
-QString driverOf(Enumerations::DatabaseType type)
-{
-    if (type == Enumerations::SQLite2)
-        Database::Sqlite2::Sqlite2Driver::registerDriver();
-    return type == Enumerations::Postgres  ? QStringLiteral("QPSQL")
-           : type == Enumerations::SQLite2 ? QStringLiteral("QSQLITE2")
-                                           : QStringLiteral("QSQLITE");
-}
-
-/// Whether a server that was reached has refused for a reason that does not pass by itself.
-bool isFinal(const QString& reason)
-{
-    const auto says = [&](const char* words) { return reason.contains(QLatin1String(words)); };
-    return says("no password supplied") || says("does not support SSL") || says("certificate") ||
-           (says("FATAL:") && !says("starting up") && !says("shutting down") && !says("too many") && !says("recovery"));
 }
 
 /// The thread and the worker that the migrations need.
@@ -97,14 +79,15 @@ DirectDatabase::DirectDatabase(const ConnectionSettings& settings)
 {
     const QString connection = QUuid::createUuid().toString();
     // The library takes a connection that is registered already as it is, with all of its options.
-    QSqlDatabase handle = QSqlDatabase::addDatabase(driverOf(settings.type), connection);
+    const Database::Backend& backend = Database::Backend::of(settings.type);
+    QSqlDatabase handle = QSqlDatabase::addDatabase(backend.driver(), connection);
     handle.setPassword(settings.password);
-    if (settings.type == Enumerations::Postgres) {
+    if (backend.isServer()) {
         handle.setConnectOptions(connectionText(settings));
     } else {
         handle.setDatabaseName(settings.name);
-        if (settings.isReadOnly && settings.type == Enumerations::SQLite3)
-            handle.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
+        if (settings.isReadOnly)
+            handle.setConnectOptions(backend.readOnlyOptions());
     }
 
     const auto config = std::make_shared<Database::DatabaseConfig>();
@@ -121,14 +104,14 @@ DirectDatabase::~DirectDatabase() = default;
 
 void DirectDatabase::connect()
 {
+    const Database::Backend& backend = Database::Backend::of(m_settings.type);
     m_database = std::make_unique<Database::Database>(m_config);
     if (!m_database->Connect()) {
         const QString reason = m_database->OpenError();
-        const bool isUnavailable =
-            m_settings.type == Enumerations::Postgres ? !isFinal(reason) : reason.contains(QLatin1String("locked"));
-        throw Exceptions::NotOpenException(reason.toLocal8Bit().constData(), isUnavailable);
+        throw Exceptions::NotOpenException(reason.toLocal8Bit().constData(), backend.mayPass(reason));
     }
-    m_database->Exec(Dialect::of(*m_database).preparation());
+    if (!backend.bulkSettings().isEmpty())
+        m_database->Exec(backend.bulkSettings());
 }
 
 QVector<SchemaState> DirectDatabase::schemas() const

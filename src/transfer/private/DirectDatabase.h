@@ -21,21 +21,21 @@ namespace DataAccess::Transfer {
 /// How a database is reached.
 struct ConnectionSettings
 {
-    Enumerations::DatabaseType type = Enumerations::None;
+    Enumerations::DatabaseType type = Enumerations::None; ///< The backend.
     /// The path of the file, or the name of the database on its server.
     QString name;
     /// What libpq is told beside the name, keyword by keyword; empty except for PostgreSQL, and without a password.
     QVector<QPair<QString, QString>> server;
-    QString password;
-    bool isReadOnly = false;
+    QString password;        ///< Plain text; of no meaning to files.
+    bool isReadOnly = false; ///< Whether the database refuses to be written.
 };
 
 /// The version that a database has of one schema, and the one that this build works with.
 struct SchemaState
 {
-    QString feature;
-    quint32 found = 0;
-    quint32 expected = 0;
+    QString feature;      ///< The schema, by the name of the settings row that holds its version.
+    quint32 found = 0;    ///< The version of the database; 0 without one.
+    quint32 expected = 0; ///< The version that this build works with.
 };
 
 /// What libpq is told to reach the database, in its own form, with its name and without a password. Of a keyword that
@@ -55,7 +55,9 @@ public:
     DirectDatabase(const DirectDatabase&) = delete;
     DirectDatabase& operator=(const DirectDatabase&) = delete;
 
+    /// What the database was opened with.
     const ConnectionSettings& settings() const { return m_settings; }
+    /// The connection, owned by this object.
     Interfaces::IDatabase& database() const { return *m_database; }
     /// The schemas, the one of the cable network first. Throws ExecutionException when they cannot be read.
     QVector<SchemaState> schemas() const;

@@ -12,8 +12,8 @@ namespace DataAccess::Transfer {
 /// A column of a table of the current schema.
 struct SchemaColumn
 {
-    QString name;
-    Enumerations::DataType kind;
+    QString name;                ///< Name of the column.
+    Enumerations::DataType kind; ///< What it holds.
     /// Base64 text of an image: a text on every backend, though the kind is that of bytes.
     bool isImage = false;
 };
@@ -21,20 +21,21 @@ struct SchemaColumn
 /// The ids of another table, or several of them, joined with "#", in a column.
 struct SchemaReference
 {
-    QString column;
-    QString table;
-    bool isList = false;
+    QString column;      ///< The column that holds the ids.
+    QString table;       ///< The table that they are of.
+    bool isList = false; ///< Whether there may be several.
 };
 
 /// A table of the current schema that holds what applications have stored.
 struct DATAACCESS_EXPORT SchemaTable
 {
-    QString name;
-    QVector<SchemaColumn> columns;
+    QString name;                  ///< Name of the table.
+    QVector<SchemaColumn> columns; ///< Its columns, in order.
     /// What no two rows have in common; empty for a table without a primary key.
     QString key;
-    QVector<SchemaReference> references;
+    QVector<SchemaReference> references; ///< Its columns that refer to other tables.
 
+    /// Whether there is a column of this name.
     bool has(const QString& column) const;
     /// The names of the columns, quoted, as a statement lists them.
     QString columnList() const;

@@ -1,7 +1,7 @@
 #include "transfer/private/StoredValue.h"
 
-#include "database/SQLite2ValueConverter.h"
-#include "database/SQLiteDateTime.h"
+#include "database/backends/sqlite2/Sqlite2Backend.h"
+#include "database/private/DateTimeText.h"
 
 #include <charconv>
 #include <cmath>
@@ -10,7 +10,7 @@
 
 namespace DataAccess::Transfer {
 
-using Database::SQLiteDateTime::format;
+using Database::DateTimeText::format;
 
 namespace {
 
@@ -141,10 +141,10 @@ bool StoredValue::read(const QJsonValue& value, const SchemaColumn& column)
         number = std::numeric_limits<double>::infinity() * (value.toString() == s_infinite ? 1 : -1);
         return value.toString() == s_infinite || value.toString() == s_minusInfinite;
     case Enumerations::TimeStamp:
-        text = format(Database::SQLiteDateTime::parse(value.toString(), Qt::UTC));
+        text = format(Database::DateTimeText::parse(value.toString(), Qt::UTC));
         return text == value.toString();
     case Enumerations::Date:
-        text = format(Database::SQLiteDateTime::parseDate(value.toString()));
+        text = format(Database::DateTimeText::parseDate(value.toString()));
         return text == value.toString();
     case Enumerations::ByteArray:
         if (!column.isImage) {

@@ -15,16 +15,17 @@ namespace DataAccess::Transfer {
  */
 struct DATAACCESS_EXPORT StoredValue
 {
-    bool isNull = true;
+    bool isNull = true; ///< Nothing is stored.
     qint64 integer = 0; ///< Integers, and booleans as 0 and 1.
-    double number = 0;
-    QString text; ///< Texts, dates, times and images.
-    QByteArray bytes;
+    double number = 0;  ///< Numbers with a fraction.
+    QString text;       ///< Texts, dates, times and images.
+    QByteArray bytes;   ///< Contents of files.
 
     /// Reads @p column; false when what is stored there is no value of the column's kind.
     bool read(const Interfaces::IValueConverter& row, int position, const SchemaColumn& column);
     /// Takes over what appendTo() has written; false when @p value is no value of the column's kind.
     bool read(const QJsonValue& value, const SchemaColumn& column);
+    /// Binds the value as one of @p column. Throws ExecutionException for one that cannot be stored.
     void bind(Interfaces::IValueConverter& values, const QString& placeholder, const SchemaColumn& column) const;
     /// Appends the value as JSON. Equal values give equal texts.
     void appendTo(QByteArray& json, const SchemaColumn& column) const;

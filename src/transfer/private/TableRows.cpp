@@ -1,15 +1,15 @@
 #include "transfer/private/TableRows.h"
 
-#include "database/ExecutionException.h"
-#include "database/NotOpenException.h"
+#include "database/DbException.h"
 #include "database/Transaction.h"
-#include "transfer/private/Dialect.h"
+#include "database/backends/Backend.h"
 
 #include <QSqlQuery>
 #include <QVariant>
 
 namespace DataAccess::Transfer {
 
+using Database::Backend;
 using Interfaces::IDatabase;
 
 namespace {
@@ -17,14 +17,17 @@ namespace {
 constexpr int s_rowsAtOnce = 2000;
 constexpr int s_largeRowsAtOnce = 4;
 
-QString selectOf(const Dialect& dialect, const SchemaTable& table)
+QString selectOf(IDatabase& db, const SchemaTable& table)
 {
-    // Told with each row, as looking for it beforehand would take a pass of its own.
-    const QString foreign = dialect.foreignTypeCondition(table);
+    const Backend& backend = Backend::of(db);
+    // Texts by their bytes and NULL first: an order that all backends understand alike. What is of another kind than
+    // its column is told with each row, as looking for it beforehand would take a pass of its own.
+    const QString foreign = foreignTypeCondition(db, table);
     QStringList order;
     for (const SchemaColumn& column : table.columns) {
         if (table.key.isEmpty() || column.name == table.key)
-            order.append(dialect.orderTerm(column));
+            order.append(quoted(column.name) + (column.kind == Enumerations::Text ? backend.byteOrder() : QString()) +
+                         backend.nullsFirst());
     }
     return QStringLiteral("SELECT %1%2 FROM %3 ORDER BY %4")
         .arg(table.columnList(), foreign.isEmpty() ? QString() : QLatin1String(", ") + foreign, quoted(table.name),
@@ -78,21 +81,22 @@ Snapshot::Snapshot(IDatabase& db)
 {
     if (!m_transaction.isOpen())
         throw Exceptions::NotOpenException("the transaction cannot be started");
-    const QString statement = Dialect::of(db).snapshot();
-    if (!statement.isEmpty())
-        db.Exec(statement);
+    const QString snapshot = Backend::of(db).snapshot();
+    if (!snapshot.isEmpty())
+        db.Exec(snapshot);
 }
 
 TableReader::TableReader(IDatabase& db, const SchemaTable& table)
     : m_db(db)
     , m_table(table)
     , m_row(table.columns.size())
-    , m_hasCursor(Dialect::of(db).needsCursor())
-    , m_tellsForeignTypes(!Dialect::of(db).keepsKinds())
+    , m_tellsForeignTypes(Backend::of(db).hasLooseColumns())
 {
-    const QString select = selectOf(Dialect::of(db), table);
+    const QString declaration = Backend::of(db).cursorDeclaration();
+    const QString select = selectOf(db, table);
+    m_hasCursor = !declaration.isEmpty();
     if (m_hasCursor) {
-        db.Exec(QStringLiteral("DECLARE dataaccess_rows NO SCROLL CURSOR FOR ") + select);
+        db.Exec(declaration.arg(QStringLiteral("dataaccess_rows")) + select);
         fetch();
     } else {
         m_reader = db.Read(select);
@@ -197,6 +201,24 @@ void deleteAllRows(IDatabase& db)
     const QVector<SchemaTable>& tables = schemaTables();
     for (auto table = tables.rbegin(); table != tables.rend(); ++table)
         db.Exec(QStringLiteral("DELETE FROM ") + quoted(table->name));
+}
+
+QString foreignTypeCondition(IDatabase& db, const SchemaTable& table)
+{
+    if (!Backend::of(db).hasLooseColumns())
+        return {};
+    QStringList terms;
+    for (const SchemaColumn& column : table.columns) {
+        QString allowed = QStringLiteral("'text', 'null'");
+        if (column.kind == Enumerations::Integer || column.kind == Enumerations::Boolean)
+            allowed = QStringLiteral("'integer', 'null'");
+        else if (column.kind == Enumerations::Numeric)
+            allowed = QStringLiteral("'real', 'integer', 'null'");
+        else if (column.kind == Enumerations::ByteArray)
+            continue;
+        terms.append(QStringLiteral("typeof(%1) NOT IN (%2)").arg(quoted(column.name), allowed));
+    }
+    return terms.join(QLatin1String(" OR "));
 }
 
 } // namespace DataAccess::Transfer

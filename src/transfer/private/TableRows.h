@@ -17,6 +17,7 @@ using Row = QVector<StoredValue>;
 class DATAACCESS_EXPORT RowLines
 {
 public:
+    /// @p table must outlive this.
     explicit RowLines(const SchemaTable& table);
 
     /// The line of @p row, with its end; good until the next call.
@@ -33,6 +34,7 @@ private:
 class DATAACCESS_EXPORT Snapshot
 {
 public:
+    /// Begins the transaction on @p db, which must outlive it. Throws DbException when that cannot be.
     explicit Snapshot(Interfaces::IDatabase& db);
 
 private:
@@ -55,6 +57,7 @@ public:
     /// Moves to the next row; false after the last. Throws ExecutionException, and ContentError for a value that does
     /// not convert, or that SQLite holds as something else than its column says.
     bool next();
+    /// The current row; good until the next call of next().
     const Row& row() const { return m_row; }
 
 private:
@@ -64,7 +67,7 @@ private:
     const SchemaTable& m_table;
     std::unique_ptr<Interfaces::IRowReader> m_reader;
     Row m_row;
-    bool m_hasCursor;
+    bool m_hasCursor = false;
     bool m_tellsForeignTypes; // behind the columns
     int m_fetched = 0;
 };
@@ -73,6 +76,7 @@ private:
 class DATAACCESS_EXPORT TableWriter
 {
 public:
+    /// Both must outlive the writer.
     TableWriter(Interfaces::IDatabase& db, const SchemaTable& table);
 
     /// Throws ExecutionException for this row or one before it.
@@ -94,5 +98,8 @@ DATAACCESS_EXPORT qint64 rowCount(Interfaces::IDatabase& db);
 DATAACCESS_EXPORT void deleteAllRows(Interfaces::IDatabase& db);
 /// The first value of the first row of @p select; a null one when there is no row. Throws ExecutionException.
 DATAACCESS_EXPORT QVariant scalar(Interfaces::IDatabase& db, const QString& select);
+/// A condition that is true of the rows of @p table where a column holds something else than its kind; empty on
+/// backends that do not allow that.
+DATAACCESS_EXPORT QString foreignTypeCondition(Interfaces::IDatabase& db, const SchemaTable& table);
 
 } // namespace DataAccess::Transfer

@@ -1,0 +1,177 @@
+#include "database/backends/SqliteBackup.h"
+
+#include "database/DbException.h"
+
+#include <QFile>
+#include <QStringList>
+
+#include <memory>
+#include <sqlite3.h>
+
+namespace DataAccess::Database {
+
+namespace {
+
+using File = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
+using Statement = std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>;
+
+constexpr int s_patience = 5000;
+constexpr int s_usualPage = 4096;
+constexpr int s_pagesAtOnce = 2048;
+constexpr int s_restartsBeforeLock = 3;
+
+[[noreturn]] void fail(const QString& path, int status)
+{
+    const QString text = QStringLiteral("%1: %2").arg(path, QString::fromUtf8(sqlite3_errstr(status)));
+    const int primary = status & 0xff;
+    throw Exceptions::ExecutionException(text.toLocal8Bit().constData(),
+                                         primary == SQLITE_BUSY || primary == SQLITE_LOCKED);
+}
+
+File open(const QString& path, int flags)
+{
+    sqlite3* handle = nullptr;
+    const int status = sqlite3_open_v2(path.toUtf8().constData(), &handle, flags | SQLITE_OPEN_PRIVATECACHE, nullptr);
+    File file(handle, &sqlite3_close);
+    if (status != SQLITE_OK)
+        fail(path, status);
+    sqlite3_busy_timeout(handle, s_patience);
+    return file;
+}
+
+void execute(const File& file, const QString& path, const char* statement)
+{
+    const int status = sqlite3_exec(file.get(), statement, nullptr, nullptr, nullptr);
+    if (status != SQLITE_OK)
+        fail(path, status);
+}
+
+/// Appends the first value of each row of @p select to @p values; gives SQLite's code at the end.
+int read(const File& file, const QString& select, QStringList& values)
+{
+    sqlite3_stmt* handle = nullptr;
+    int status = sqlite3_prepare_v2(file.get(), select.toUtf8().constData(), -1, &handle, nullptr);
+    const Statement statement(handle, &sqlite3_finalize);
+    while (status == SQLITE_OK || status == SQLITE_ROW) {
+        status = sqlite3_step(handle);
+        if (status == SQLITE_ROW)
+            values.append(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(handle, 0))));
+    }
+    return status;
+}
+
+/// Copies @p source, which nobody can change while it has a transaction, as the file that it is: page by page takes
+/// three times as long. False when that cannot be done, or would keep writers away for too long.
+bool copyBytes(const File& source, const QString& from, const QString& to, const BackupProgress& progress,
+               bool& isComplete)
+{
+    constexpr sqlite3_int64 largest = 512 << 20;
+    constexpr sqlite3_int64 part = 1 << 20;
+    constexpr int formatOffset = 18;
+    sqlite3_file* file = nullptr;
+    sqlite3_int64 size = 0;
+    execute(source, from, "BEGIN; SELECT count(*) FROM sqlite_master");
+    const bool isKnown =
+        sqlite3_file_control(source.get(), "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file)) == SQLITE_OK &&
+        file != nullptr && file->pMethods != nullptr && file->pMethods->xFileSize(file, &size) == SQLITE_OK;
+    QByteArray bytes(static_cast<int>(qMin(size, part)), Qt::Uninitialized);
+    QFile target(to);
+    for (sqlite3_int64 offset = 0; isKnown && size <= largest && offset < size; offset += bytes.size()) {
+        bytes.resize(static_cast<int>(qMin(size - offset, part)));
+        // Through SQLite's own handle: closing another one would end the locks of the process.
+        const int status = file->pMethods->xRead(file, bytes.data(), bytes.size(), offset);
+        if (status != SQLITE_OK)
+            fail(from, status);
+        if (offset == 0 && (bytes.at(formatOffset) != 1 || !target.open(QIODevice::WriteOnly)))
+            return false; // What is new stands in a write-ahead log.
+        if (target.write(bytes) != bytes.size() || !target.flush()) {
+            const QString text = QStringLiteral("%1: %2").arg(to, target.errorString());
+            throw Exceptions::ExecutionException(text.toLocal8Bit().constData());
+        }
+        isComplete = !progress || progress((offset + bytes.size()) / s_usualPage, size / s_usualPage);
+        if (!isComplete)
+            break;
+    }
+    return target.isOpen();
+}
+
+/// Copies the pages; false when @p progress has ended that.
+bool copyPages(sqlite3_backup* backup, const BackupProgress& progress, int& status)
+{
+    int restarts = 0;
+    int waits = 0;
+    int remaining = 0;
+    do {
+        status = sqlite3_backup_step(backup, restarts < s_restartsBeforeLock ? s_pagesAtOnce : -1);
+        const int left = sqlite3_backup_remaining(backup);
+        const int total = sqlite3_backup_pagecount(backup);
+        restarts += status == SQLITE_OK && remaining > 0 && left >= remaining ? 1 : 0;
+        remaining = left;
+        if (progress && !progress(total - left, total))
+            return false;
+        if (status != SQLITE_BUSY && status != SQLITE_LOCKED)
+            continue;
+        // The busy handler of the connection has waited already, except for a lock that is held within the process.
+        sqlite3_sleep(50);
+        if (++waits > 2)
+            return true;
+    } while (status == SQLITE_OK || status == SQLITE_BUSY || status == SQLITE_LOCKED);
+    return true;
+}
+
+} // namespace
+
+bool backupSqlite(const QString& from, const QString& to, bool isUnseen, const BackupProgress& progress)
+{
+    bool isCopied = true;
+    const File source = open(from, SQLITE_OPEN_READONLY);
+    if (isUnseen) {
+        if (copyBytes(source, from, to, progress, isCopied))
+            return isCopied;
+        execute(source, from, "COMMIT");
+    }
+    const File target = open(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    if (isUnseen)
+        execute(target, to, "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF");
+    sqlite3_backup* const backup = sqlite3_backup_init(target.get(), "main", source.get(), "main");
+    if (backup == nullptr)
+        fail(to, sqlite3_errcode(target.get()));
+    int status = SQLITE_OK;
+    const bool isComplete = copyPages(backup, progress, status);
+    sqlite3_backup_finish(backup);
+    if (isComplete && status != SQLITE_DONE)
+        fail(status == SQLITE_FULL || status == SQLITE_READONLY ? to : from, status);
+    // One file that needs no other, also when the original keeps a write-ahead log.
+    if (isUnseen && isComplete)
+        execute(target, to, "PRAGMA journal_mode = DELETE");
+    return isComplete;
+}
+
+QString sqliteFaults(const QString& path, bool isDeep)
+{
+    const File file = open(path, SQLITE_OPEN_READONLY);
+    // What constraints other programs have says nothing of the file.
+    execute(file, path, "PRAGMA ignore_check_constraints = ON");
+    QStringList faults;
+    const int status =
+        read(file, isDeep ? QStringLiteral("PRAGMA integrity_check") : QStringLiteral("PRAGMA quick_check"), faults);
+    const int primary = status & 0xff;
+    if (primary == SQLITE_CORRUPT || primary == SQLITE_NOTADB)
+        faults.append(QString::fromUtf8(sqlite3_errstr(status)));
+    else if (status != SQLITE_DONE)
+        fail(path, status);
+    faults.removeAll(QStringLiteral("ok"));
+    return faults.join(QLatin1Char('\n'));
+}
+
+qint64 sqliteRowCount(const QString& path, const QString& table)
+{
+    const File file = open(path, SQLITE_OPEN_READONLY);
+    QStringList counts;
+    const int status = read(file, QStringLiteral("SELECT count(*) FROM \"%1\"").arg(table), counts);
+    if (status != SQLITE_DONE)
+        fail(path, status);
+    return counts.front().toLongLong();
+}
+
+} // namespace DataAccess::Database

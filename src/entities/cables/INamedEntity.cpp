@@ -1,7 +1,0 @@
-#include "entities/cables/INamedEntity.h"
-
-namespace Cables::Entities::Interfaces {
-
-INamedEntity::~INamedEntity() = default;
-
-} // namespace Cables::Entities::Interfaces

@@ -1,7 +1,0 @@
-#include "entities/cables/INetworkEntity.h"
-
-namespace Cables::Entities::Interfaces {
-
-INetworkEntity::~INetworkEntity() = default;
-
-} // namespace Cables::Entities::Interfaces

@@ -1,9 +1,0 @@
-#include "entities/cables/Owner.h"
-
-namespace Cables::Entities {
-
-Interfaces::IOwner::~IOwner() = default;
-
-Owner::~Owner() = default;
-
-} // namespace Cables::Entities

@@ -1,7 +1,0 @@
-#include "entities/pd/IPdEntity.h"
-
-namespace PD::Entities::Interfaces {
-
-IPdEntity::~IPdEntity() = default;
-
-} // namespace PD::Entities::Interfaces

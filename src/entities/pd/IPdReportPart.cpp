@@ -1,7 +1,0 @@
-#include "entities/pd/IPdReportPart.h"
-
-namespace PD::Entities::Interfaces {
-
-IPdReportPart::~IPdReportPart() = default;
-
-} // namespace PD::Entities::Interfaces
