@@ -22,9 +22,11 @@ void measureContext(DatabaseType type, int cables, GrowingSizes& growth)
     const auto facade = DataAccess::DataAccessFacade::Instance();
     const auto context = facade->AddDatabase(config)->CableContext();
     SampleNetwork(cables).attachTo(*context);
-    growth.time("list cables while all is unsaved", cables, s_changes, [&] {
-        for (int i = 0; i < s_changes; ++i)
+    growth.time("attach one entity and list the cables, all unsaved", cables, s_changes, [&] {
+        for (int i = 0; i < s_changes; ++i) {
+            context->attach(TestSupport::makeOwner(QString::number(i)));
             context->Cables();
+        }
     });
     growth.time("save a cable with all", cables, cables, [&] { context->saveChanges(); });
     growth.time("load a cable with all", cables, cables, [&] { context->reload(); });

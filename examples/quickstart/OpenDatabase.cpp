@@ -1,7 +1,7 @@
 #include "OpenDatabase.h"
 
-#include "Faults.h"
 #include "database/DatabaseConfig.h"
+#include "database/Failure.h"
 #include "facade/DataAccessFacade.h"
 
 #include <QFile>
@@ -45,7 +45,7 @@ OpenDatabase::OpenDatabase(const QString& path)
     m_manager = facade->AddDatabase(m_config);
     QObject::disconnect(connection);
     if (!m_manager)
-        fail(Faults::first());
+        fail(facade->LastError(m_config));
     if (!newer.isEmpty()) {
         facade->RemoveDatabase(m_config);
         fail(newer);
@@ -62,6 +62,7 @@ OpenDatabase::~OpenDatabase()
 
 void OpenDatabase::save() const
 {
+    const Database::FailureWatch watch;
     QString reason;
     const auto onFailure = [&reason](const QString& failure) { reason = failure; };
     const auto network =
@@ -73,5 +74,5 @@ void OpenDatabase::save() const
     QObject::disconnect(network);
     QObject::disconnect(measurements);
     if (!reason.isEmpty())
-        fail(reason + QStringLiteral("; ") + Faults::first());
+        fail(reason + QStringLiteral("; ") + watch.reason());
 }

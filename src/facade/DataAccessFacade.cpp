@@ -6,14 +6,15 @@
 #include "database/IConfig.h"
 #include "database/LoggingCategories.h"
 #include "database/Task.h"
-#include "facade/RunningDatabase.h"
+#include "database/backends/Backend.h"
+#include "facade/private/RunningDatabase.h"
 #include "factories/EditorRepositoryManagerFactory.h"
 #include "factories/LbRepositoryManagerFactory.h"
 #include "factories/PdRepositoryManagerFactory.h"
 #include "manager/RepositoryManager.h"
-#include "migration/IdSpelling.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "migration/pd/PdMigrationManager.h"
+#include "migration/private/IdSpelling.h"
 
 #include <QCoreApplication>
 
@@ -59,7 +60,7 @@ private:
     Interfaces::IMigrationManager& m_manager;
 };
 
-/// False, and reported, when it failed.
+/// Brings the ids to one spelling; false when that failed, which is logged and reported.
 bool unifyIds(Database::DbWorker& worker)
 {
     Database::Task<bool> task([](Interfaces::IDatabase& db) { return Manager::IdSpelling(db).unify(); });
@@ -118,14 +119,14 @@ struct DataAccessFacade::Data
     std::recursive_mutex opening;
     /// Guards the table. Not held while a job is waited for, which may itself ask for something.
     std::mutex mutex;
-    /// By identity. Keeps the configurations alive: another one at the same address would be taken for this one.
+    /// Keyed by identity. Keeps the configurations alive: another one at the same address would be taken for this one.
     std::map<std::shared_ptr<Interfaces::IConfig>, std::unique_ptr<RunningDatabase>> databases;
     /// Why a database is not open. Does not keep the configurations alive: they may never be used again.
     std::map<std::weak_ptr<Interfaces::IConfig>, QString, std::owner_less<>> errors;
     /// Held, shared, by threads that are removing databases, which the table no longer knows.
     std::shared_mutex removals;
-    /// Type, host and port of what is closed when the process exits.
-    std::set<std::tuple<int, QString, unsigned int>> closedAtExit;
+    /// Backend, host and port of what is closed when the process exits.
+    std::set<std::tuple<const Database::Backend*, QString, unsigned int>> closedAtExit;
 };
 
 std::shared_ptr<DataAccessFacade> DataAccessFacade::Instance()
@@ -160,6 +161,7 @@ DataAccessFacade::AddDatabase(std::shared_ptr<Interfaces::IConfig> config)
     checkSchemas(*database, opening);
     if (!opening.error.isEmpty()) {
         database.reset();
+        // Worded so from the first, and kept so that a search of old and new logs finds it.
         qCWarning(lcFacade) << "QOR did not initialized";
         return refuse(config, opening.error);
     }
@@ -200,7 +202,7 @@ void DataAccessFacade::checkSchemas(RunningDatabase& database, Opening& opening)
     if (!opening.error.isEmpty() || !opening.newerFeatures.isEmpty())
         return;
     const Database::FailureWatch watch;
-    // What can be read and not written is good for reading as it is.
+    // A database that can be read but not written is opened all the same, with its ids as they are.
     if (!unifyIds(*database.worker()) && watch.isUnavailable())
         opening.fail(QStringLiteral("The ids cannot be brought to one spelling"), watch);
 }
@@ -208,7 +210,7 @@ void DataAccessFacade::checkSchemas(RunningDatabase& database, Opening& opening)
 void DataAccessFacade::checkSchema(Interfaces::IMigrationManager& migration, Opening& opening)
 {
     const Database::FailureWatch watch;
-    // What has refused a moment ago, after all the waiting there is, would only take as long to refuse again.
+    // A database that refused a moment ago, after all attempts, would only take as long to refuse again.
     if (!opening.isOutOfReach && !migration.WaitForConnected()) {
         opening.isOutOfReach = true;
         opening.fail(QStringLiteral("The database cannot be opened"), watch);
@@ -276,8 +278,7 @@ QHash<QString, QString> DataAccessFacade::GetVersions()
 {
     QHash<QString, QString> versions;
     for (const auto& migration : m_data->migrations)
-        versions.insert(migration->feature(),
-                        QStringLiteral("%1.%2.%3").arg(1).arg(3).arg(migration->ExpectedVersion()));
+        versions.insert(migration->feature(), QStringLiteral("1.3.%1").arg(migration->ExpectedVersion()));
     return versions;
 }
 
@@ -292,7 +293,7 @@ QStringList DataAccessFacade::GetMigrationMessages()
 
 void DataAccessFacade::closeAll()
 {
-    // The process is left from within a job: there is no waiting for that one.
+    // The process exits from within a job, which cannot be waited for.
     if (RunningDatabase::isDatabaseThread())
         return;
     const std::lock_guard<std::recursive_mutex> opening(m_data->opening);
@@ -311,14 +312,14 @@ void DataAccessFacade::closeAllAtEnd(Interfaces::IConfig& config)
     // No job can run any more once the application object has ended, which calls each routine once, and forgets it.
     const auto closeWithApplication = [] {
         Instance()->closeAll();
-        // What other threads are closing has to be done by then, too.
+        // Other threads may be closing some, and have to finish before the application ends.
         const std::unique_lock<std::shared_mutex> removals(Instance()->m_data->removals);
     };
     qRemovePostRoutine(closeWithApplication);
     qAddPostRoutine(closeWithApplication);
-    // An exit without that end tears down what a driver needs to close a connection, the latest made first. It was made
-    // when the first database of a server was opened, and whoever is called before that can still close one.
-    if (m_data->closedAtExit.emplace(config.Type(), config.HostName(), config.Port()).second)
+    // An exit without that end destroys what a driver needs to close a connection, the latest made first. The driver
+    // made it when the first database of a server was opened, so that what is registered now is called before.
+    if (m_data->closedAtExit.emplace(&Database::Backend::of(config.Type()), config.HostName(), config.Port()).second)
         std::atexit([] { Instance()->closeAll(); });
 }
 

@@ -29,12 +29,12 @@ public:
      * std::invalid_argument when @p config is null.
      */
     virtual std::shared_ptr<IRepositoryManager> AddDatabase(std::shared_ptr<IConfig> config) = 0;
-    /// What AddDatabase() gave for @p config; null when that database is not open.
+    /// Returns what AddDatabase() gave for @p config; null when that database is not open.
     virtual std::shared_ptr<IRepositoryManager> GetRepositories(std::shared_ptr<IConfig> config) = 0;
     /**
      * Closes the database of @p config, if it is open: lets the jobs that wait finish, however long they take, and ends
-     * its thread. Jobs that come later never run: who waits for one gets NotOpenException. Repositories, contexts and
-     * tasks that are still held may end later; what they are asked from now on fails.
+     * its thread. Jobs that come later never run: whoever waits for one gets NotOpenException. Repositories, contexts
+     * and tasks that are still held may end later; what they are asked from now on fails.
      */
     virtual void RemoveDatabase(std::shared_ptr<IConfig> config) = 0;
     /// The schema versions that this build works with, by the name of the schema: "1.3." and a number.

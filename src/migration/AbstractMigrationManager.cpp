@@ -6,10 +6,11 @@
 #include "database/IDatabase.h"
 #include "database/Task.h"
 #include "database/backends/Backend.h"
-#include "migration/Backup.h"
+#include "database/backends/SchemaDialect.h"
 #include "migration/MigrationModule.h"
-#include "migration/MigrationStep.h"
-#include "migration/SchemaVersion.h"
+#include "migration/SchemaChange.h"
+#include "migration/private/Backup.h"
+#include "migration/private/SchemaVersion.h"
 
 #include <QElapsedTimer>
 #include <QThread>
@@ -18,7 +19,11 @@
 #include <limits>
 #include <utility>
 
-namespace DataAccess::Manager {
+namespace DataAccess {
+
+Interfaces::IMigrationManager::~IMigrationManager() = default;
+
+namespace Manager {
 
 using Database::DbWorker;
 using Database::Failure;
@@ -31,16 +36,17 @@ namespace {
 
 constexpr quint32 invalidVersion = std::numeric_limits<quint32>::max();
 
-/// Runs @p job on @p worker and waits for its result; @p failed without a worker and when the job throws.
+/// Runs @p job on @p worker and waits for its result; @p failed without a worker and when the job throws, which the log
+/// has under the name @p function.
 template <typename Result>
-Result run(DbWorker* worker, const MigrationModule& module, const char* function, Result failed,
+Result run(DbWorker* worker, const MigrationModule& module, const QString& function, Result failed,
            const std::function<Result(IDatabase&)>& job)
 {
     try {
         if (worker == nullptr)
             throw NotOpenException("there is no database");
         Database::Task<Result> task([&](IDatabase& db) {
-            // Told here, it comes after what the job itself has told.
+            // Told here, the failure comes after what the job itself has told.
             try {
                 return job(db);
             } catch (const std::exception& error) {
@@ -91,40 +97,31 @@ QByteArray reason(const Database::Transaction& transaction)
     return transaction.lastError().toLocal8Bit();
 }
 
-/// Makes other programs wait that migrate the same database; on SQLite the transaction has done that by itself.
-void lockOthersOut(StatementRunner& statements)
-{
-    if (!statements.isPostgres())
-        return;
-    statements.execute(QStringLiteral("SET LOCAL lock_timeout = '10s'"));
-    statements.execute(QStringLiteral("SELECT pg_advisory_xact_lock(hashtext('DataAccess migration'))"));
-}
-
 /**
  * Runs @p work on the database at version @p from, in a transaction of its own. Two programs that open one database at
  * the same time take turns: what the other has done meanwhile is not done again, as an early step on the tables of a
  * late one would discard rows.
  */
-bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 from,
-                   const std::function<void(MigrationStep&, Backup&)>& work)
+bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 from, QStringList& messages,
+                   const std::function<void(SchemaChange&, Backup&)>& work)
 {
     requireConnection(db);
     Database::Transaction transaction = db.WriteTransaction();
     if (!transaction.isOpen())
         throw NotOpenException(("the transaction cannot be started: " + reason(transaction)).constData(),
                                transaction.isUnavailable());
-    MigrationStep step(db, module);
-    lockOthersOut(step);
-    const quint32 stored = SchemaVersion(module.feature).read(step);
-    if (stored > from && stored <= module.expectedVersion)
+    SchemaChange schema(db, module, from, messages);
+    schema.dialect().lockOthersOut(schema);
+    const quint32 stored = SchemaVersion(module.feature).read(schema);
+    if (stored > from && stored <= module.expectedVersion())
         return true;
     if (stored != from)
         throw ExecutionException("the schema version was changed by another program");
-    Backup backup(step, module);
+    Backup backup(schema, module);
     try {
-        work(step, backup);
+        work(schema, backup);
     } catch (...) {
-        // An attempt that fails every time must not fill the disk.
+        // Else an attempt that fails every time would fill the disk with copies.
         if (transaction.wasLost() || transaction.rollback())
             backup.withdraw();
         throw;
@@ -133,20 +130,6 @@ bool inTransaction(IDatabase& db, const MigrationModule& module, quint32 from,
         throw ExecutionException(("the transaction cannot be committed: " + reason(transaction)).constData(),
                                  transaction.isUnavailable());
     return true;
-}
-
-bool hasSequence(IDatabase& db, const QString& table)
-{
-    const QString select = Database::Backend::of(db).sequenceSearch();
-    return !select.isEmpty() && !StatementRunner(db).rows(select.arg(table)).isEmpty();
-}
-
-/// The sequence of a table that was dropped stays, and serves the table that takes its place.
-bool createSequence(IDatabase& db, const QString& table)
-{
-    if (hasSequence(db, table))
-        return true;
-    return db.CreateSequence(table);
 }
 
 } // namespace
@@ -164,7 +147,7 @@ void AbstractMigrationManager::setDbWorker(DbWorker* worker)
 
 quint32 AbstractMigrationManager::DbVersion() const
 {
-    return run<quint32>(m_worker, module(), Q_FUNC_INFO, invalidVersion, [this](IDatabase& db) {
+    return run<quint32>(m_worker, module(), QString::fromLatin1(Q_FUNC_INFO), invalidVersion, [this](IDatabase& db) {
         requireConnection(db);
         StatementRunner statements(db);
         const quint32 version = SchemaVersion(module().feature).read(statements);
@@ -181,7 +164,7 @@ quint32 AbstractMigrationManager::InvalidVersion() const
 
 quint32 AbstractMigrationManager::ExpectedVersion() const
 {
-    return module().expectedVersion;
+    return module().expectedVersion();
 }
 
 bool AbstractMigrationManager::WaitForConnected()
@@ -191,17 +174,18 @@ bool AbstractMigrationManager::WaitForConnected()
 
 bool AbstractMigrationManager::WaitForConnected(DbWorker* worker)
 {
-    return run<bool>(worker, module(), Q_FUNC_INFO, false, [this, function = Q_FUNC_INFO](IDatabase& db) {
-        bool connected = false;
-        try {
-            connected = connectPatiently(db);
-        } catch (const Exceptions::DbException& error) {
-            qCWarning(module().category).noquote() << function << QString::fromLocal8Bit(error.what());
-        }
-        if (!connected)
-            FailureWatch::report({db.OpenError(), Failure::Kind::Unavailable, {}, {}});
-        return connected;
-    });
+    return run<bool>(worker, module(), QString::fromLatin1(Q_FUNC_INFO), false,
+                     [this, function = Q_FUNC_INFO](IDatabase& db) {
+                         bool connected = false;
+                         try {
+                             connected = connectPatiently(db);
+                         } catch (const Exceptions::DbException& error) {
+                             qCWarning(module().category).noquote() << function << QString::fromLocal8Bit(error.what());
+                         }
+                         if (!connected)
+                             FailureWatch::report({db.OpenError(), Failure::Kind::Unavailable, {}, {}});
+                         return connected;
+                     });
 }
 
 quint32 AbstractMigrationManager::MigrationSteps() const
@@ -222,9 +206,9 @@ QStringList AbstractMigrationManager::migrationMessages()
 
 bool AbstractMigrationManager::setDbVersion(unsigned int version)
 {
-    return run<bool>(m_worker, module(), Q_FUNC_INFO, false, [this, version](IDatabase& db) {
-        return inTransaction(db, module(), m_from, [&](MigrationStep& step, Backup&) {
-            SchemaVersion(module().feature).write(step, version);
+    return run<bool>(m_worker, module(), QString::fromLatin1(Q_FUNC_INFO), false, [this, version](IDatabase& db) {
+        return inTransaction(db, module(), m_from, m_messages, [&](SchemaChange& schema, Backup&) {
+            SchemaVersion(module().feature).write(schema, version);
         });
     });
 }
@@ -238,74 +222,37 @@ bool AbstractMigrationManager::Migrate()
     qCDebug(module().category).noquote() << module().logPrefix + QStringLiteral("Migrate FROM:") << from << "TO"
                                          << expected;
     if (from == invalidVersion)
-        return false; // Told when it was read.
+        return false; // The log has the reason since the version was read.
     if (from > expected) {
-        module().tellFailure(Q_FUNC_INFO, ExecutionException("the database is newer than this build"));
+        module().tellFailure(QString::fromLatin1(Q_FUNC_INFO),
+                             ExecutionException("the database is newer than this build"));
         return false;
     }
     m_isPrepared = false;
-    const QVector<Step> all = steps();
     for (m_from = from; m_from < expected; ++m_from) {
-        if (!all.at(static_cast<int>(m_from))() || !setDbVersion(m_from + 1))
+        const MigrationStep& step = module().steps.at(static_cast<int>(m_from));
+        if (!runStep(step) || !setDbVersion(step.version))
             return false;
-        Q_EMIT stepCompleted(m_from + 1);
+        Q_EMIT stepCompleted(step.version);
     }
     return true;
 }
 
-bool AbstractMigrationManager::runStep(const char* function, const std::function<void(MigrationStep&)>& changes)
+bool AbstractMigrationManager::runStep(const MigrationStep& step)
 {
-    return run<bool>(m_worker, module(), function, false, [&](IDatabase& db) {
-        return inTransaction(db, module(), m_from, [&](MigrationStep& step, Backup& backup) {
+    return run<bool>(m_worker, module(), module().signature.arg(step.name), false, [&](IDatabase& db) {
+        return inTransaction(db, module(), m_from, m_messages, [&](SchemaChange& schema, Backup& backup) {
             if (!m_isPrepared) {
-                requireCredible(step, m_from);
+                SchemaVersion::requireCredible(module(), m_from, schema);
                 backup.make();
                 m_isPrepared = true;
             }
-            changes(step);
-            step.restoreAttachments();
+            step.changes(schema);
+            schema.restoreAttachments();
         });
     });
 }
 
-void AbstractMigrationManager::requireCredible(MigrationStep& /*step*/, quint32 /*version*/)
-{
-    // No step that discards nothing can do harm.
-}
+} // namespace Manager
 
-unsigned int AbstractMigrationManager::createTable(IDatabase& db, const QStringList& existingTables,
-                                                   QStringList& statementParts, const QString& tableName)
-{
-    if (existingTables.contains(tableName))
-        return 0;
-    try {
-        db.Exec(statementParts.join(QLatin1Char(' ')));
-        return createSequence(db, tableName) ? 0 : 1;
-    } catch (const std::exception& error) {
-        module().tellFailure(Q_FUNC_INFO, error);
-        return 1;
-    }
-}
-
-void AbstractMigrationManager::createTable(MigrationStep& step, const TableDefinition& table)
-{
-    const QStringList existing = step.tables();
-    if (existing.contains(table.name))
-        return;
-    QStringList parts = step.statementParts(table);
-    step.require(createTable(step.database(), existing, parts, table.name));
-}
-
-void AbstractMigrationManager::createVersionTables(MigrationStep& step)
-{
-    for (const TableDefinition& table : SchemaVersion::tables())
-        createTable(step, table);
-    // Settings tables from elsewhere may have rows and no sequence for new ones.
-    const QString features = QStringLiteral("features");
-    if (step.isPostgres() && !hasSequence(step.database(), features)) {
-        step.require(step.database().CreateSequence(features) ? 0 : 1);
-        step.execute(QStringLiteral("SELECT setval('features_s', max(id)) FROM features"));
-    }
-}
-
-} // namespace DataAccess::Manager
+} // namespace DataAccess

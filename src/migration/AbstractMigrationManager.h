@@ -4,23 +4,15 @@
 
 #include <QObject>
 #include <QStringList>
-#include <QVector>
-
-#include <functional>
-
-namespace DataAccess::Interfaces {
-class IDatabase;
-}
 
 namespace DataAccess::Manager {
 
-class MigrationStep;
 struct MigrationModule;
-struct TableDefinition;
+struct MigrationStep;
 
 /**
- * All that migration managers share: the version, the loop over the steps, and the shape of a step. A manager adds what
- * sets it apart, and the steps. Work on the database runs on the worker's thread, while the caller waits. Nothing here
+ * All that migration managers share: the version, the loop over the steps, and the shape of a step. A manager adds its
+ * module, which has the steps. Work on the database runs on the worker's thread, while the caller waits. Nothing here
  * throws; without a worker all fails.
  */
 class DATAACCESS_EXPORT AbstractMigrationManager : public QObject, public Interfaces::IMigrationManager
@@ -48,46 +40,26 @@ Q_SIGNALS:
     void stepCompleted(quint32 version);
 
 protected:
-    /// Runs one step; true when its changes are committed.
-    using Step = std::function<bool()>;
-
     /// The schema that this manager brings up to date.
     virtual const MigrationModule& module() const = 0;
-    /// The steps, as many as the expected version says; the first one reaches version 1.
-    virtual QVector<Step> steps() = 0;
-    /// Throws when the database shows that it cannot be at @p version, and the steps after it would discard rows.
-    virtual void requireCredible(MigrationStep& step, quint32 version);
 
     /**
-     * Connects the database of @p worker; while it is blocked by start-up, up to ten times at 200 ms. A server that
-     * does not answer is asked once.
+     * Connects the database of @p worker, and tries up to ten times, 200 ms apart, while it is blocked by start-up. A
+     * server that does not answer is asked once.
      */
     bool WaitForConnected(Database::DbWorker* worker);
-    /// Stores @p version, unless another program has come further meanwhile; false when that fails.
-    bool setDbVersion(unsigned int version);
-    /**
-     * Runs @p changes as one job and in one transaction, which is rolled back if anything fails; a step that another
-     * program has done meanwhile is left out. Before the first one the backup is made. @p function names the step in
-     * the log.
-     */
-    bool runStep(const char* function, const std::function<void(MigrationStep&)>& changes);
-
-    /**
-     * Creates a table, and the sequence of its ids, unless @p existingTables names it. Returns the number of failures,
-     * which are logged; nothing is issued after the first.
-     */
-    unsigned int createTable(Interfaces::IDatabase& db, const QStringList& existingTables, QStringList& statementParts,
-                             const QString& tableName);
-    /// The same as part of a step, which ends if it fails.
-    void createTable(MigrationStep& step, const TableDefinition& table);
-    /// Creates the tables that hold the versions, where they are missing.
-    void createVersionTables(MigrationStep& step);
-
     /// What migrationMessages() returns.
     QStringList m_messages;
 
 private:
+    /// Stores @p version, unless another program has come further meanwhile; false when that fails.
+    bool setDbVersion(unsigned int version);
+    /// Runs @p step as one job and in one transaction, which is rolled back if anything fails; a step that another
+    /// program has done meanwhile is left out. Before the first one the backup is made.
+    bool runStep(const MigrationStep& step);
+
     Database::DbWorker* m_worker = nullptr;
+    /// The version that the next step starts from, and whether the backup for it and for those after it is made.
     quint32 m_from = 0;
     bool m_isPrepared = false;
 };

@@ -4,11 +4,11 @@
 #include "database/DatabaseConfig.h"
 #include "database/DbException.h"
 #include "database/DbWorker.h"
+#include "database/StatementRunner.h"
 #include "database/backends/Backend.h"
-#include "migration/SchemaVersion.h"
-#include "migration/StatementRunner.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "migration/pd/PdMigrationManager.h"
+#include "migration/private/SchemaVersion.h"
 
 #include <QSqlDatabase>
 #include <QThread>
@@ -114,7 +114,7 @@ void DirectDatabase::connect()
 QVector<SchemaState> DirectDatabase::schemas() const
 {
     QVector<SchemaState> states;
-    Manager::StatementRunner statements(*m_database);
+    Database::StatementRunner statements(*m_database);
     for (const auto& manager : managers())
         states.append({manager->feature(), Manager::SchemaVersion(manager->feature()).read(statements),
                        manager->ExpectedVersion()});

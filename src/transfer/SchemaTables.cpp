@@ -1,47 +1,39 @@
 #include "transfer/SchemaTables.h"
 
-#include "migration/editor/EditorTables.h"
-#include "migration/pd/PdTables.h"
+#include "migration/MigrationModule.h"
+
+#include <QHash>
 
 #include <algorithm>
 
 namespace DataAccess::Transfer {
 
 using Manager::TableDefinition;
-namespace EditorTables = Manager::EditorTables;
-namespace PdTables = Manager::PdTables;
 
 namespace {
 
+/// The current layouts, in the order in which dumps and copies have the tables; those that are not named come last.
 QVector<TableDefinition> definitions()
 {
-    QVector<TableDefinition> tables;
-    for (const TableDefinition& table : EditorTables::all01()) {
-        // Those that later versions have changed stand below.
-        if (table.name != QLatin1String("ce_station") && table.name != QLatin1String("ce_segment") &&
-            table.name != QLatin1String("ce_cable"))
-            tables.append(table);
+    QStringList names =
+        QStringLiteral("ce_point ce_route ce_phase ce_owner ce_switchgear ce_termination ce_segmenttype ce_insulation "
+                       "ce_station ce_segment_detail ce_cable ce_segment evaluation qor_rating cablebook_measures "
+                       "pd_task pd_report pd_file")
+            .split(QLatin1Char(' '));
+    QHash<QString, TableDefinition> current;
+    for (const Manager::MigrationModule* const module : Manager::migrationModules()) {
+        for (const Manager::MigrationStep& step : module->steps) {
+            for (const TableDefinition& layout : step.layouts) {
+                names.append(layout.name);
+                current.insert(layout.name, layout);
+            }
+        }
     }
-    return tables + QVector<TableDefinition>{EditorTables::station02(),
-                                             EditorTables::segmentDetail02(),
-                                             EditorTables::cable07(),
-                                             EditorTables::segment03(),
-                                             EditorTables::evaluation05(),
-                                             EditorTables::rating06(),
-                                             EditorTables::cablebookMeasures07(),
-                                             PdTables::task01(),
-                                             PdTables::report01(),
-                                             PdTables::file01(),
-                                             PdTables::mapping01(),
-                                             PdTables::reportMapping02(),
-                                             PdTables::filter02(),
-                                             PdTables::iec02(),
-                                             PdTables::evaluation03(),
-                                             PdTables::mappingEvent04(),
-                                             PdTables::iecOverview05(),
-                                             PdTables::summary07(),
-                                             PdTables::taskInfo06(),
-                                             PdTables::lbDiagram08()};
+    names.removeDuplicates();
+    QVector<TableDefinition> tables;
+    for (const QString& name : qAsConst(names))
+        tables.append(current.value(name));
+    return tables;
 }
 
 QVector<SchemaReference> referencesOf(const QString& table)

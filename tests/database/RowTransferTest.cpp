@@ -182,6 +182,22 @@ private Q_SLOTS:
         QCOMPARE(difference(QStringLiteral("SELECT 1 WHERE 1 = 2")), QString());
     }
 
+    /// Ids and times with another character at each place: next to the digits and the letters, or of two bytes.
+    void readsSpellingsAsQtDoes()
+    {
+        for (const char* usual : {"{01234567-89AB-cdef-0123-456789abcdef}", "01234567-89AB-cdef-0123-456789abcdef",
+                                  "2020-01-02 03:04:05.678", "2020-01-02"}) {
+            const QString text = QString::fromLatin1(usual);
+            QStringList spellings;
+            for (int at = 0; at < text.size(); ++at) {
+                for (const QChar other : QStringLiteral("/09:@FG`fg\u00e4"))
+                    spellings += QStringLiteral("('%1')").arg(QString(text).replace(at, 1, other));
+            }
+            const QString differs = difference(QStringLiteral("VALUES ") + spellings.join(QLatin1Char(',')));
+            QVERIFY2(differs.isEmpty(), qUtf8Printable(differs));
+        }
+    }
+
     void selectsThatFail()
     {
         const TestSupport::LogCapture log;

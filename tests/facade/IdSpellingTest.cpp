@@ -1,18 +1,11 @@
-#include "database/IDatabase.h"
-#include "facade/DataAccessFacade.h"
-#include "manager/IRepositoryManager.h"
+#include "facade/FacadeFixture.h"
+#include "sqlite2/Fixtures.h"
 #include "support/LogCapture.h"
-#include "support/RunningWorker.h"
-#include "support/Scalar.h"
-#include "support/TestDatabase.h"
 #include "support/TestMain.h"
 #include "support/UnprivilegedUser.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 #include <QSqlRecord>
 #include <QTest>
@@ -21,17 +14,6 @@ using namespace DataAccess;
 using namespace TestSupport;
 
 namespace {
-
-void execute(const TestDatabase& database, const QStringList& statements)
-{
-    RunningWorker(database.config()).run([&](Interfaces::IDatabase& db) {
-        // Rows come in any order, and ids are respelled one by one: foreign keys would object.
-        if (database.type() == Enumerations::Postgres)
-            db.Exec(QStringLiteral("SET session_replication_role = replica"));
-        for (const QString& statement : statements)
-            db.Exec(statement);
-    });
-}
 
 QString literal(const QString& text)
 {
@@ -50,15 +32,15 @@ QStringList open(const TestDatabase& database)
            log.messages(QtCriticalMsg, QStringLiteral("qor.migrationLog"));
 }
 
-/// Calls @p take with the name of each table and each of its rows.
+/// Calls @p visit with the name of each table and each of its rows.
 template <typename Function>
-void forEachRow(const TestDatabase& database, Function take)
+void forEachRow(const TestDatabase& database, Function visit)
 {
     RunningWorker(database.config()).run([&](Interfaces::IDatabase& db) {
         for (const QString& table : db.Tables()) {
             QSqlQuery query = db.Exec(QStringLiteral("SELECT * FROM %1").arg(table));
             while (query.next())
-                take(table, query.record());
+                visit(table, query.record());
         }
     });
 }
@@ -73,13 +55,9 @@ QStringList content(const TestDatabase& database)
         rows.append(values.join(QLatin1Char('|')));
     });
     if (database.type() == Enumerations::Postgres)
-        rows.append(
-            RunningWorker(database.config())
-                .run([](Interfaces::IDatabase& db) {
-                    return scalar(
-                        db, "SELECT string_agg(pg_get_constraintdef(oid), ';' ORDER BY conname) FROM pg_constraint");
-                })
-                .toString());
+        rows.append(execute(database, "SELECT string_agg(pg_get_constraintdef(oid), ',' ORDER BY conname) "
+                                      "FROM pg_constraint")
+                        .toString());
     rows.sort();
     return rows;
 }
@@ -87,10 +65,7 @@ QStringList content(const TestDatabase& database)
 /// Adds rows to all tables, as a legacy library returned them.
 void fill(const TestDatabase& database)
 {
-    QFile file(QStringLiteral(DATAACCESS_SOURCE_DIR "/tests/sqlite2/fixtures/cables.json"));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QJsonObject tables =
-        QJsonDocument::fromJson(file.readAll()).object().value(QLatin1String("tables")).toObject();
+    const QJsonObject tables = expectedContent(QStringLiteral("cables")).value(QLatin1String("tables")).toObject();
     QStringList statements;
     for (auto table = tables.begin(); table != tables.end(); ++table) {
         const QJsonObject data = table.value().toObject().value(QLatin1String("data")).toObject();
@@ -111,9 +86,9 @@ void fill(const TestDatabase& database)
                                   .arg(table.key(), names.join(QLatin1Char(',')), values.join(QLatin1Char(','))));
         }
     }
+    statements.append(
+        QStringLiteral("INSERT INTO evaluation (id, tid, cid) SELECT 1, t.id, t.cable FROM pd_task AS t"));
     execute(database, statements);
-    execute(database,
-            {QStringLiteral("INSERT INTO evaluation (id, tid, cid) SELECT 1, t.id, t.cable FROM pd_task AS t")});
 }
 
 } // namespace

@@ -1,14 +1,11 @@
 #include "database/DbWorker.h"
-#include "database/IDatabase.h"
-#include "facade/DataAccessFacade.h"
-#include "manager/IRepositoryManager.h"
+#include "facade/FacadeFixture.h"
 #include "support/FileLocker.h"
 #include "support/LogCapture.h"
-#include "support/TestDatabase.h"
 #include "support/TestMain.h"
 
-#include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
@@ -39,10 +36,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("reason");
         QTest::addColumn<int>("tries");
         // Only a server may be starting up, and is asked again; nothing is once all the waiting was in vain.
-        QTest::newRow("folder") << "The database cannot be opened: The path is a folder" << 1;
         QTest::newRow("no database") << "The database cannot be opened: The file is no database" << 1;
         QTest::newRow("locked file") << "locked" << 1;
-        QTest::newRow("damaged legacy file") << "damaged" << 1;
         QTest::newRow("wrong password") << "password authentication failed" << 10;
         QTest::newRow("incomplete") << "the configuration does not name a database completely" << 0;
         QTest::newRow("name in use") << "The connection name is in use for another database" << 0;
@@ -58,14 +53,9 @@ private Q_SLOTS:
         std::unique_ptr<Database::DbWorker> other;
         std::unique_ptr<FileLocker> locker;
         QThread thread;
-        if (kind == "folder") {
-            QVERIFY(QDir().mkdir(database.name()));
-        } else if (kind == "locked file") {
+        if (kind == "locked file") {
             QVERIFY(makeFile(database.name(), {}));
             locker = std::make_unique<FileLocker>(database.name());
-        } else if (kind == "damaged legacy file") {
-            config->SetType(Enumerations::SQLite2);
-            QVERIFY(QFile::copy(s_fixtures + QStringLiteral("damaged/cycle_self.db"), database.name()));
         } else if (kind == "wrong password") {
             config->SetPassword(QStringLiteral("secret"));
         } else if (kind == "incomplete") {
@@ -87,6 +77,64 @@ private Q_SLOTS:
         QCOMPARE(unknown.count(), 2);
         const QStringList lines = log.messages(QtCriticalMsg, QStringLiteral("qor.database"));
         QCOMPARE(lines.filter(QStringLiteral("Can't open connection")).size(), tries);
+    }
+
+    void schemasThatCannotBeUsed_data()
+    {
+        QTest::addColumn<int>("backend");
+        QTest::addColumn<QStringList>("damage");
+        QTest::addColumn<QStringList>("repair");
+        QTest::addColumn<bool>("isUnknown");
+        QTest::addColumn<QString>("reason");
+        const QString rename = QStringLiteral("ALTER TABLE feature_defaults RENAME COLUMN %1 TO %2");
+        const QString store = QStringLiteral("UPDATE feature_defaults SET value = %1 WHERE featureid = "
+                                             "(SELECT id FROM features WHERE name = 'CablesVersion')");
+        const QString version = QStringLiteral("value");
+        const QString lost = QStringLiteral("lost");
+        for (const int backend : {int(Enumerations::SQLite3), int(Enumerations::Postgres)}) {
+            QTest::addRow("unreadable version, %d", backend)
+                << backend << QStringList(rename.arg(version, lost)) << QStringList(rename.arg(lost, version)) << true
+                << QStringLiteral("^The schema version CablesVersion cannot be read: .*value");
+            QTest::addRow("step that fails, %d", backend)
+                << backend
+                << QStringList(
+                       {store.arg(QStringLiteral("'3'")), QStringLiteral("ALTER TABLE ce_segment RENAME TO lost")})
+                << QStringList(QStringLiteral("ALTER TABLE lost RENAME TO ce_segment")) << false
+                << QStringLiteral("^The schema CablesVersion cannot be brought up to date: .*ce_segment");
+        }
+    }
+    /// Nothing is left of the attempt, and once the fault is mended, the same configuration opens.
+    void schemasThatCannotBeUsed()
+    {
+        QFETCH(QStringList, damage);
+        QFETCH(QStringList, repair);
+        QFETCH(bool, isUnknown);
+        QFETCH(QString, reason);
+        const int threads = threadCount();
+        const TestDatabase database;
+        const auto facade = DataAccessFacade::Instance();
+        const auto config = database.config();
+        QVERIFY(facade->AddDatabase(config));
+        facade->RemoveDatabase(config);
+        execute(database, damage);
+        const QSignalSpy unknown(facade.get(), &DataAccessFacade::unknownDB);
+        const LogCapture log;
+        QVERIFY(!facade->AddDatabase(config));
+        QVERIFY(!facade->GetRepositories(config));
+        QVERIFY2(facade->LastError(config).contains(QRegularExpression(reason)),
+                 qUtf8Printable(facade->LastError(config)));
+        QTRY_VERIFY(threadCount() <= threads);
+        QCOMPARE(unknown.isEmpty(), !isUnknown);
+        for (const QVariantList& arguments : unknown)
+            QCOMPARE(arguments.first().toString(),
+                     QStringLiteral("Error reading database: cannot determine database version."));
+        QCOMPARE(log.messages(QtWarningMsg, QStringLiteral("qor.facade")),
+                 QStringList(QStringLiteral("QOR did not initialized")));
+
+        execute(database, repair);
+        QVERIFY(facade->AddDatabase(config));
+        QVERIFY(facade->LastError(config).isEmpty());
+        facade->RemoveDatabase(config);
     }
 
     void filesOfAllNames_data()
@@ -127,10 +175,8 @@ private Q_SLOTS:
         for (unsigned int round = 0; round < 2; ++round) {
             const auto manager = facade->AddDatabase(config);
             QVERIFY2(manager, qUtf8Printable(facade->LastError(config)));
-            auto owner = std::make_shared<Cables::Entities::Owner>();
-            owner->SetId(QUuid::createUuid());
             const auto owners = manager->EditorRepositories()->OwnerRepository();
-            QVERIFY(owners->Insert({owner}));
+            QVERIFY(owners->Insert({makeOwner()}));
             QCOMPARE(owners->Count(), round + 1);
             facade->RemoveDatabase(config);
         }

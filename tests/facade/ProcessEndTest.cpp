@@ -1,6 +1,4 @@
-#include "support/RunningWorker.h"
-#include "support/Scalar.h"
-#include "support/TestDatabase.h"
+#include "facade/FacadeFixture.h"
 #include "support/TestMain.h"
 
 #include <QProcess>
@@ -15,30 +13,27 @@ class ProcessEndTest : public QObject
 private Q_SLOTS:
     void aProcessMayEndWithDatabasesOpen_data()
     {
-        QTest::addColumn<QString>("how");
+        QTest::addColumn<QByteArray>("how");
         QTest::addColumn<int>("backend");
-        for (const char* how : {"returns", "outlives", "exits", "thread", "job", "removes", "early", "late"}) {
-            QTest::addRow("%s, SQLite", how) << QString::fromLatin1(how) << int(DataAccess::Enumerations::SQLite3);
-            QTest::addRow("%s, PostgreSQL", how) << QString::fromLatin1(how) << int(DataAccess::Enumerations::Postgres);
+        for (const QByteArray how : {"returns", "outlives", "exits", "thread", "job", "removes", "early", "late"}) {
+            QTest::newRow(how + ", SQLite") << how << int(DataAccess::Enumerations::SQLite3);
+            QTest::newRow(how + ", PostgreSQL") << how << int(DataAccess::Enumerations::Postgres);
         }
     }
     void aProcessMayEndWithDatabasesOpen()
     {
-        QFETCH(QString, how);
+        QFETCH(QByteArray, how);
         const TestDatabase database;
         QProcess process;
         process.start(QStringLiteral(DATAACCESS_FACADE_PROCESS),
-                      {how, QString::number(database.type()), database.name()});
+                      {QString::fromLatin1(how), QString::number(database.type()), database.name()});
         QVERIFY2(process.waitForFinished(60000), "does not end");
         const QByteArray said = process.readAllStandardError();
         QVERIFY2(process.exitStatus() == QProcess::NormalExit, said.constData());
         QVERIFY2(process.exitCode() == 0, said.constData());
-        if (how == QLatin1String("early") || how == QLatin1String("late"))
+        if (how == "early" || how == "late")
             return;
-        RunningWorker worker(database.config());
-        const int owners = worker.run(
-            [](DataAccess::Interfaces::IDatabase& db) { return scalar(db, "SELECT count(*) FROM ce_owner").toInt(); });
-        QCOMPARE(owners, 10);
+        QCOMPARE(execute(database, "SELECT count(*) FROM ce_owner").toInt(), 10);
     }
 };
 

@@ -1,6 +1,5 @@
 #include "database/Failure.h"
-#include "migration/MigrationFixture.h"
-#include "migration/editor/EditorMigrationManager.h"
+#include "migration/MigrationDatabase.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 #include "support/UnprivilegedUser.h"
@@ -48,105 +47,89 @@ class MigrationBackupTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void holdsWhatWasThere_data();
-    void holdsWhatWasThere();
-    void keepsTheMigrationFromStarting_data();
-    void keepsTheMigrationFromStarting();
-};
-
-void MigrationBackupTest::holdsWhatWasThere_data()
-{
-    QTest::addColumn<int>("backend");
-    QTest::addColumn<QString>("preparation");
-    QTest::addColumn<bool>("wanted");
-    const QString nothing = QStringLiteral("SELECT 1");
-    MigrationFixture::addCase(QStringLiteral("wanted"), nothing, true);
-    MigrationFixture::addCase(QStringLiteral("not wanted"), nothing, false);
-    QTest::newRow("SQLite, with a log") << static_cast<int>(Enumerations::SQLite3)
-                                        << QStringLiteral("PRAGMA journal_mode = WAL") << true;
-}
-
-void MigrationBackupTest::holdsWhatWasThere()
-{
-    QFETCH(QString, preparation);
-    QFETCH(bool, wanted);
-    const LogCapture log;
-    TestDatabase database;
-    const auto config = database.config();
-    config->SetBackupBeforeMigration(wanted);
-    RunningWorker worker(config);
-    Manager::EditorMigrationManager manager;
-    manager.setDbWorker(worker.get());
-    MigrationFixture::execute(worker, {preparation});
-    MigrationFixture::create(worker, MigrationFixture::Editor, 5, MigrationFixture::With);
-    QStringList before = MigrationFixture::content(worker);
-    // What others have in the database is copied with a file only.
-    if (database.type() == Enumerations::Postgres)
-        before = before.filter(QRegularExpression(QStringLiteral("^(ce_(?!.*_tmp)|feature|evaluation)")));
-    for (int opening = 0; opening < 2; ++opening) {
-        QVERIFY(manager.Migrate());
-        QCOMPARE(MigrationFixture::backupContent(worker, database), wanted ? before : QStringList());
+    void holdsWhatWasThere_data()
+    {
+        QTest::addColumn<int>("backend");
+        QTest::addColumn<QString>("preparation");
+        QTest::addColumn<bool>("wanted");
+        const QString nothing = QStringLiteral("SELECT 1");
+        addCase(QStringLiteral("wanted"), nothing, true);
+        addCase(QStringLiteral("not wanted"), nothing, false);
+        QTest::newRow("SQLite, with a log")
+            << static_cast<int>(Enumerations::SQLite3) << QStringLiteral("PRAGMA journal_mode = WAL") << true;
     }
-}
-
-void MigrationBackupTest::keepsTheMigrationFromStarting_data()
-{
-    QTest::addColumn<int>("backend");
-    QTest::addColumn<QString>("words");
-    const auto sqlite = static_cast<int>(Enumerations::SQLite3);
-    QTest::newRow("SQLite, no room") << sqlite << QStringLiteral("disk");
-    QTest::newRow("SQLite, no right") << sqlite << QStringLiteral("Permission denied");
-    QTest::newRow("SQLite, damaged page") << sqlite << QStringLiteral("damaged");
-    QTest::newRow("PostgreSQL") << static_cast<int>(Enumerations::Postgres) << QStringLiteral("no copies");
-}
-
-void MigrationBackupTest::keepsTheMigrationFromStarting()
-{
-    QFETCH(QString, words);
-    const LogCapture log;
-    MigrationFixture::Opened<Manager::EditorMigrationManager> opened;
-    MigrationFixture::create(opened.worker, MigrationFixture::Editor, 1, MigrationFixture::With);
-    const bool isFile = opened.database.type() == Enumerations::SQLite3;
-    if (isFile)
-        MigrationFixture::execute(opened.worker,
-                                  {QStringLiteral("CREATE TABLE large AS SELECT zeroblob(3000000) AS bytes")});
-    else
-        MigrationFixture::execute(
-            opened.worker,
-            {QStringLiteral("CREATE FUNCTION refuse() RETURNS event_trigger LANGUAGE plpgsql AS "
-                            "$$ BEGIN RAISE EXCEPTION 'no copies'; END $$"),
-             QStringLiteral("CREATE EVENT TRIGGER refuse ON ddl_command_end WHEN TAG IN ('CREATE TABLE AS') "
-                            "EXECUTE FUNCTION refuse()")});
-    const QStringList before = MigrationFixture::content(opened.worker);
-    if (words == QLatin1String("damaged")) {
-        QFile file(opened.database.name());
-        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() - 4096) && file.write("\xff\xff\xff", 3) == 3);
-    }
-    const auto attempt = [&] {
-        if (words == QLatin1String("Permission denied")) {
-            const QString folder = QFileInfo(opened.database.name()).path();
-            const QFile::Permissions permissions = QFile::permissions(folder);
-            QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
-            const bool migrated = [&] {
-                const UnprivilegedUser user;
-                return opened.manager.Migrate();
-            }();
-            QFile::setPermissions(folder, permissions);
-            return migrated;
+    void holdsWhatWasThere()
+    {
+        QFETCH(QString, preparation);
+        QFETCH(bool, wanted);
+        const LogCapture log;
+        MigrationDatabase db(MigrationDatabase::Editor, 5, MigrationDatabase::With);
+        db.config().SetBackupBeforeMigration(wanted);
+        db.execute({preparation});
+        QStringList before = db.content();
+        // What others have in the database is copied with a file only.
+        if (!db.isFile())
+            before = before.filter(QRegularExpression(QStringLiteral("^(ce_(?!.*_tmp)|feature|evaluation)")));
+        for (int opening = 0; opening < 2; ++opening) {
+            QVERIFY(db.manager().Migrate());
+            QCOMPARE(db.backupContent(), wanted ? before : QStringList());
         }
-        const SmallFiles limit(words == QLatin1String("disk") ? 1000000 : RLIM_INFINITY);
-        return opened.manager.Migrate();
-    };
-    const Database::FailureWatch watch;
-    QVERIFY(!attempt());
-    QVERIFY2(watch.reason().contains(QStringLiteral("No backup")) && watch.reason().contains(words),
-             qPrintable(watch.reason()));
-    QVERIFY(log.contains(watch.reason()));
-    QCOMPARE(opened.manager.DbVersion(), 1U);
-    QCOMPARE(MigrationFixture::backupContent(opened.worker, opened.database), QStringList());
-    if (words != QLatin1String("damaged"))
-        QCOMPARE(MigrationFixture::content(opened.worker), before);
-}
+    }
+
+    void keepsTheMigrationFromStarting_data()
+    {
+        QTest::addColumn<int>("backend");
+        QTest::addColumn<QString>("words");
+        const auto sqlite = static_cast<int>(Enumerations::SQLite3);
+        QTest::newRow("SQLite, no room") << sqlite << QStringLiteral("disk");
+        QTest::newRow("SQLite, no right") << sqlite << QStringLiteral("Permission denied");
+        QTest::newRow("SQLite, damaged page") << sqlite << QStringLiteral("damaged");
+        QTest::newRow("PostgreSQL") << static_cast<int>(Enumerations::Postgres) << QStringLiteral("no copies");
+    }
+    void keepsTheMigrationFromStarting()
+    {
+        QFETCH(QString, words);
+        const LogCapture log;
+        MigrationDatabase db(MigrationDatabase::Editor, 1, MigrationDatabase::With);
+        if (db.isFile())
+            db.execute({QStringLiteral("CREATE TABLE large AS SELECT zeroblob(3000000) AS bytes")});
+        else
+            db.execute({QStringLiteral("CREATE FUNCTION refuse() RETURNS event_trigger LANGUAGE plpgsql AS "
+                                       "$$ BEGIN RAISE EXCEPTION 'no copies'; END $$"),
+                        QStringLiteral("CREATE EVENT TRIGGER refuse ON ddl_command_end WHEN TAG IN ('CREATE TABLE AS') "
+                                       "EXECUTE FUNCTION refuse()")});
+        const QStringList before = db.content();
+        if (words == QLatin1String("damaged")) {
+            QFile file(db.database().name());
+            QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() - 4096) &&
+                    file.write("\xff\xff\xff", 3) == 3);
+        }
+        const auto attempt = [&] {
+            if (words == QLatin1String("Permission denied")) {
+                const QString folder = QFileInfo(db.database().name()).path();
+                const QFile::Permissions permissions = QFile::permissions(folder);
+                QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
+                const bool migrated = [&] {
+                    const UnprivilegedUser user;
+                    return db.manager().Migrate();
+                }();
+                QFile::setPermissions(folder, permissions);
+                return migrated;
+            }
+            const SmallFiles limit(words == QLatin1String("disk") ? 1000000 : RLIM_INFINITY);
+            return db.manager().Migrate();
+        };
+        const Database::FailureWatch watch;
+        QVERIFY(!attempt());
+        QVERIFY2(watch.reason().contains(QStringLiteral("No backup")) && watch.reason().contains(words),
+                 qPrintable(watch.reason()));
+        QVERIFY(log.contains(watch.reason()));
+        QCOMPARE(db.manager().DbVersion(), 1U);
+        QCOMPARE(db.backupContent(), QStringList());
+        if (words != QLatin1String("damaged"))
+            QCOMPARE(db.content(), before);
+    }
+};
 
 DATAACCESS_TEST(MigrationBackupTest)
 

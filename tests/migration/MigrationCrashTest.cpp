@@ -1,5 +1,4 @@
-#include "migration/MigrationFixture.h"
-#include "migration/editor/EditorMigrationManager.h"
+#include "migration/MigrationDatabase.h"
 #include "support/LogCapture.h"
 #include "support/TestMain.h"
 
@@ -8,18 +7,6 @@
 #include <QTest>
 
 using namespace TestSupport;
-
-/// Processes that migrate a database: at the same time, or killed, again and again, until one lives long enough.
-class MigrationCrashTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void completesWhatWasKilled_data() { addBackends(); }
-    void completesWhatWasKilled();
-    void letsAllProgramsIn_data() { addBackends(); }
-    void letsAllProgramsIn();
-};
 
 namespace {
 
@@ -31,80 +18,80 @@ void start(QProcess& process, const TestDatabase& database)
 
 } // namespace
 
-void MigrationCrashTest::completesWhatWasKilled()
+/// Processes that migrate a database: at the same time, or killed, again and again, until one lives long enough.
+class MigrationCrashTest : public QObject
 {
-    const LogCapture log;
-    TestDatabase database;
-    RunningWorker worker(database.config());
-    MigrationFixture::create(worker, MigrationFixture::Editor, 1, MigrationFixture::With);
-    const QString numbers =
-        QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100) "
-                       "SELECT i FROM n");
-    MigrationFixture::execute(
-        worker, {QStringLiteral("INSERT INTO ce_cable (id, voltage, switchgeara, switchgearb) "
-                                "SELECT 'many' || i, 5, 'g1', 'g1' FROM (%1) AS numbers")
-                     .arg(numbers),
-                 QStringLiteral(
-                     "INSERT INTO ce_segment (id, insulation, length) SELECT 'many' || i, 'i1', i FROM (%1) AS numbers")
-                     .arg(numbers)});
-    int killed = 0;
-    QRandomGenerator random(1);
-    for (int limit = 8;; limit += 1 + limit / 8) {
-        QProcess process;
-        start(process, database);
-        process.closeWriteChannel();
-        if (process.waitForFinished(random.bounded(limit))) {
-            QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-            QCOMPARE(process.exitCode(), 0);
-            break;
-        }
-        process.kill();
-        process.waitForFinished();
-        ++killed;
-    }
-    QVERIFY(killed >= 3);
+    Q_OBJECT
 
-    DataAccess::Manager::EditorMigrationManager manager;
-    manager.setDbWorker(worker.get());
-    QCOMPARE(manager.DbVersion(), manager.ExpectedVersion());
-    const QString many = QStringLiteral(" WHERE id LIKE 'many%'");
-    QCOMPARE(MigrationFixture::rows(worker, QStringLiteral("SELECT count(*), sum(voltage) FROM ce_cable") + many),
-             QStringLiteral("100|500000"));
-    QCOMPARE(MigrationFixture::rows(worker, QStringLiteral("SELECT count(*), sum(length), min(detail), max(detail) "
-                                                           "FROM ce_segment") +
-                                                many),
-             QStringLiteral("100|5050|{e4ceb74c-b03e-409d-8493-fd7aaa01162e}|{e4ceb74c-b03e-409d-8493-fd7aaa01162e}"));
-    MigrationFixture::execute(
-        worker, {QStringLiteral("DELETE FROM ce_cable") + many, QStringLiteral("DELETE FROM ce_segment") + many});
-    QCOMPARE(MigrationFixture::faults(worker, MigrationFixture::Editor, 1, MigrationFixture::With), QStringList());
-}
-
-/// Set DATAACCESS_TEST_ROUNDS for more rounds than a few.
-void MigrationCrashTest::letsAllProgramsIn()
-{
-    const LogCapture log;
-    const int rounds = qEnvironmentVariableIsSet("DATAACCESS_TEST_ROUNDS")
-                           ? qEnvironmentVariableIntValue("DATAACCESS_TEST_ROUNDS")
-                           : 4;
-    for (int round = 0; round < rounds; ++round) {
-        TestDatabase database;
-        RunningWorker worker(database.config());
-        const int version = round % 2 == 0 ? MigrationFixture::emptyVersion : 1;
-        MigrationFixture::create(worker, MigrationFixture::Editor, version, MigrationFixture::With);
-        QProcess programs[4];
-        for (QProcess& program : programs)
-            start(program, database);
-        for (QProcess& program : programs)
-            program.closeWriteChannel();
-        for (QProcess& program : programs) {
-            QVERIFY(program.waitForFinished());
-            QVERIFY2(program.exitStatus() == QProcess::NormalExit && program.exitCode() == 0,
-                     program.readAllStandardError().constData());
+private Q_SLOTS:
+    void completesWhatWasKilled_data() { addBackends(); }
+    void completesWhatWasKilled()
+    {
+        const LogCapture log;
+        MigrationDatabase db(MigrationDatabase::Editor, 1, MigrationDatabase::With);
+        const QString numbers =
+            QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100) "
+                           "SELECT i FROM n");
+        db.execute(
+            {QStringLiteral("INSERT INTO ce_cable (id, voltage, switchgeara, switchgearb) "
+                            "SELECT 'many' || i, 5, 'g1', 'g1' FROM (%1) AS numbers")
+                 .arg(numbers),
+             QStringLiteral(
+                 "INSERT INTO ce_segment (id, insulation, length) SELECT 'many' || i, 'i1', i FROM (%1) AS numbers")
+                 .arg(numbers)});
+        int killed = 0;
+        QRandomGenerator random(1);
+        for (int limit = 8;; limit += 1 + limit / 8) {
+            QProcess process;
+            start(process, db.database());
+            process.closeWriteChannel();
+            if (process.waitForFinished(random.bounded(limit))) {
+                QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+                QCOMPARE(process.exitCode(), 0);
+                break;
+            }
+            process.kill();
+            process.waitForFinished();
+            ++killed;
         }
-        QCOMPARE(MigrationFixture::faults(worker, MigrationFixture::Editor, version, MigrationFixture::With),
-                 QStringList());
+        QVERIFY(killed >= 3);
+
+        QCOMPARE(db.manager().DbVersion(), db.manager().ExpectedVersion());
+        const QString many = QStringLiteral(" WHERE id LIKE 'many%'");
+        QCOMPARE(db.rows(QStringLiteral("SELECT count(*), sum(voltage) FROM ce_cable") + many),
+                 QStringLiteral("100|500000"));
+        QCOMPARE(
+            db.rows(QStringLiteral("SELECT count(*), sum(length), min(detail), max(detail) FROM ce_segment") + many),
+            QStringLiteral("100|5050|{e4ceb74c-b03e-409d-8493-fd7aaa01162e}|{e4ceb74c-b03e-409d-8493-fd7aaa01162e}"));
+        db.execute({QStringLiteral("DELETE FROM ce_cable") + many, QStringLiteral("DELETE FROM ce_segment") + many});
+        QCOMPARE(db.faults(), QStringList());
     }
-}
+
+    void letsAllProgramsIn_data() { addBackends(); }
+    /// Set DATAACCESS_TEST_ROUNDS for more rounds than a few.
+    void letsAllProgramsIn()
+    {
+        const LogCapture log;
+        const int rounds = qEnvironmentVariableIsSet("DATAACCESS_TEST_ROUNDS")
+                               ? qEnvironmentVariableIntValue("DATAACCESS_TEST_ROUNDS")
+                               : 4;
+        for (int round = 0; round < rounds; ++round) {
+            const int version = round % 2 == 0 ? MigrationDatabase::emptyVersion : 1;
+            MigrationDatabase db(MigrationDatabase::Editor, version, MigrationDatabase::With);
+            QProcess programs[4];
+            for (QProcess& program : programs)
+                start(program, db.database());
+            for (QProcess& program : programs)
+                program.closeWriteChannel();
+            for (QProcess& program : programs) {
+                QVERIFY(program.waitForFinished());
+                QVERIFY2(program.exitStatus() == QProcess::NormalExit && program.exitCode() == 0,
+                         program.readAllStandardError().constData());
+            }
+            QCOMPARE(db.faults(), QStringList());
+        }
+    }
+};
 
 DATAACCESS_TEST(MigrationCrashTest)
 

@@ -51,8 +51,8 @@ private Q_SLOTS:
             pd.setDbWorker(worker.get());
             QVERIFY(editor.WaitForConnected());
             QVERIFY(editor.Migrate() && pd.Migrate());
-            QCOMPARE(editor.DbVersion(), 9U);
-            QCOMPARE(pd.DbVersion(), 8U);
+            QCOMPARE(editor.DbVersion(), editor.ExpectedVersion());
+            QCOMPARE(pd.DbVersion(), pd.ExpectedVersion());
         }
         QVERIFY(legacy.isUnchanged());
     }

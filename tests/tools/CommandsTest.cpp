@@ -117,7 +117,9 @@ private Q_SLOTS:
             QVERIFY2(run.exitCode == 0 || run.exitCode == 3, qPrintable(run.error));
         }
         const Run info = tool({QStringLiteral("info"), QStringLiteral("--json"), path});
-        QCOMPARE(info.document().value(QLatin1String("schemas"))[0][QLatin1String("found")].toInt(), 9);
+        const QJsonValue cables = info.document().value(QLatin1String("schemas"))[0];
+        QVERIFY(cables[QLatin1String("found")].toInt() > 0);
+        QCOMPARE(cables[QLatin1String("found")], cables[QLatin1String("expected")]);
         QCOMPARE(bytesOf(path), before);
         QCOMPARE(sample.files(), files);
         // A legacy file's content, images among it, in a file of today.
@@ -207,20 +209,22 @@ private Q_SLOTS:
     void migratesAfterABackup()
     {
         const Sample sample;
-        execute(sample.path(), {QStringLiteral("UPDATE feature_defaults SET value = 7 WHERE value = '9'"),
+        execute(sample.path(), {QStringLiteral("UPDATE feature_defaults SET value = 7 WHERE featureid = "
+                                               "(SELECT id FROM features WHERE name = 'CablesVersion')"),
                                 QStringLiteral("DELETE FROM ce_segment")});
         const QByteArray before = bytesOf(sample.path());
         const Run plan =
             tool({QStringLiteral("migrate"), QStringLiteral("-n"), QStringLiteral("--json"), sample.path()});
         QCOMPARE(plan.exitCode, 5);
         const QJsonArray steps = plan.document()[QLatin1String("steps")].toArray();
-        QCOMPARE(steps.size(), 2);
+        QCOMPARE(steps.at(0)[QLatin1String("name")].toString(), QStringLiteral("Cables_06"));
+        QCOMPARE(steps.at(1)[QLatin1String("name")].toString(), QStringLiteral("Cables_07"));
         QVERIFY(steps.at(0)[QLatin1String("discards")][QLatin1String("ce_segment_detail")].toInt() > 10);
         QCOMPARE(bytesOf(sample.path()), before);
 
         const Run run = tool({QStringLiteral("migrate"), QStringLiteral("--json"), sample.path()});
         RUN_WELL(run);
-        QVERIFY(run.error.contains(QLatin1String("Step 2 of 2")));
+        QVERIFY(run.error.contains(QStringLiteral("Step %1 of %1").arg(steps.size())));
         const QString backup = run.document()[QLatin1String("backup")].toString();
         QCOMPARE(tool({QStringLiteral("migrate"), QStringLiteral("-n"), backup}).exitCode, 5);
         RUN_WELL(tool({QStringLiteral("migrate"), QStringLiteral("-n"), sample.path()}));

@@ -1,24 +1,24 @@
 #include "Backup.h"
 #include "Invocation.h"
 #include "OpenedDatabase.h"
-#include "migration/StepDescription.h"
+#include "migration/MigrationModule.h"
 #include "transfer/TableRows.h"
 
 #include <QJsonArray>
 
 using namespace DataAccess;
-using Manager::StepDescription;
+using Manager::MigrationStep;
 
 namespace {
 
 /// The steps that @p database lacks.
-QVector<StepDescription> missingSteps(OpenedDatabase& database)
+QVector<MigrationStep> missingSteps(OpenedDatabase& database)
 {
-    QVector<StepDescription> missing;
+    QVector<MigrationStep> missing;
     for (const Transfer::SchemaState& schema : database.direct().schemas()) {
-        for (const StepDescription& step : Manager::stepDescriptions()) {
-            if (step.feature == schema.feature && step.version > schema.found && step.version <= schema.expected)
-                missing.append(step);
+        for (const Manager::MigrationModule* const module : Manager::migrationModules()) {
+            if (module->feature == schema.feature)
+                missing += module->steps.mid(static_cast<int>(schema.found));
         }
     }
     return missing;
@@ -44,10 +44,10 @@ QString textOf(const QJsonObject& rows, const QString& what)
     return texts.isEmpty() ? QString() : QStringLiteral("      %1 %2").arg(what, texts.join(QStringLiteral(", ")));
 }
 
-QJsonArray showPlan(OpenedDatabase& database, const QVector<StepDescription>& steps, const Invocation& invocation)
+QJsonArray showPlan(OpenedDatabase& database, const QVector<MigrationStep>& steps, const Invocation& invocation)
 {
     QJsonArray plan;
-    for (const StepDescription& step : steps) {
+    for (const MigrationStep& step : steps) {
         const QJsonObject discarded = rowsOf(database.database(), step.discards);
         const QJsonObject rewritten = rowsOf(database.database(), step.rewrites);
         invocation.print(
@@ -90,7 +90,7 @@ ExitCode migrate(const Invocation& invocation)
     {
         OpenedDatabase database(address, OpenedDatabase::Access::Read, invocation);
         database.refuseNewerSchema();
-        const QVector<StepDescription> missing = missingSteps(database);
+        const QVector<MigrationStep> missing = missingSteps(database);
         steps = missing.size();
         document.insert(QStringLiteral("steps"), showPlan(database, missing, invocation));
         if (steps == 0)

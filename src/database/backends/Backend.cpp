@@ -1,5 +1,6 @@
 #include "database/backends/Backend.h"
 
+#include "database/DbException.h"
 #include "database/IDatabase.h"
 
 #include <QSqlDatabase>
@@ -93,6 +94,11 @@ std::unique_ptr<Interfaces::IRowWriter> Backend::writer(QSqlQuery&, const QStrin
                                                         Session&, const std::function<void()>&) const
 {
     return nullptr;
+}
+
+const SchemaDialect& Backend::schemaDialect() const
+{
+    throw Exceptions::ExecutionException("databases of this type cannot be migrated");
 }
 
 } // namespace DataAccess::Database

@@ -24,6 +24,7 @@ class IValueConverter;
 namespace DataAccess::Database {
 
 class OpenFile;
+class SchemaDialect;
 class Session;
 
 /**
@@ -110,8 +111,6 @@ public:
     virtual QString nextId() const { return {}; }
     /// Statement that makes the sequence of the table %1; empty where there are none.
     virtual QString sequenceCreation() const { return {}; }
-    /// Select that finds the sequence of the table %1; empty where there are none.
-    virtual QString sequenceSearch() const { return {}; }
     /// @p select so that nobody else changes the rows it finds before the transaction, one that writes, has ended.
     virtual QString selectForUpdate(const QString& select) const { return select; }
     /// The place of the text @p part within the text @p whole, beginning with 1; 0 when it is not there.
@@ -132,6 +131,8 @@ public:
     virtual QString bulkSettings() const { return {}; }
     /// Whether a database that could not be opened, for @p reason, may be opened later without anybody's doing.
     virtual bool mayPass(const QString& /*reason*/) const { return false; }
+    /// What sets the backend apart in a migration. Throws ExecutionException for a type that has no backend.
+    virtual const SchemaDialect& schemaDialect() const;
     /// Whether an earlier state of the database stays by itself when it is migrated.
     virtual bool keepsOriginal() const { return false; }
 

@@ -1,20 +1,15 @@
-#include "migration/MigrationStep.h"
-#include "migration/editor/EditorMigrationManager.h"
-#include "migration/editor/EditorTables.h"
+#include "migration/SchemaChange.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::EditorSteps {
 
-bool EditorMigrationManager::Cables_01()
+void Cables_01(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) {
-        createVersionTables(step);
-        for (const QString& table : step.tables()) {
-            if (EditorTables::unversioned().contains(table, Qt::CaseInsensitive))
-                step.discard(table);
-        }
-        for (const TableDefinition& table : EditorTables::all01())
-            createTable(step, table);
-    });
+    schema.createVersionTables();
+    for (const QString& table : schema.tables()) {
+        if (schema.step().discards.contains(table, Qt::CaseInsensitive))
+            schema.discard(table);
+    }
+    schema.createTables();
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::EditorSteps

@@ -1,26 +1,25 @@
-#include "migration/MigrationStep.h"
-#include "migration/editor/EditorMigrationManager.h"
-#include "migration/editor/EditorTables.h"
+#include "migration/SchemaChange.h"
 
 #include <QUuid>
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::EditorSteps {
 
 namespace {
 
-void extendStations(MigrationStep& step)
+void extendStations(SchemaChange& schema)
 {
-    step.rebuild(EditorTables::station01(), EditorTables::station02(), QStringLiteral("ce_station_tmp"),
-                 QStringLiteral("INSERT INTO ce_station_tmp SELECT id, name, city, point, snap, deleted, timestamp "
-                                "FROM ce_station"),
-                 QStringLiteral("INSERT INTO ce_station SELECT id, name, city, point, snap, deleted, timestamp, NULL, "
-                                "NULL FROM ce_station_tmp"));
+    schema.rebuild(
+        QStringLiteral("ce_station"),
+        QStringLiteral("INSERT INTO ce_station_tmp SELECT id, name, city, point, snap, deleted, timestamp "
+                       "FROM ce_station"),
+        QStringLiteral("INSERT INTO ce_station SELECT id, name, city, point, snap, deleted, timestamp, NULL, "
+                       "NULL FROM ce_station_tmp"));
 }
 
 /// Gives each segment a detail of its own with the properties that the segment had.
-void createDetails(MigrationStep& step)
+void createDetails(SchemaChange& schema)
 {
-    const StatementRunner::Rows segments = step.rows(
+    const StatementRunner::Rows segments = schema.rows(
         QStringLiteral("SELECT id, name, velocity, insulation, type, snap, deleted, timestamp FROM ce_segment_tmp"));
     if (segments.isEmpty())
         return;
@@ -35,43 +34,42 @@ void createDetails(MigrationStep& step)
         references[0].append(id);
         references[1].append(segment.at(0));
     }
-    step.executeBatch(QStringLiteral("INSERT INTO ce_segment_detail values (?, ?, ?, ?, ?, ?, ?, ?, ?)"), details);
-    step.executeBatch(QStringLiteral("UPDATE ce_segment SET \"detail\" = :detail WHERE id = :id"), references);
+    schema.executeBatch(QStringLiteral("INSERT INTO ce_segment_detail values (?, ?, ?, ?, ?, ?, ?, ?, ?)"), details);
+    schema.executeBatch(QStringLiteral("UPDATE ce_segment SET \"detail\" = :detail WHERE id = :id"), references);
 }
 
-void moveSegmentProperties(MigrationStep& step)
+void moveSegmentProperties(SchemaChange& schema)
 {
-    step.rebuild(EditorTables::segment01(), EditorTables::segment02(), QStringLiteral("ce_segment_tmp"),
-                 QStringLiteral("INSERT INTO ce_segment_tmp SELECT id, name, velocity, insulation, phase, type, point, "
-                                "snap, deleted, length, indexnumber, timestamp FROM ce_segment"),
-                 QStringLiteral("INSERT INTO ce_segment SELECT id, name, indexnumber, length, phase, point, NULL, "
-                                "snap, deleted, timestamp FROM ce_segment_tmp"),
-                 [&step] { createDetails(step); });
+    schema.rebuild(
+        QStringLiteral("ce_segment"),
+        QStringLiteral("INSERT INTO ce_segment_tmp SELECT id, name, velocity, insulation, phase, type, point, "
+                       "snap, deleted, length, indexnumber, timestamp FROM ce_segment"),
+        QStringLiteral("INSERT INTO ce_segment SELECT id, name, indexnumber, length, phase, point, NULL, "
+                       "snap, deleted, timestamp FROM ce_segment_tmp"),
+        [&schema] { createDetails(schema); });
 }
 
-void changeCables(MigrationStep& step)
+void changeCables(SchemaChange& schema)
 {
-    step.rebuild(EditorTables::cable01(), EditorTables::cable02(), QStringLiteral("ce_cable_tmp"),
-                 QStringLiteral("INSERT INTO ce_cable_tmp SELECT id, number, voltage*1000, installationdate, "
-                                "diagnosticstate, city, stationa, stationb, terminationa, terminationb, switchgeara, "
-                                "switchgearb, route, owner, snap, deleted, cablestate, comment, length, timestamp "
-                                "FROM ce_cable"),
-                 QStringLiteral("INSERT INTO ce_cable SELECT id, number, voltage, installationdate, diagnosticstate, "
-                                "city, stationa, stationb, terminationa, terminationb, switchgeara, switchgearb, "
-                                "route, owner, '0', snap, deleted, cablestate, comment, length, timestamp "
-                                "FROM ce_cable_tmp"));
+    schema.rebuild(QStringLiteral("ce_cable"),
+                   QStringLiteral("INSERT INTO ce_cable_tmp SELECT id, number, voltage*1000, installationdate, "
+                                  "diagnosticstate, city, stationa, stationb, terminationa, terminationb, switchgeara, "
+                                  "switchgearb, route, owner, snap, deleted, cablestate, comment, length, timestamp "
+                                  "FROM ce_cable"),
+                   QStringLiteral("INSERT INTO ce_cable SELECT id, number, voltage, installationdate, diagnosticstate, "
+                                  "city, stationa, stationb, terminationa, terminationb, switchgeara, switchgearb, "
+                                  "route, owner, '0', snap, deleted, cablestate, comment, length, timestamp "
+                                  "FROM ce_cable_tmp"));
 }
 
 } // namespace
 
-bool EditorMigrationManager::Cables_02()
+void Cables_02(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) {
-        extendStations(step);
-        createTable(step, EditorTables::segmentDetail02());
-        moveSegmentProperties(step);
-        changeCables(step);
-    });
+    extendStations(schema);
+    schema.createTable(schema.after(QStringLiteral("ce_segment_detail")));
+    moveSegmentProperties(schema);
+    changeCables(schema);
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::EditorSteps

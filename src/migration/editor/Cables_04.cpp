@@ -1,7 +1,6 @@
-#include "migration/MigrationStep.h"
-#include "migration/editor/EditorMigrationManager.h"
+#include "migration/SchemaChange.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::EditorSteps {
 
 namespace {
 
@@ -40,12 +39,12 @@ QStringList spellings(const StatementRunner::Rows& insulations, const QString& n
     return found;
 }
 
-void shareDetailsOfInsulations(MigrationStep& step)
+void shareDetailsOfInsulations(SchemaChange& schema)
 {
-    const StatementRunner::Rows insulations = step.rows(QStringLiteral("SELECT DISTINCT name FROM ce_insulation"));
+    const StatementRunner::Rows insulations = schema.rows(QStringLiteral("SELECT DISTINCT name FROM ce_insulation"));
     for (const DefaultDetail& detail : defaultDetails()) {
         for (const QString& name : spellings(insulations, detail.insulation)) {
-            step.execute(
+            schema.execute(
                 QStringLiteral("UPDATE ce_segment SET \"detail\" = :newId WHERE detail in (SELECT ce_segment_detail.id "
                                "as id from ce_segment_detail INNER JOIN ce_insulation ON "
                                "ce_segment_detail.insulation = ce_insulation.id WHERE ce_insulation.name like :iso )"),
@@ -56,24 +55,21 @@ void shareDetailsOfInsulations(MigrationStep& step)
 
 } // namespace
 
-bool EditorMigrationManager::Cables_04()
+void Cables_04(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [](MigrationStep& step) {
-        shareDetailsOfInsulations(step);
-        step.execute(QStringLiteral("UPDATE ce_segment SET \"detail\" = :newId where detail in (Select id from "
-                                    "ce_segment_detail where (insulation not in (Select id from ce_insulation)) and "
-                                    "type like '{3308519a-3368-40fb-8371-9b4e39bf4cb2}')"),
-                     {{QStringLiteral(":newId"), unknownDetail()}});
-        step.execute(
-            QStringLiteral("UPDATE ce_segment SET \"detail\" = :newId WHERE detail in (SELECT "
-                           "ce_segment_detail.id as id from ce_segment_detail INNER JOIN ce_segmenttype ON "
-                           "ce_segment_detail.type = ce_segmentType.id WHERE ce_segmenttype.isjoint = :joint)"),
-            {{QStringLiteral(":newId"), QStringLiteral("{45c6c0b5-f2d4-338e-d0db-4737fb6cc0a7}")},
-             {QStringLiteral(":joint"), true}});
-        // The default entries are written again with the other default types.
-        step.empty(QStringLiteral("ce_insulation"));
-        step.empty(QStringLiteral("ce_segment_detail"));
-    });
+    shareDetailsOfInsulations(schema);
+    schema.execute(QStringLiteral("UPDATE ce_segment SET \"detail\" = :newId where detail in (Select id from "
+                                  "ce_segment_detail where (insulation not in (Select id from ce_insulation)) and "
+                                  "type like '{3308519a-3368-40fb-8371-9b4e39bf4cb2}')"),
+                   {{QStringLiteral(":newId"), unknownDetail()}});
+    schema.execute(QStringLiteral("UPDATE ce_segment SET \"detail\" = :newId WHERE detail in (SELECT "
+                                  "ce_segment_detail.id as id from ce_segment_detail INNER JOIN ce_segmenttype ON "
+                                  "ce_segment_detail.type = ce_segmentType.id WHERE ce_segmenttype.isjoint = :joint)"),
+                   {{QStringLiteral(":newId"), QStringLiteral("{45c6c0b5-f2d4-338e-d0db-4737fb6cc0a7}")},
+                    {QStringLiteral(":joint"), true}});
+    // The default entries are written again with the other default types.
+    schema.empty(QStringLiteral("ce_insulation"));
+    schema.empty(QStringLiteral("ce_segment_detail"));
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::EditorSteps

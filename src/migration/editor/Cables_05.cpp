@@ -1,19 +1,14 @@
-#include "migration/MigrationStep.h"
-#include "migration/editor/EditorMigrationManager.h"
-#include "migration/editor/EditorTables.h"
+#include "migration/SchemaChange.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::EditorSteps {
 
-bool EditorMigrationManager::Cables_05()
+void Cables_05(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) {
-        const TableDefinition before = EditorTables::cable02();
-        const QString columns = before.columnList();
-        step.rebuild(before, EditorTables::cable07(), QStringLiteral("ce_cable_tmp"),
-                     QStringLiteral("INSERT INTO ce_cable_tmp SELECT %1 FROM ce_cable").arg(columns),
-                     QStringLiteral("INSERT INTO ce_cable SELECT %1, NULL FROM ce_cable_tmp").arg(columns));
-        createTable(step, EditorTables::cablebookMeasures07());
-    });
+    const QString cable = QStringLiteral("ce_cable");
+    const QString columns = schema.before(cable).columnList();
+    schema.rebuild(cable, QStringLiteral("INSERT INTO ce_cable_tmp SELECT %1 FROM ce_cable").arg(columns),
+                   QStringLiteral("INSERT INTO ce_cable SELECT %1, NULL FROM ce_cable_tmp").arg(columns));
+    schema.createTable(schema.after(QStringLiteral("cablebook_measures")));
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::EditorSteps

@@ -1,12 +1,10 @@
-#include "migration/MigrationStep.h"
-#include "migration/editor/EditorMigrationManager.h"
-#include "migration/editor/EditorTables.h"
+#include "migration/SchemaChange.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::EditorSteps {
 
-bool EditorMigrationManager::Evaluation_01()
+void Evaluation_01(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) { createTable(step, EditorTables::evaluation05()); });
+    schema.createTables();
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::EditorSteps

@@ -1,14 +1,13 @@
 #include "database/LoggingCategories.h"
+#include "database/backends/SchemaDialect.h"
 #include "entities/qor/QorUuidHelpers.h"
-#include "migration/MigrationStep.h"
-#include "migration/editor/EditorMigrationManager.h"
-#include "migration/editor/EditorTables.h"
+#include "migration/SchemaChange.h"
 
 #include <QSet>
 
 #include <algorithm>
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::EditorSteps {
 
 namespace {
 
@@ -36,18 +35,18 @@ QString ratingId(const QVariant& evaluationId)
     return QOR::Entities::QorUuidHelpers::uuidFromInt(evaluationId.toLongLong()).toString();
 }
 
-QSet<QString> ratingIds(MigrationStep& step)
+QSet<QString> ratingIds(SchemaChange& schema)
 {
     QSet<QString> ids;
-    for (const QVariantList& row : step.rows(QStringLiteral("SELECT id FROM qor_rating")))
+    for (const QVariantList& row : schema.rows(QStringLiteral("SELECT id FROM qor_rating")))
         ids.insert(row.first().toString());
     return ids;
 }
 
 /// Deletes the copies of evaluations that an earlier pass has copied.
-void removeDoubles(MigrationStep& step, const StatementRunner::Rows& evaluations)
+void removeDoubles(SchemaChange& schema, const StatementRunner::Rows& evaluations)
 {
-    const QSet<QString> known = ratingIds(step);
+    const QSet<QString> known = ratingIds(schema);
     QVariantList doubles;
     for (const QVariantList& row : evaluations) {
         const QString copy = row.first().toString();
@@ -55,26 +54,38 @@ void removeDoubles(MigrationStep& step, const StatementRunner::Rows& evaluations
             doubles.append(copy);
     }
     if (!doubles.isEmpty())
-        step.executeBatch(QStringLiteral("DELETE FROM qor_rating WHERE id = ?"), {doubles});
+        schema.executeBatch(QStringLiteral("DELETE FROM qor_rating WHERE id = ?"), {doubles});
 }
 
 /// How many of the evaluations no pass has copied.
-int countNotCopied(MigrationStep& step, const StatementRunner::Rows& evaluations)
+int countNotCopied(SchemaChange& schema, const StatementRunner::Rows& evaluations)
 {
-    const QSet<QString> copied = ratingIds(step);
+    const QSet<QString> copied = ratingIds(schema);
     return static_cast<int>(std::count_if(evaluations.begin(), evaluations.end(), [&](const QVariantList& row) {
         return !copied.contains(ratingId(row.first()));
     }));
 }
 
-} // namespace
-
-void EditorMigrationManager::copyEvaluations(MigrationStep& step)
+/// Turns the integer ids of a table into identifiers; others stay.
+void setUuidAsId(SchemaChange& schema, const QString& tableName)
 {
-    const StatementRunner::Rows evaluations = step.rows(QStringLiteral("SELECT id FROM evaluation"));
+    for (const QVariantList& row : schema.rows(QStringLiteral("SELECT id FROM %1").arg(tableName))) {
+        const QString id = row.first().toString();
+        const qint64 number = id.toLongLong();
+        if (QString::number(number) != id)
+            continue;
+        schema.execute(
+            QStringLiteral("UPDATE %1 SET \"id\" = :id WHERE id = %2").arg(tableName, schema.dialect().asText(number)),
+            {{QStringLiteral(":id"), QOR::Entities::QorUuidHelpers::uuidFromInt(number).toString()}});
+    }
+}
+
+void copyEvaluations(SchemaChange& schema)
+{
+    const StatementRunner::Rows evaluations = schema.rows(QStringLiteral("SELECT id FROM evaluation"));
     if (evaluations.isEmpty())
         return;
-    const QStringList tables = step.tables();
+    const QStringList tables = schema.tables();
     bool complete = true;
     for (const Pass& pass : passes()) {
         if (!tables.contains(pass.table)) {
@@ -82,36 +93,40 @@ void EditorMigrationManager::copyEvaluations(MigrationStep& step)
             complete = false;
             continue;
         }
-        step.execute(QStringLiteral("INSERT INTO qor_rating (id,  mid,  tid,  cid,  comment,  evaluation,  automatic,  "
-                                    "oldcable,  eventselectionmodel,  modeid,  measuretime) SELECT  e.id,  e.mid,  "
-                                    "e.tid,  e.cid,  e.comment,  e.evaluation,  e.manual,  e.oldcable,  "
-                                    "e.eventselectionmodel,  ") +
-                     pass.source);
-        removeDoubles(step, evaluations);
-        step.require(setUuidAsId(step.database(), QStringLiteral("qor_rating")));
+        schema.execute(
+            QStringLiteral("INSERT INTO qor_rating (id,  mid,  tid,  cid,  comment,  evaluation,  automatic,  "
+                           "oldcable,  eventselectionmodel,  modeid,  measuretime) SELECT  e.id,  e.mid,  "
+                           "e.tid,  e.cid,  e.comment,  e.evaluation,  e.manual,  e.oldcable,  "
+                           "e.eventselectionmodel,  ") +
+            pass.source);
+        removeDoubles(schema, evaluations);
+        // The name that another compiler gave it stays in the log.
+        schema.runPart("unsigned int __cdecl DataAccess::Manager::EditorMigrationManager::setUuidAsId(class "
+                       "DataAccess::Interfaces::IDatabase &,const class QString &)",
+                       [&] { setUuidAsId(schema, QStringLiteral("qor_rating")); });
     }
-    const int notCopied = countNotCopied(step, evaluations);
+    const int notCopied = countNotCopied(schema, evaluations);
     if (complete || notCopied < evaluations.size())
-        m_messages.append(QStringLiteral(
+        schema.addMessage(QStringLiteral(
             "Cable and measurement ratings have been migrated that are likely from a Orvane installation on this computer. "
             "In order for these migrated ratings to continue to display correctly, you will need to upgrade Orvane to "
             "version 4.0.0 or later."));
     const QString table = QStringLiteral("evaluation");
     if (complete || notCopied == 0) {
-        step.execute(QStringLiteral("DELETE FROM ") + table);
-        step.tellDiscarded(table, notCopied);
+        schema.execute(QStringLiteral("DELETE FROM ") + table);
+        schema.tellDiscarded(table, notCopied);
     } else {
         // What a missing table has kept from being copied must not be lost.
         qCWarning(lcMigrationEditor) << "Evaluations that could not be migrated stay in" << table << ":" << notCopied;
     }
 }
 
-bool EditorMigrationManager::Evaluation_02()
+} // namespace
+
+void Evaluation_02(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) {
-        createTable(step, EditorTables::rating06());
-        copyEvaluations(step);
-    });
+    schema.createTables();
+    copyEvaluations(schema);
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::EditorSteps

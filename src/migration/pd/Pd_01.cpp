@@ -1,17 +1,11 @@
-#include "migration/MigrationStep.h"
-#include "migration/pd/PdMigrationManager.h"
-#include "migration/pd/PdTables.h"
+#include "migration/SchemaChange.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::PdSteps {
 
-bool PdMigrationManager::Pd_01()
+void Pd_01(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) {
-        createVersionTables(step);
-        for (const TableDefinition& table :
-             {PdTables::file01(), PdTables::task01(), PdTables::report01(), PdTables::mapping01()})
-            createTable(step, table);
-    });
+    schema.createVersionTables();
+    schema.createTables();
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::PdSteps

@@ -1,18 +1,14 @@
-#include "migration/MigrationStep.h"
-#include "migration/pd/PdMigrationManager.h"
-#include "migration/pd/PdTables.h"
+#include "migration/SchemaChange.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::PdSteps {
 
-bool PdMigrationManager::Pd_02()
+void Pd_02(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [](MigrationStep& step) {
-        const QStringList existing = step.tables();
-        for (const TableDefinition& table : {PdTables::reportMapping02(), PdTables::filter02(), PdTables::iec02()}) {
-            if (!existing.contains(table.name))
-                step.create(table);
-        }
-    });
+    const QStringList existing = schema.tables();
+    for (const TableDefinition& table : schema.step().layouts) {
+        if (!existing.contains(table.name))
+            schema.create(table);
+    }
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::PdSteps

@@ -1,14 +1,11 @@
-#include "migration/MigrationStep.h"
-#include "migration/pd/PdMigrationManager.h"
-#include "migration/pd/PdTables.h"
+#include "migration/private/PdChanges.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::PdSteps {
 
-bool PdMigrationManager::Pd_03()
+void Pd_03(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) {
-        createUnlessPresent(step, PdTables::evaluation03(), "allready exists!");
-    });
+    // Misspelt from the first, and kept so that a search of old and new logs finds it.
+    PdChanges::createTables(schema, "allready exists!");
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::PdSteps

@@ -1,16 +1,10 @@
-#include "migration/MigrationStep.h"
-#include "migration/pd/PdMigrationManager.h"
-#include "migration/pd/PdTables.h"
+#include "migration/private/PdChanges.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::PdSteps {
 
-bool PdMigrationManager::Pd_04()
+void Pd_04(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) {
-        for (const TableDefinition& table :
-             {PdTables::mappingEvent04(), PdTables::iecOverview04(), PdTables::summary04()})
-            createUnlessPresent(step, table, "already exists!");
-    });
+    PdChanges::createTables(schema);
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::PdSteps

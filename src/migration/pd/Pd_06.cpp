@@ -1,14 +1,10 @@
-#include "migration/MigrationStep.h"
-#include "migration/pd/PdMigrationManager.h"
-#include "migration/pd/PdTables.h"
+#include "migration/private/PdChanges.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::PdSteps {
 
-bool PdMigrationManager::Pd_06()
+void Pd_06(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) {
-        createUnlessPresent(step, PdTables::taskInfo06(), "already exists!");
-    });
+    PdChanges::createTables(schema);
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::PdSteps

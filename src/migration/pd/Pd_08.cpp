@@ -1,14 +1,10 @@
-#include "migration/MigrationStep.h"
-#include "migration/pd/PdMigrationManager.h"
-#include "migration/pd/PdTables.h"
+#include "migration/private/PdChanges.h"
 
-namespace DataAccess::Manager {
+namespace DataAccess::Manager::PdSteps {
 
-bool PdMigrationManager::Pd_08()
+void Pd_08(SchemaChange& schema)
 {
-    return runStep(Q_FUNC_INFO, [this](MigrationStep& step) {
-        createUnlessPresent(step, PdTables::lbDiagram08(), "already exists!");
-    });
+    PdChanges::createTables(schema);
 }
 
-} // namespace DataAccess::Manager
+} // namespace DataAccess::Manager::PdSteps

@@ -131,12 +131,6 @@ QString PostgresBackend::tableCount() const
                           "relnamespace IN (SELECT oid FROM pg_namespace WHERE nspname = 'public')");
 }
 
-QString PostgresBackend::sequenceSearch() const
-{
-    return QStringLiteral("SELECT oid FROM pg_class WHERE relkind = 'S' AND relname = '%1_s' "
-                          "AND pg_table_is_visible(oid)");
-}
-
 QString PostgresBackend::snapshot() const
 {
     return QStringLiteral("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY");

@@ -46,7 +46,7 @@ public:
     QString tableCount() const override;
     QString nextId() const override { return QStringLiteral("SELECT nextval('%1_s')"); }
     QString sequenceCreation() const override { return QStringLiteral("CREATE SEQUENCE %1_s"); }
-    QString sequenceSearch() const override;
+    const SchemaDialect& schemaDialect() const override;
     QString selectForUpdate(const QString& select) const override { return select + QLatin1String(" FOR UPDATE"); }
     QString byteOrder() const override { return QStringLiteral(" COLLATE \"C\""); }
     QString nullsFirst() const override { return QStringLiteral(" NULLS FIRST"); }

@@ -1,7 +1,0 @@
-#include "migration/IMigrationManager.h"
-
-namespace DataAccess::Interfaces {
-
-IMigrationManager::~IMigrationManager() = default;
-
-} // namespace DataAccess::Interfaces
