@@ -31,6 +31,7 @@ public:
     template <typename Result>
     using Task = Database::Task<Result>;
 
+    /// See IRepository.
     Task<Entities>* GetAllAsync() override;
     Task<std::shared_ptr<T>>* GetByIdAsync(QUuid id) override;
     Task<bool>* InsertAsync(EntityList entities) override;

@@ -81,11 +81,13 @@ public:
         return entity;
     }
 
+    /// Writes new rows, and keeps the entities.
     bool Insert(EntityList entities) override
     {
         return write(&IRepository::Insert, entities, [this](const std::shared_ptr<T>& entity) { cache(entity); });
     }
 
+    /// Writes existing rows, and keeps the entities.
     bool Update(EntityList entities) override
     {
         return write(&IRepository::Update, entities, [this](const std::shared_ptr<T>& entity) { cache(entity); });
@@ -100,6 +102,7 @@ public:
         });
     }
 
+    /// Deletes rows, and forgets the entities.
     bool Remove(EntityList entities) override
     {
         return write(&IRepository::Remove, entities, [this](const std::shared_ptr<T>& entity) { remove(entity); });
@@ -112,6 +115,7 @@ public:
         return m_repository ? m_repository->Count() : 0;
     }
 
+    /// See ICachedRepository.
     void Reload() override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -124,12 +128,14 @@ public:
             replace(std::move(all));
     }
 
+    /// See ICachedRepository.
     void Wipe() override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         replace({});
     }
 
+    /// Asks the repository, and leaves the cache alone.
     Task<Entities>* GetAllAsync() override { return repository().GetAllAsync(); }
     Task<std::shared_ptr<T>>* GetByIdAsync(QUuid id) override { return repository().GetByIdAsync(id); }
     Task<bool>* InsertAsync(EntityList entities) override { return repository().InsertAsync(std::move(entities)); }

@@ -81,6 +81,7 @@ enum class PropertyKind {
 /// The type that a getter gives, without reference.
 template <typename Getter>
 struct GetterValue;
+/// That of a member function.
 template <typename Value, typename E>
 struct GetterValue<Value (E::*)() const>
 {

@@ -27,6 +27,7 @@ public:
 class DATAACCESS_EXPORT PhaseRepositoryCached : public RepositoryCache<Cables::Entities::Phase>
 {
 public:
+    /// Shares @p repository, which may be null.
     explicit PhaseRepositoryCached(const std::shared_ptr<Interfaces::IRepository<Cables::Entities::Phase>>& repository);
     ~PhaseRepositoryCached() override;
 

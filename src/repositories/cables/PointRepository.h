@@ -27,6 +27,7 @@ public:
 class DATAACCESS_EXPORT PointRepositoryCached : public RepositoryCache<Cables::Entities::Point>
 {
 public:
+    /// Shares @p repository, which may be null.
     explicit PointRepositoryCached(const std::shared_ptr<Interfaces::IRepository<Cables::Entities::Point>>& repository);
     ~PointRepositoryCached() override;
 

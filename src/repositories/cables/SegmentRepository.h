@@ -27,6 +27,7 @@ public:
 class DATAACCESS_EXPORT SegmentRepositoryCached : public RepositoryCache<Cables::Entities::Segment>
 {
 public:
+    /// Shares @p repository, which may be null.
     explicit SegmentRepositoryCached(
         const std::shared_ptr<Interfaces::IRepository<Cables::Entities::Segment>>& repository);
     ~SegmentRepositoryCached() override;
