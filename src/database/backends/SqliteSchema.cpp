@@ -93,7 +93,7 @@ public:
             return {};
         const QString name = QStringLiteral(".before-%1-%2").arg(order.feature).arg(order.version);
         const auto path = [&](const QString& stamp) { return beside(original, name + QLatin1Char('-') + stamp); };
-        const QString file = path(freeTimeStamp([&](const QString& stamp) { return QFile::exists(path(stamp)); }));
+        QString file = path(freeTimeStamp([&](const QString& stamp) { return QFile::exists(path(stamp)); }));
         // Only who has the lock makes it: what is left of one that was killed meanwhile is replaced.
         copyFile(original, unfinishedName(beside(original, name)), file, order);
         qCInfo(order.category) << "Backup before the migration:" << file;
