@@ -36,15 +36,15 @@ Number parseNumber(std::string_view text)
 constexpr std::array<int, 16> idPairs = {1, 3, 5, 7, 10, 12, 15, 17, 20, 22, 25, 27, 29, 31, 33, 35};
 constexpr int idSize = 38;
 
-/// The value of each hexadecimal digit; -1 for any other character.
-inline constexpr std::array<signed char, 256> hexadecimal = [] {
-    std::array<signed char, 256> values{};
-    for (signed char& value : values)
-        value = -1;
-    for (unsigned char i = 0; i < 10; ++i)
-        values['0' + i] = static_cast<signed char>(i);
-    for (unsigned char i = 0; i < 6; ++i)
-        values['a' + i] = values['A' + i] = static_cast<signed char>(10 + i);
+/// The value of each hexadecimal digit; 255 for any other character.
+inline constexpr std::array<uchar, 256> hexadecimal = [] {
+    std::array<uchar, 256> values{};
+    for (uchar& value : values)
+        value = 255;
+    for (uchar i = 0; i < 10; ++i)
+        values['0' + i] = i;
+    for (uchar i = 0; i < 6; ++i)
+        values['a' + i] = values['A' + i] = static_cast<uchar>(10 + i);
     return values;
 }();
 
@@ -59,10 +59,10 @@ inline QUuid parseId(std::string_view text)
         const auto* const pair = reinterpret_cast<const uchar*>(text.data() + idPairs[i]);
         const int high = hexadecimal[pair[0]];
         const int low = hexadecimal[pair[1]];
-        digits |= high | low; // negative once one was no digit
+        digits |= high | low; // more than 15 once one was no digit
         bytes[i] = static_cast<uchar>(16 * high + low);
     }
-    if (digits < 0)
+    if (digits > 15)
         return {};
     const auto number = [&](std::size_t first) { return static_cast<uint>(bytes[first] << 8 | bytes[first + 1]); };
     return {number(0) << 16 | number(2),

@@ -4,7 +4,7 @@
 #include "database/backends/SqliteBackup.h"
 #include "database/private/Files.h"
 #include "transfer/DatabaseCopy.h"
-#include "transfer/DirectDatabase.h"
+#include "transfer/private/DirectDatabase.h"
 
 #include <QFile>
 #include <QTemporaryDir>

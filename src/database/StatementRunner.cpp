@@ -3,7 +3,6 @@
 #include "database/DbException.h"
 #include "database/IDatabase.h"
 #include "database/backends/Backend.h"
-#include "database/private/StatementError.h"
 
 #include <QDateTime>
 #include <QSqlError>

@@ -1,6 +1,7 @@
 #include "transfer/DatabaseCopy.h"
 
 #include "database/DbException.h"
+#include "transfer/private/TableRows.h"
 
 #include <QCryptographicHash>
 #include <QSqlQuery>

@@ -1,12 +1,18 @@
 #pragma once
 
-#include "transfer/TableRows.h"
+#include "transfer/Progress.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QVector>
 
+namespace DataAccess::Interfaces {
+class IDatabase;
+}
+
 namespace DataAccess::Transfer {
+
+struct SchemaTable;
 
 /// What a table holds: the number of its rows, and the SHA-256 of their lines in a dump.
 struct TableDigest

@@ -3,6 +3,7 @@
 #include "database/DbException.h"
 #include "migration/editor/EditorMigrationManager.h"
 #include "migration/pd/PdMigrationManager.h"
+#include "transfer/private/TableRows.h"
 
 #include <QIODevice>
 #include <QJsonDocument>

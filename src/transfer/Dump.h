@@ -1,8 +1,12 @@
 #pragma once
 
-#include "transfer/TableRows.h"
+#include "transfer/Progress.h"
 
 class QIODevice;
+
+namespace DataAccess::Interfaces {
+class IDatabase;
+}
 
 namespace DataAccess::Transfer {
 

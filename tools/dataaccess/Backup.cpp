@@ -6,7 +6,7 @@
 #include "PostgresTools.h"
 #include "database/backends/SqliteBackup.h"
 #include "database/backends/sqlite2/WorkingCopy.h"
-#include "transfer/TableRows.h"
+#include "transfer/Progress.h"
 
 #include <QDateTime>
 
@@ -34,6 +34,7 @@ void Backup::make(OpenedDatabase& database, const QString& path, bool isForced, 
     refuseToReplace(address.path(), path);
     NewFile file(path, isForced);
     if (address.isLegacy()) {
+        const NewFile workingCopy(Database::workingCopyOf(path), isForced);
         Database::copyLegacyFile(address.path(), path);
         return;
     }

@@ -12,7 +12,8 @@ ExitCode backup(const Invocation& invocation)
     const QString path = invocation.argument(1);
     Backup::make(database, path, invocation.has("force"), invocation);
     const qint64 bytes = QFileInfo(path).size();
-    invocation.print(QStringLiteral("%1 is backed up in %2 (%3 bytes).").arg(database.address().text, path).arg(bytes));
+    invocation.print(
+        QStringLiteral("%1 is backed up in %2 (%3).").arg(database.address().text, path, counted(bytes, "byte")));
     invocation.answer({{QStringLiteral("database"), database.address().text},
                        {QStringLiteral("file"), path},
                        {QStringLiteral("bytes"), bytes}});

@@ -3,7 +3,7 @@
 #include "Invocation.h"
 #include "OpenedDatabase.h"
 #include "database/backends/SqliteBackup.h"
-#include "transfer/TableRows.h"
+#include "transfer/private/TableRows.h"
 
 #include <QJsonArray>
 
@@ -119,10 +119,12 @@ ExitCode check(const Invocation& invocation)
     int repaired = 0;
     if (!backup.isEmpty()) {
         repaired = repair(address, found, invocation);
-        invocation.print(QStringLiteral("%1 of %2 faults are set right.").arg(repaired).arg(found.size()));
+        invocation.print(
+            QStringLiteral("%1 of %2 set right.").arg(QString::number(repaired), counted(found.size(), "fault")));
     } else {
-        invocation.print(found.isEmpty() ? QStringLiteral("%1 is sound.").arg(address.text)
-                                         : QStringLiteral("%1 has %2 faults.").arg(address.text).arg(found.size()));
+        invocation.print(found.isEmpty()
+                             ? QStringLiteral("%1 is sound.").arg(address.text)
+                             : QStringLiteral("%1 has %2.").arg(address.text, counted(found.size(), "fault")));
     }
     document.insert(QStringLiteral("repaired"), repaired);
     invocation.answer(document);

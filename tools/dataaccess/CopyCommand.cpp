@@ -2,6 +2,7 @@
 #include "OpenedDatabase.h"
 #include "TargetDatabase.h"
 #include "transfer/DatabaseCopy.h"
+#include "transfer/private/TableRows.h"
 
 #include <QJsonArray>
 #include <QThread>
@@ -107,9 +108,8 @@ ExitCode copy(const Invocation& invocation)
                                 {QStringLiteral("rows"), table.rows},
                                 {QStringLiteral("sha256"), QString::fromLatin1(table.sha256.toHex())}});
     }
-    invocation.print(QStringLiteral("%1 rows of %2 are in %3; number and digest of every table are the same.")
-                         .arg(rows)
-                         .arg(source.text, target.address().text));
+    invocation.print(QStringLiteral("%1 of %2 copied into %3; number and digest of every table are the same.")
+                         .arg(counted(rows, "row"), source.text, target.address().text));
     invocation.answer({{QStringLiteral("from"), source.text},
                        {QStringLiteral("to"), target.address().text},
                        {QStringLiteral("rows"), rows},

@@ -4,11 +4,13 @@
 #include "ToolError.h"
 #include "database/IConfig.h"
 #include "database/backends/postgres/PostgresBackend.h"
+#include "database/backends/sqlite2/WorkingCopy.h"
 #include "database/private/Files.h"
 
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <filesystem>
 
 using namespace DataAccess;
@@ -116,13 +118,24 @@ FileKind kindOf(const QString& path)
 
 bool isReplaced(const QString& input, const QString& output)
 {
-    const auto isSame = [&](const QString& file) {
+    if (input.isEmpty())
+        return false;
+    QStringList read{input, input + QStringLiteral("-journal"), input + QStringLiteral("-wal")};
+    QStringList written{output, Database::unfinishedName(output)};
+    if (kindOf(input) == FileKind::SQLite2) {
+        read.append(Database::workingCopyOf(input));
+        written.append(Database::workingCopyOf(output));
+    }
+    const auto isSame = [](const QString& one, const QString& other) {
         // False for a file that is not there.
         std::error_code ignored;
-        return std::filesystem::equivalent(QFile::encodeName(input).constData(), QFile::encodeName(file).constData(),
+        return QFileInfo(one).absoluteFilePath() == QFileInfo(other).absoluteFilePath() ||
+               std::filesystem::equivalent(QFile::encodeName(one).constData(), QFile::encodeName(other).constData(),
                                            ignored);
     };
-    return isSame(output) || isSame(Database::unfinishedName(output));
+    return std::any_of(read.begin(), read.end(), [&](const QString& one) {
+        return std::any_of(written.begin(), written.end(), [&](const QString& other) { return isSame(one, other); });
+    });
 }
 
 void refuseToReplace(const QString& input, const QString& output)

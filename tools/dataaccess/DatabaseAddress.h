@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transfer/DirectDatabase.h"
+#include "transfer/private/DirectDatabase.h"
 
 #include <QString>
 
@@ -33,7 +33,7 @@ struct DatabaseAddress
 enum class FileKind { Missing, Empty, SQLite2, SQLite3, PostgresArchive, Other };
 FileKind kindOf(const QString& path);
 
-/// Whether writing the file @p output would replace the file @p input, whatever their names.
+/// Whether writing the file @p output would replace the file @p input or what belongs to it, whatever their names.
 bool isReplaced(const QString& input, const QString& output);
 /// Throws ToolError when it would.
 void refuseToReplace(const QString& input, const QString& output);

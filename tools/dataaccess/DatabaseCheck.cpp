@@ -3,10 +3,11 @@
 #include "SchemaCheck.h"
 #include "context/CableContext.h"
 #include "database/IDatabase.h"
+#include "database/backends/Backend.h"
 #include "entities/cables/Insulation.h"
 #include "entities/cables/SegmentDetail.h"
 #include "entities/cables/SegmentType.h"
-#include "transfer/TableRows.h"
+#include "transfer/private/TableRows.h"
 
 #include <QImage>
 #include <QJsonDocument>
@@ -43,12 +44,12 @@ QString defaultIds()
     return list;
 }
 
-QString aliveCondition(const SchemaTable& table, bool isPostgres)
+/// Rows that are marked deleted may refer to what is gone.
+QString aliveCondition(Interfaces::IDatabase& db, const SchemaTable& table)
 {
-    if (!table.has(QStringLiteral("deleted")))
-        return QStringLiteral("1 = 1");
-    return isPostgres ? QStringLiteral("coalesce(a.deleted, false) = false")
-                      : QStringLiteral("coalesce(a.deleted, 0) = 0");
+    return table.has(QStringLiteral("deleted"))
+               ? QStringLiteral("NOT (%1)").arg(Database::Backend::of(db).isTrue().arg(QStringLiteral("a.deleted")))
+               : QStringLiteral("1 = 1");
 }
 
 bool isId(const QString& text)
@@ -61,7 +62,6 @@ bool isId(const QString& text)
 DatabaseCheck::DatabaseCheck(Interfaces::IDatabase& db, bool isDeep)
     : m_db(db)
     , m_isDeep(isDeep)
-    , m_isPostgres(db.Config()->Type() == Enumerations::Postgres)
 {}
 
 void DatabaseCheck::add(const char* fault, const QString& table, const QString& id, const QString& column,
@@ -198,7 +198,7 @@ void DatabaseCheck::checkReference(const SchemaTable& table, const SchemaReferen
     const QString missing = QStringLiteral("NOT EXISTS (SELECT 1 FROM %1 AS b WHERE b.id = %2)");
     QSqlQuery dangling =
         m_db.Exec(QStringLiteral("SELECT %1 FROM %2 AS a WHERE %3 AND %4 AND %5 AND %6 AND lower(%7) NOT IN (%8)")
-                      .arg(key, from, aliveCondition(table, m_isPostgres), set, missing.arg(target, column),
+                      .arg(key, from, aliveCondition(m_db, table), set, missing.arg(target, column),
                            missing.arg(target, QStringLiteral("lower(%1)").arg(column)), column, defaultIds()));
     while (dangling.next())
         add("reference dangling", table.name, dangling.value(0).toString(), reference.column,
@@ -213,7 +213,7 @@ void DatabaseCheck::checkPointLists()
         points.insert(QUuid(query.value(0).toString()));
     query = m_db.Exec(
         QStringLiteral("SELECT id, points FROM ce_route AS a WHERE points IS NOT NULL AND points <> '' AND ") +
-        aliveCondition(*Transfer::schemaTable(QStringLiteral("ce_route")), m_isPostgres));
+        aliveCondition(m_db, *Transfer::schemaTable(QStringLiteral("ce_route"))));
     while (query.next()) {
         for (const QString& part : query.value(1).toString().split(QLatin1Char('#'))) {
             const QUuid point(part);
@@ -230,11 +230,11 @@ void DatabaseCheck::checkPointLists()
 
 void DatabaseCheck::checkRatings()
 {
-    QSqlQuery query = m_db.Exec(
-        QStringLiteral(
-            "SELECT a.id FROM qor_rating AS a WHERE %1 AND (a.cid IS NULL OR a.cid = '' OR a.cid = '%2') AND "
-            "(a.tid IS NULL OR a.tid = '' OR a.tid = '%2') AND coalesce(a.mid, 0) = 0")
-            .arg(aliveCondition(*Transfer::schemaTable(QStringLiteral("qor_rating")), m_isPostgres), s_nullId));
+    QSqlQuery query =
+        m_db.Exec(QStringLiteral(
+                      "SELECT a.id FROM qor_rating AS a WHERE %1 AND (a.cid IS NULL OR a.cid = '' OR a.cid = '%2') AND "
+                      "(a.tid IS NULL OR a.tid = '' OR a.tid = '%2') AND coalesce(a.mid, 0) = 0")
+                      .arg(aliveCondition(m_db, *Transfer::schemaTable(QStringLiteral("qor_rating"))), s_nullId));
     while (query.next())
         add("rating without cable", QStringLiteral("qor_rating"), query.value(0).toString(), QStringLiteral("cid"),
             QStringLiteral("the rating belongs to no cable, task or measurement"));
@@ -242,8 +242,8 @@ void DatabaseCheck::checkRatings()
 
 void DatabaseCheck::checkValues(const SchemaTable& table)
 {
-    if (m_isPostgres)
-        return; // The server lets no other values in.
+    if (!Database::Backend::of(m_db).hasLooseColumns())
+        return;
     const QString key = quoted(table.columns.front().name);
     for (const SchemaColumn& column : table.columns) {
         const QString name = quoted(column.name);
@@ -323,8 +323,8 @@ void DatabaseCheck::checkDocuments(const char* table, const char* column)
 
 void DatabaseCheck::checkTexts(const SchemaTable& table)
 {
-    if (m_isPostgres)
-        return; // The server looks at every text that is written.
+    if (!Database::Backend::of(m_db).hasLooseColumns())
+        return;
     QTextCodec* const utf8 = QTextCodec::codecForName("UTF-8");
     for (const SchemaColumn& column : table.columns) {
         if (column.kind != Enumerations::Text)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transfer/SchemaTables.h"
+#include "transfer/private/SchemaTables.h"
 
 #include <QString>
 #include <QVector>
@@ -62,7 +62,6 @@ private:
 
     DataAccess::Interfaces::IDatabase& m_db;
     bool m_isDeep;
-    bool m_isPostgres;
     QStringList m_complete; // the tables that have all of their columns
     QVector<Finding> m_findings;
 };

@@ -42,7 +42,8 @@ ExitCode dump(const Invocation& invocation)
     file.close();
     if (whole) {
         whole->publish();
-        invocation.print(QStringLiteral("%1 rows of %2 are in %3.").arg(rows).arg(opened.address().text, path));
+        invocation.print(
+            QStringLiteral("%1 of %2 written into %3.").arg(counted(rows, "row"), opened.address().text, path));
     }
     invocation.answer({{QStringLiteral("rows"), rows}, {QStringLiteral("file"), path}});
     return Succeeded;
@@ -70,7 +71,7 @@ ExitCode load(const Invocation& invocation)
                         QStringLiteral("Nothing was loaded."));
     }
     target.complete();
-    invocation.print(QStringLiteral("%1 rows of %2 are in %3.").arg(rows).arg(path, target.address().text));
+    invocation.print(QStringLiteral("%1 of %2 loaded into %3.").arg(counted(rows, "row"), path, target.address().text));
     invocation.answer({{QStringLiteral("rows"), rows}, {QStringLiteral("database"), target.address().text}});
     return Succeeded;
 }

@@ -1,6 +1,8 @@
 #include "Invocation.h"
 #include "OpenedDatabase.h"
+#include "database/backends/Backend.h"
 #include "transfer/DatabaseCopy.h"
+#include "transfer/private/TableRows.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -23,12 +25,7 @@ struct TableInfo
 QStringList columnsOf(Interfaces::IDatabase& db, const QString& table)
 {
     QStringList columns;
-    const bool isPostgres = db.Config()->Type() == Enumerations::Postgres;
-    QSqlQuery query =
-        db.Exec(isPostgres ? QStringLiteral("SELECT attname FROM pg_attribute WHERE attrelid = '\"%1\"'::regclass "
-                                            "AND attnum > 0 AND NOT attisdropped")
-                                 .arg(table)
-                           : QStringLiteral("SELECT name FROM pragma_table_info('%1')").arg(table));
+    QSqlQuery query = db.Exec(Database::Backend::of(db).columnSearch().arg(table));
     while (query.next())
         columns.append(query.value(0).toString());
     return columns;
@@ -56,12 +53,10 @@ private:
     {
         const QString source = QStringLiteral(" FROM ") + Transfer::quoted(table.name);
         const QStringList columns = columnsOf(m_db, table.name);
-        const bool isPostgres = m_db.Config()->Type() == Enumerations::Postgres;
+        const Database::Backend& backend = Database::Backend::of(m_db);
         const auto flag = [&](const char* name) {
             const QString column = QString::fromLatin1(name);
-            return !columns.contains(column) ? QStringLiteral("0 = 1")
-                   : isPostgres              ? QStringLiteral("coalesce(%1, false)").arg(column)
-                                             : QStringLiteral("coalesce(%1, 0) <> 0").arg(column);
+            return columns.contains(column) ? backend.isTrue().arg(column) : QStringLiteral("0 = 1");
         };
         QSqlQuery query = m_db.Exec(QStringLiteral("SELECT count(*), coalesce(sum(CASE WHEN %1 THEN 1 ELSE 0 END), 0), "
                                                    "coalesce(sum(CASE WHEN (%2) AND NOT (%1) THEN 1 ELSE 0 END), 0)")
@@ -74,12 +69,7 @@ private:
         query.finish();
         if (!columns.contains(QStringLiteral("timestamp")))
             return;
-        // In a legacy file the column may hold a word in place of a time.
-        const QString last =
-            isPostgres
-                ? QStringLiteral("SELECT to_char(max(\"timestamp\"), 'YYYY-MM-DD HH24:MI:SS.MS')") + source
-                : QStringLiteral("SELECT max(\"timestamp\")") + source + QStringLiteral(" WHERE \"timestamp\" < ':'");
-        m_lastChange = qMax(m_lastChange, Transfer::scalar(m_db, last).toString());
+        m_lastChange = qMax(m_lastChange, Transfer::scalar(m_db, backend.lastTime().arg(table.name)).toString());
     }
 
     Interfaces::IDatabase& m_db;

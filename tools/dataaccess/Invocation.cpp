@@ -46,6 +46,12 @@ std::function<bool(qint64, qint64)> Invocation::progress(const QString& what, co
     return [line](qint64 done, qint64 total) { return line->show(done, total); };
 }
 
+QString counted(qint64 number, const char* noun)
+{
+    return QString::number(number) + QLatin1Char(' ') + QLatin1String(noun) +
+           (number == 1 ? QString() : QStringLiteral("s"));
+}
+
 QCommandLineOption forceOption(const char* description)
 {
     return {{QStringLiteral("f"), QStringLiteral("force")}, QString::fromLatin1(description)};

@@ -65,5 +65,7 @@ Command loadCommand();
 Command reportCommand();
 Command configCommand();
 
+/// "1 row", "2 rows".
+QString counted(qint64 number, const char* noun);
 /// The option that allows a command to replace what is there.
 QCommandLineOption forceOption(const char* description);

@@ -2,7 +2,7 @@
 #include "Invocation.h"
 #include "OpenedDatabase.h"
 #include "migration/MigrationModule.h"
-#include "transfer/TableRows.h"
+#include "transfer/private/TableRows.h"
 
 #include <QJsonArray>
 
@@ -40,7 +40,7 @@ QString textOf(const QJsonObject& rows, const QString& what)
 {
     QStringList texts;
     for (auto row = rows.begin(); row != rows.end(); ++row)
-        texts.append(QStringLiteral("%1 (%2 rows)").arg(row.key()).arg(row.value().toVariant().toLongLong()));
+        texts.append(QStringLiteral("%1 (%2)").arg(row.key(), counted(row.value().toVariant().toLongLong(), "row")));
     return texts.isEmpty() ? QString() : QStringLiteral("      %1 %2").arg(what, texts.join(QStringLiteral(", ")));
 }
 

@@ -53,12 +53,13 @@ OpenedDatabase::OpenedDatabase(const DatabaseAddress& address, Access access, co
         settings.name = m_folder->filePath(QStringLiteral("legacy.db"));
         Database::copyLegacyFile(address.settings.name, settings.name);
     }
-    if (address.isPostgres() && access == Access::Read)
-        settings.server.append({QStringLiteral("options"), QStringLiteral("-c default_transaction_read_only=on")});
     try {
         openWithRetries(invocation);
     } catch (const Exceptions::DbException& error) {
-        const QString reason = QString::fromLocal8Bit(error.what()).simplified();
+        QString reason = QString::fromLocal8Bit(error.what()).simplified();
+        // The name of a temporary copy tells nobody anything.
+        reason.remove(QStringLiteral("The SQLite 2 file %1 can't be opened: ").arg(settings.name));
+        reason.replace(settings.name, address.settings.name);
         throw ToolError(error.isUnavailable() ? Unavailable : Failed,
                         QStringLiteral("%1 can't be opened: %2").arg(address.text, reason),
                         error.isUnavailable() ? QStringLiteral("Try again when it can be reached.") : QString());

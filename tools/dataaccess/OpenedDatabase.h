@@ -1,7 +1,7 @@
 #pragma once
 
 #include "DatabaseAddress.h"
-#include "transfer/DirectDatabase.h"
+#include "transfer/private/DirectDatabase.h"
 
 #include <QTemporaryDir>
 

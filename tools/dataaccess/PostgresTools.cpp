@@ -1,8 +1,12 @@
 #include "PostgresTools.h"
 
+#include "OpenedDatabase.h"
 #include "ToolError.h"
-#include "transfer/TableRows.h"
+#include "transfer/Progress.h"
+#include "transfer/private/TableRows.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -15,16 +19,9 @@ using namespace DataAccess;
 namespace {
 
 constexpr int s_interval = 200;
+constexpr int s_lockTimeout = 10000;
 const QString s_dump = QStringLiteral("pg_dump");
 const QString s_restore = QStringLiteral("pg_restore");
-
-/// A connection that may write: what the reading was opened with must not hold for the restoring.
-QString target(Transfer::ConnectionSettings settings)
-{
-    for (auto option = settings.server.begin(); option != settings.server.end();)
-        option = option->first == QLatin1String("options") ? settings.server.erase(option) : option + 1;
-    return Transfer::connectionText(settings);
-}
 
 /// A program that does not outlive this one: a restore that nobody waits for would still replace the rows.
 class Helper final : public QProcess
@@ -62,9 +59,15 @@ void PostgresTools::run(const QString& program, const QStringList& arguments, co
     if (!progress())
         throw Transfer::Cancelled();
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
-        const QString reason = QString::fromLocal8Bit(process.readAllStandardError()).simplified();
-        throw ToolError(reason.contains(QLatin1String("lock timeout")) ? Unavailable : Failed,
-                        QStringLiteral("%1 failed: %2").arg(program, reason));
+        // What else the server says, in lines of its own, has the values of rows.
+        const QString reason = QString::fromLocal8Bit(process.readAllStandardError())
+                                   .split(QLatin1Char('\n'))
+                                   .filter(program + QLatin1Char(':'))
+                                   .join(QLatin1Char(' '));
+        // pg_dump waits for locks only, and under the time-out of a statement.
+        const bool isLocked = reason.contains(QLatin1String("statement timeout"));
+        throw ToolError(isLocked ? Unavailable : Failed, QStringLiteral("%1 failed: %2").arg(program, reason),
+                        isLocked ? QStringLiteral("Another program has locked a table; try again later.") : QString());
     }
 }
 
@@ -74,17 +77,37 @@ void PostgresTools::dumpTo(const QString& path, const Transfer::ConnectionSettin
     const auto written = [&] { return progress(QFileInfo(path).size(), 0); };
     run(s_dump,
         {QStringLiteral("--format=custom"), QStringLiteral("--no-password"), QStringLiteral("--lock-wait-timeout=10s"),
-         QStringLiteral("--file=") + path, QStringLiteral("--dbname=") + target(settings)},
+         QStringLiteral("--file=") + path, QStringLiteral("--dbname=") + Transfer::connectionText(settings)},
         settings.password, written);
     run(s_restore, {QStringLiteral("--file=/dev/null"), path}, {}, written);
 }
 
-void PostgresTools::restoreFrom(const QString& path, const Transfer::ConnectionSettings& settings,
+void PostgresTools::restoreFrom(const QString& path, OpenedDatabase& target,
                                 const std::function<bool(qint64, qint64)>& progress)
 {
+    Transfer::ConnectionSettings settings = target.address().settings;
+    const QString name = QStringLiteral("dataaccess restore %1").arg(QCoreApplication::applicationPid());
+    settings.server.append({QStringLiteral("application_name"), name});
+    const QString select = QStringLiteral("SELECT %1 FROM pg_stat_activity WHERE application_name = '%2'");
+    QElapsedTimer waiting;
+    // The time-out of the connection does not help: the first that the program does is to switch that off.
+    const auto isWanted = [&] {
+        if (!Transfer::scalar(target.database(), select.arg(QStringLiteral("bool_or(wait_event_type = 'Lock')"), name))
+                 .toBool()) {
+            waiting.invalidate();
+        } else if (!waiting.isValid()) {
+            waiting.start();
+        } else if (waiting.hasExpired(s_lockTimeout)) {
+            // Those who come later wait behind it.
+            Transfer::scalar(target.database(), select.arg(QStringLiteral("pg_terminate_backend(pid)"), name));
+            throw ToolError(Unavailable, QStringLiteral("%1 is locked by another program").arg(target.address().text),
+                            QStringLiteral("Nothing was changed; try again later."));
+        }
+        return progress(0, 0);
+    };
     run(s_restore,
         {QStringLiteral("--single-transaction"), QStringLiteral("--exit-on-error"), QStringLiteral("--clean"),
          QStringLiteral("--if-exists"), QStringLiteral("--no-owner"), QStringLiteral("--no-privileges"),
-         QStringLiteral("--no-password"), QStringLiteral("--dbname=") + target(settings), path},
-        settings.password, [&] { return progress(0, 0); });
+         QStringLiteral("--no-password"), QStringLiteral("--dbname=") + Transfer::connectionText(settings), path},
+        settings.password, isWanted);
 }

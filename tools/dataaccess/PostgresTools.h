@@ -1,10 +1,12 @@
 #pragma once
 
-#include "transfer/DirectDatabase.h"
+#include "transfer/private/DirectDatabase.h"
 
 #include <QStringList>
 
 #include <functional>
+
+class OpenedDatabase;
 
 /// PostgreSQL's own programs for backups.
 namespace PostgresTools {
@@ -19,8 +21,8 @@ void run(const QString& program, const QStringList& arguments, const QString& pa
 /// Writes the database into the file @p path in the custom format, and reads that file to its end.
 void dumpTo(const QString& path, const DataAccess::Transfer::ConnectionSettings& settings,
             const std::function<bool(qint64, qint64)>& progress);
-/// Replaces what the database holds by what the file @p path holds, in one transaction.
-void restoreFrom(const QString& path, const DataAccess::Transfer::ConnectionSettings& settings,
-                 const std::function<bool(qint64, qint64)>& progress);
+/// Replaces what the database holds by what the file @p path holds, in one transaction. Locks of others are waited for
+/// ten seconds.
+void restoreFrom(const QString& path, OpenedDatabase& target, const std::function<bool(qint64, qint64)>& progress);
 
 } // namespace PostgresTools

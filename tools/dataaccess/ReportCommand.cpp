@@ -27,7 +27,8 @@ ExitCode report(const Invocation& invocation)
         throw ToolError(Failed, QStringLiteral("%1 can't be written: %2").arg(path, file.errorString()));
     file.close();
     whole.publish();
-    invocation.print(QStringLiteral("%1 cables of %2 are in %3.").arg(data.cables.size()).arg(address.text, path));
+    invocation.print(
+        QStringLiteral("%1 of %2 shown in %3.").arg(counted(data.cables.size(), "cable"), address.text, path));
     invocation.answer({{QStringLiteral("cables"), data.cables.size()}, {QStringLiteral("file"), path}});
     return Succeeded;
 }

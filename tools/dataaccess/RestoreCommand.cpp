@@ -4,7 +4,7 @@
 #include "PostgresTools.h"
 #include "database/backends/SqliteBackup.h"
 #include "database/backends/sqlite2/WorkingCopy.h"
-#include "transfer/TableRows.h"
+#include "transfer/private/TableRows.h"
 
 using namespace DataAccess;
 
@@ -16,7 +16,8 @@ void refuseRows(OpenedDatabase& database, const Invocation& invocation)
 {
     const qint64 rows = Transfer::rowCount(database.database());
     if (rows > 0 && !invocation.has("force"))
-        throw ToolError(Failed, QStringLiteral("%1 holds %2 rows").arg(database.address().text).arg(rows), s_refused);
+        throw ToolError(Failed, QStringLiteral("%1 holds %2").arg(database.address().text, counted(rows, "row")),
+                        s_refused);
 }
 
 /// Whether the file is a database that SQLite can write; what is none can only be replaced as a file.
@@ -59,13 +60,13 @@ void restoreArchive(const QString& file, const DatabaseAddress& target, const In
 {
     OpenedDatabase database(target, OpenedDatabase::Access::Write, invocation);
     refuseRows(database, invocation);
-    PostgresTools::restoreFrom(file, database.address().settings,
-                               invocation.progress(QStringLiteral("Restore"), QStringLiteral("bytes")));
+    PostgresTools::restoreFrom(file, database, invocation.progress(QStringLiteral("Restore"), QStringLiteral("bytes")));
 }
 
 void restoreLegacy(const QString& file, const DatabaseAddress& target, const Invocation& invocation)
 {
     const NewFile whole(target.path(), invocation.has("force"));
+    const NewFile workingCopy(Database::workingCopyOf(target.path()), invocation.has("force"));
     Database::copyLegacyFile(file, target.path());
 }
 
@@ -92,7 +93,7 @@ ExitCode restore(const Invocation& invocation)
 
     OpenedDatabase restored(DatabaseAddress::parse(invocation.argument(1)), OpenedDatabase::Access::Read, invocation);
     const qint64 rows = Transfer::rowCount(restored.database());
-    invocation.print(QStringLiteral("%1 is restored from %2 (%3 rows).").arg(target.text, file).arg(rows));
+    invocation.print(QStringLiteral("%1 is restored from %2 (%3).").arg(target.text, file, counted(rows, "row")));
     invocation.answer(
         {{QStringLiteral("database"), target.text}, {QStringLiteral("file"), file}, {QStringLiteral("rows"), rows}});
     return Succeeded;

@@ -1,7 +1,7 @@
 #include "SchemaCheck.h"
 
 #include "database/IDatabase.h"
-#include "transfer/TableRows.h"
+#include "database/backends/Backend.h"
 
 #include <QHash>
 #include <QSqlQuery>
@@ -17,56 +17,26 @@ struct StoredColumn
     bool isKey = false;
 };
 
-QHash<QString, StoredColumn> storedColumns(Interfaces::IDatabase& db, const QString& table, bool isPostgres)
+QHash<QString, StoredColumn> storedColumns(Interfaces::IDatabase& db, const QString& table)
 {
     QHash<QString, StoredColumn> columns;
-    QSqlQuery query =
-        db.Exec(isPostgres ? QStringLiteral(
-                                 "SELECT a.attname, upper(format_type(a.atttypid, a.atttypmod)), EXISTS (SELECT 1 FROM "
-                                 "pg_index AS i WHERE i.indrelid = a.attrelid AND i.indisprimary AND a.attnum = "
-                                 "ANY(i.indkey)) FROM pg_attribute AS a WHERE a.attrelid = '\"%1\"'::regclass AND "
-                                 "a.attnum > 0 AND NOT a.attisdropped")
-                                 .arg(table)
-                           : QStringLiteral("SELECT name, upper(type), pk FROM pragma_table_info('%1')").arg(table));
+    QSqlQuery query = db.Exec(Database::Backend::of(db).columnSearch().arg(table));
     while (query.next())
         columns.insert(query.value(0).toString(), {query.value(1).toString(), query.value(2).toBool()});
     return columns;
-}
-
-/// How the backend's catalogue spells the type of @p column; the sizes of integers are those of their tables.
-QStringList expectedTypes(const SchemaColumn& column, bool isPostgres)
-{
-    switch (column.kind) {
-    case Enumerations::Integer:
-        return isPostgres ? QStringList{QStringLiteral("INTEGER"), QStringLiteral("BIGINT")}
-                          : QStringList{QStringLiteral("INTEGER")};
-    case Enumerations::Boolean:
-        return {isPostgres ? QStringLiteral("BOOLEAN") : QStringLiteral("INTEGER")};
-    case Enumerations::Numeric:
-        return {isPostgres ? QStringLiteral("NUMERIC") : QStringLiteral("REAL")};
-    case Enumerations::TimeStamp:
-        return {isPostgres ? QStringLiteral("TIMESTAMP WITHOUT TIME ZONE") : QStringLiteral("TEXT")};
-    case Enumerations::Date:
-        return {isPostgres ? QStringLiteral("DATE") : QStringLiteral("TEXT")};
-    case Enumerations::ByteArray:
-        return {isPostgres ? QStringLiteral("BYTEA") : QStringLiteral("TEXT")};
-    default:
-        return {QStringLiteral("TEXT")};
-    }
 }
 
 } // namespace
 
 QVector<SchemaFault> schemaFaults(Interfaces::IDatabase& db, const Transfer::SchemaTable& table)
 {
-    const bool isPostgres = db.Config()->Type() == Enumerations::Postgres;
-    const QHash<QString, StoredColumn> stored = storedColumns(db, table.name, isPostgres);
+    const QHash<QString, StoredColumn> stored = storedColumns(db, table.name);
     QVector<SchemaFault> faults;
     for (const SchemaColumn& column : table.columns) {
         const auto found = stored.constFind(column.name);
         if (found == stored.constEnd())
             faults.append({"column missing", column.name, QStringLiteral("the column is missing"), true});
-        else if (!expectedTypes(column, isPostgres).contains(found->type))
+        else if (!Database::Backend::of(db).columnTypes(column.kind).contains(found->type))
             faults.append({"column type", column.name, QStringLiteral("the column is %1").arg(found->type)});
     }
     for (auto column = stored.begin(); column != stored.end(); ++column) {

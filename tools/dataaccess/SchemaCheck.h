@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transfer/SchemaTables.h"
+#include "transfer/private/SchemaTables.h"
 
 namespace DataAccess::Interfaces {
 class IDatabase;

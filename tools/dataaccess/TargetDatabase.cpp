@@ -2,7 +2,7 @@
 
 #include "Invocation.h"
 #include "ToolError.h"
-#include "transfer/TableRows.h"
+#include "transfer/private/TableRows.h"
 
 #include <QFileInfo>
 

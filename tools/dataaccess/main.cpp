@@ -3,7 +3,7 @@
 #include "Interrupt.h"
 #include "Invocation.h"
 #include "database/DbException.h"
-#include "transfer/TableRows.h"
+#include "transfer/Progress.h"
 
 #include <QCoreApplication>
 #include <QJsonObject>

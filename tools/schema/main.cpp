@@ -1,6 +1,6 @@
 // Prints the current schema as a graph for Graphviz: the tables that the migrations lead to, and what refers to what.
 
-#include "transfer/SchemaTables.h"
+#include "transfer/private/SchemaTables.h"
 
 #include <QTextStream>
 

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "database/DataAccessExport.h"
+#include "database/DataType.h"
 #include "database/DatabaseType.h"
 
 #include <QSqlError>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -127,6 +129,15 @@ public:
     /// What is put before a select to get its rows in parts, from the cursor called %1, as results are held whole in
     /// memory; empty where they are not.
     virtual QString cursorDeclaration() const { return {}; }
+    /// A condition that the column %1, a truth value, is true.
+    virtual QString isTrue() const { return {}; }
+    /// Select of the columns of the table %1: each one's name, its type in capitals, and whether the primary key has
+    /// it.
+    virtual QString columnSearch() const { return {}; }
+    /// How that spells the type of a column of @p kind; the sizes of integers are those of their tables.
+    virtual QStringList columnTypes(Enumerations::DataType /*kind*/) const { return {}; }
+    /// Select of the last of the times in the column "timestamp" of the table %1, as a text.
+    virtual QString lastTime() const { return {}; }
     /// Statement for a connection that will read or write most of the database; empty when there is nothing to set.
     virtual QString bulkSettings() const { return {}; }
     /// Whether a database that could not be opened, for @p reason, may be opened later without anybody's doing.

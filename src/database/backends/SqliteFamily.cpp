@@ -183,4 +183,27 @@ QString SqliteFamily::position(const QString& part, const QString& whole) const
     return QStringLiteral("INSTR(%1,%2)").arg(whole, part);
 }
 
+QString SqliteFamily::isTrue() const
+{
+    return QStringLiteral("coalesce(%1, 0) <> 0");
+}
+
+QString SqliteFamily::columnSearch() const
+{
+    return QStringLiteral("SELECT name, upper(type), pk FROM pragma_table_info('%1')");
+}
+
+QStringList SqliteFamily::columnTypes(Enumerations::DataType kind) const
+{
+    if (kind == Enumerations::Integer || kind == Enumerations::Boolean)
+        return {QStringLiteral("INTEGER")};
+    return {kind == Enumerations::Numeric ? QStringLiteral("REAL") : QStringLiteral("TEXT")};
+}
+
+QString SqliteFamily::lastTime() const
+{
+    // In a legacy file the column may hold a word in place of a time.
+    return QStringLiteral("SELECT max(\"timestamp\") FROM \"%1\" WHERE \"timestamp\" < ':'");
+}
+
 } // namespace DataAccess::Database

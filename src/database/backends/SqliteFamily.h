@@ -71,6 +71,10 @@ public:
     QString nextId() const override { return QStringLiteral("SELECT IFNULL(MAX(OID),0) + 1 FROM \"%1\" LIMIT 1"); }
     QString position(const QString& part, const QString& whole) const override;
     bool hasLooseColumns() const override { return true; }
+    QString isTrue() const override;
+    QString columnSearch() const override;
+    QStringList columnTypes(Enumerations::DataType kind) const override;
+    QString lastTime() const override;
     const SchemaDialect& schemaDialect() const override;
     bool mayPass(const QString& reason) const override { return reason.contains(QLatin1String("locked")); }
 

@@ -1,6 +1,6 @@
 #include "NetworkData.h"
 
-#include "transfer/TableRows.h"
+#include "transfer/private/TableRows.h"
 
 #include <QJsonDocument>
 

@@ -136,6 +136,44 @@ QString PostgresBackend::snapshot() const
     return QStringLiteral("SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY");
 }
 
+QString PostgresBackend::isTrue() const
+{
+    return QStringLiteral("coalesce(%1, false)");
+}
+
+QString PostgresBackend::columnSearch() const
+{
+    return QStringLiteral("SELECT a.attname, upper(format_type(a.atttypid, a.atttypmod)), EXISTS (SELECT 1 FROM "
+                          "pg_index AS i WHERE i.indrelid = a.attrelid AND i.indisprimary AND a.attnum = "
+                          "ANY(i.indkey)) FROM pg_attribute AS a WHERE a.attrelid = '\"%1\"'::regclass AND "
+                          "a.attnum > 0 AND NOT a.attisdropped");
+}
+
+QStringList PostgresBackend::columnTypes(Enumerations::DataType kind) const
+{
+    switch (kind) {
+    case Enumerations::Integer:
+        return {QStringLiteral("INTEGER"), QStringLiteral("BIGINT")};
+    case Enumerations::Boolean:
+        return {QStringLiteral("BOOLEAN")};
+    case Enumerations::Numeric:
+        return {QStringLiteral("NUMERIC")};
+    case Enumerations::TimeStamp:
+        return {QStringLiteral("TIMESTAMP WITHOUT TIME ZONE")};
+    case Enumerations::Date:
+        return {QStringLiteral("DATE")};
+    case Enumerations::ByteArray:
+        return {QStringLiteral("BYTEA")};
+    default:
+        return {QStringLiteral("TEXT")};
+    }
+}
+
+QString PostgresBackend::lastTime() const
+{
+    return QStringLiteral("SELECT to_char(max(\"timestamp\"), 'YYYY-MM-DD HH24:MI:SS.MS') FROM \"%1\"");
+}
+
 bool PostgresBackend::mayPass(const QString& reason) const
 {
     const auto says = [&](const char* words) { return reason.contains(QLatin1String(words)); };

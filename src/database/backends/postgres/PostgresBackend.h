@@ -54,6 +54,10 @@ public:
     QString cursorDeclaration() const override { return QStringLiteral("DECLARE %1 NO SCROLL CURSOR FOR "); }
     // Other programs may have locked a table, and are not waited for without end.
     QString bulkSettings() const override { return QStringLiteral("SET lock_timeout = '10s'"); }
+    QString isTrue() const override;
+    QString columnSearch() const override;
+    QStringList columnTypes(Enumerations::DataType kind) const override;
+    QString lastTime() const override;
     bool mayPass(const QString& reason) const override;
 
 protected:

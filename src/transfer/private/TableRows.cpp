@@ -1,4 +1,4 @@
-#include "transfer/TableRows.h"
+#include "transfer/private/TableRows.h"
 
 #include "database/DbException.h"
 #include "database/Transaction.h"
@@ -17,37 +17,21 @@ namespace {
 constexpr int s_rowsAtOnce = 2000;
 constexpr int s_largeRowsAtOnce = 4;
 
-/// An order that all backends understand alike: texts by their bytes, NULL first.
-QString ordering(const Backend& backend, const SchemaTable& table)
-{
-    QStringList terms;
-    for (const SchemaColumn& column : table.columns) {
-        if (!table.key.isEmpty() && column.name != table.key)
-            continue;
-        QString term = quoted(column.name);
-        term += (column.kind == Enumerations::Text ? backend.byteOrder() : QString()) + backend.nullsFirst();
-        terms.append(term);
-    }
-    return terms.join(QLatin1String(", "));
-}
-
-QString selectOf(IDatabase& db, const SchemaTable& table, const StoredValue& after)
+QString selectOf(IDatabase& db, const SchemaTable& table)
 {
     const Backend& backend = Backend::of(db);
-    QString condition;
-    if (!after.isNull) {
-        const QString key = table.hasUuid() ? QLatin1Char('\'') +
-                                                  QString(after.text).replace(QLatin1Char('\''), QLatin1String("''")) +
-                                                  QLatin1Char('\'')
-                                            : QString::number(after.integer);
-        condition = QStringLiteral(" WHERE %1%2 > %3")
-                        .arg(quoted(table.key), table.hasUuid() ? backend.byteOrder() : QString(), key);
-    }
-    // Told with each row, as looking for it beforehand would take a pass of its own.
+    // Texts by their bytes and NULL first: an order that all backends understand alike. What is of another kind than
+    // its column is told with each row, as looking for it beforehand would take a pass of its own.
     const QString foreign = foreignTypeCondition(db, table);
-    return QStringLiteral("SELECT %1%2 FROM %3%4 ORDER BY %5")
+    QStringList order;
+    for (const SchemaColumn& column : table.columns) {
+        if (table.key.isEmpty() || column.name == table.key)
+            order.append(quoted(column.name) + (column.kind == Enumerations::Text ? backend.byteOrder() : QString()) +
+                         backend.nullsFirst());
+    }
+    return QStringLiteral("SELECT %1%2 FROM %3 ORDER BY %4")
         .arg(table.columnList(), foreign.isEmpty() ? QString() : QLatin1String(", ") + foreign, quoted(table.name),
-             condition, ordering(backend, table));
+             order.join(QLatin1String(", ")));
 }
 
 QString placeOf(const SchemaTable& table, const Row& row)
@@ -102,20 +86,20 @@ Snapshot::Snapshot(IDatabase& db)
         db.Exec(snapshot);
 }
 
-TableReader::TableReader(IDatabase& db, const SchemaTable& table, const StoredValue& after)
+TableReader::TableReader(IDatabase& db, const SchemaTable& table)
     : m_db(db)
     , m_table(table)
     , m_row(table.columns.size())
+    , m_tellsForeignTypes(Backend::of(db).hasLooseColumns())
 {
-    const QString select = selectOf(db, table, after);
     const QString declaration = Backend::of(db).cursorDeclaration();
-    if (!declaration.isEmpty()) {
+    const QString select = selectOf(db, table);
+    m_hasCursor = !declaration.isEmpty();
+    if (m_hasCursor) {
         db.Exec(declaration.arg(QStringLiteral("dataaccess_rows")) + select);
-        m_hasCursor = true;
         fetch();
     } else {
         m_reader = db.Read(select);
-        m_tellsForeignTypes = true;
     }
 }
 
@@ -131,20 +115,21 @@ TableReader::~TableReader()
     }
 }
 
-bool TableReader::fetch()
+void TableReader::fetch()
 {
     const int rows = m_table.hasBytes() ? s_largeRowsAtOnce : s_rowsAtOnce;
     m_reader.reset();
     m_reader = m_db.Read(QStringLiteral("FETCH FORWARD %1 FROM dataaccess_rows").arg(rows));
     m_fetched = 0;
-    return true;
 }
 
 bool TableReader::next()
 {
     bool onRow = m_reader->next();
-    if (!onRow && m_hasCursor && m_fetched > 0 && m_reader->error().isEmpty())
-        onRow = fetch() && m_reader->next();
+    if (!onRow && m_hasCursor && m_fetched > 0 && m_reader->error().isEmpty()) {
+        fetch();
+        onRow = m_reader->next();
+    }
     if (!onRow) {
         const QString error = m_reader->error();
         if (!error.isEmpty())

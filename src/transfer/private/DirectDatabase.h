@@ -38,7 +38,8 @@ struct SchemaState
     quint32 expected = 0; ///< The version that this build works with.
 };
 
-/// What libpq is told to reach the database, in its own form, with its name and without a password.
+/// What libpq is told to reach the database, in its own form, with its name and without a password. Of a keyword that
+/// stands there twice the last value counts.
 DATAACCESS_EXPORT QString connectionText(const ConnectionSettings& settings);
 
 /**

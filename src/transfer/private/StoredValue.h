@@ -1,7 +1,7 @@
 #pragma once
 
 #include "database/IValueConverter.h"
-#include "transfer/SchemaTables.h"
+#include "transfer/private/SchemaTables.h"
 
 #include <QByteArray>
 #include <QJsonValue>

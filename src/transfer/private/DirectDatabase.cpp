@@ -1,4 +1,4 @@
-#include "transfer/DirectDatabase.h"
+#include "transfer/private/DirectDatabase.h"
 
 #include "database/Database.h"
 #include "database/DatabaseConfig.h"
@@ -10,11 +10,11 @@
 #include "migration/pd/PdMigrationManager.h"
 #include "migration/private/SchemaVersion.h"
 
+#include <QMap>
 #include <QSqlDatabase>
 #include <QThread>
 #include <QUuid>
 
-#include <algorithm>
 #include <array>
 
 namespace DataAccess::Transfer {
@@ -56,17 +56,20 @@ private:
 
 QString connectionText(const ConnectionSettings& settings)
 {
-    QVector<QPair<QString, QString>> options = settings.server;
+    QMap<QString, QString> options;
+    for (const auto& [keyword, value] : settings.server)
+        options.insert(keyword, value);
     if (!settings.name.isEmpty())
-        options.append({QStringLiteral("dbname"), settings.name});
-    const auto isTimeout = [](const auto& option) { return option.first == QLatin1String("connect_timeout"); };
-    if (std::none_of(options.cbegin(), options.cend(), isTimeout))
-        options.append({QStringLiteral("connect_timeout"), QStringLiteral("5")});
+        options.insert(QStringLiteral("dbname"), settings.name);
+    if (!options.contains(QStringLiteral("connect_timeout")))
+        options.insert(QStringLiteral("connect_timeout"), QStringLiteral("5"));
+    if (settings.isReadOnly)
+        options[QStringLiteral("options")] += QStringLiteral(" -c default_transaction_read_only=on");
     QStringList texts;
-    for (const auto& [keyword, value] : options) {
-        QString text = value;
+    for (auto option = options.begin(); option != options.end(); ++option) {
+        QString text = option.value();
         text.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\''), QLatin1String("\\'"));
-        texts.append(QStringLiteral("%1='%2'").arg(keyword, text));
+        texts.append(QStringLiteral("%1='%2'").arg(option.key(), text));
     }
     return texts.join(QLatin1Char(' '));
 }

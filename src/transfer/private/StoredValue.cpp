@@ -1,4 +1,4 @@
-#include "transfer/StoredValue.h"
+#include "transfer/private/StoredValue.h"
 
 #include "database/backends/sqlite2/Sqlite2Backend.h"
 #include "database/private/DateTimeText.h"

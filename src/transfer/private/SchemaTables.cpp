@@ -1,4 +1,4 @@
-#include "transfer/SchemaTables.h"
+#include "transfer/private/SchemaTables.h"
 
 #include "migration/MigrationModule.h"
 

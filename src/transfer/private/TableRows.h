@@ -1,7 +1,8 @@
 #pragma once
 
 #include "database/IDatabase.h"
-#include "transfer/StoredValue.h"
+#include "transfer/Progress.h"
+#include "transfer/private/StoredValue.h"
 
 #include <QVector>
 
@@ -9,28 +10,8 @@
 
 namespace DataAccess::Transfer {
 
-/// How much of a long operation is done; an operation asks between two parts. False ends it at the next safe point.
-using Progress = std::function<bool(qint64 done, qint64 total)>;
-
 /// A row of the current schema.
 using Row = QVector<StoredValue>;
-
-/// Thrown when a progress has answered false.
-class DATAACCESS_EXPORT Cancelled : public std::runtime_error
-{
-public:
-    Cancelled();
-    ~Cancelled() override;
-};
-
-/// Thrown when what is stored cannot be understood. The text names table, row and column, never a value.
-class DATAACCESS_EXPORT ContentError : public std::runtime_error
-{
-public:
-    /// @p text is what() in UTF-8.
-    explicit ContentError(const QString& text);
-    ~ContentError() override;
-};
 
 /// Writes the lines of a dump that stand for the rows of one table. Equal rows give equal lines.
 class DATAACCESS_EXPORT RowLines
@@ -67,8 +48,8 @@ private:
 class DATAACCESS_EXPORT TableReader
 {
 public:
-    /// The rows whose key is behind @p after; all when that is null. Throws ExecutionException.
-    TableReader(Interfaces::IDatabase& db, const SchemaTable& table, const StoredValue& after = {});
+    /// Throws ExecutionException.
+    TableReader(Interfaces::IDatabase& db, const SchemaTable& table);
     ~TableReader();
     TableReader(const TableReader&) = delete;
     TableReader& operator=(const TableReader&) = delete;
@@ -80,14 +61,14 @@ public:
     const Row& row() const { return m_row; }
 
 private:
-    bool fetch();
+    void fetch();
 
     Interfaces::IDatabase& m_db;
     const SchemaTable& m_table;
     std::unique_ptr<Interfaces::IRowReader> m_reader;
     Row m_row;
     bool m_hasCursor = false;
-    bool m_tellsForeignTypes = false;
+    bool m_tellsForeignTypes; // behind the columns
     int m_fetched = 0;
 };
 
@@ -117,8 +98,8 @@ DATAACCESS_EXPORT qint64 rowCount(Interfaces::IDatabase& db);
 DATAACCESS_EXPORT void deleteAllRows(Interfaces::IDatabase& db);
 /// The first value of the first row of @p select; a null one when there is no row. Throws ExecutionException.
 DATAACCESS_EXPORT QVariant scalar(Interfaces::IDatabase& db, const QString& select);
-/// A condition that is true of the rows of @p table where SQLite holds something else than the kind of a column; empty
-/// on backends that do not allow that.
+/// A condition that is true of the rows of @p table where a column holds something else than its kind; empty on
+/// backends that do not allow that.
 DATAACCESS_EXPORT QString foreignTypeCondition(Interfaces::IDatabase& db, const SchemaTable& table);
 
 } // namespace DataAccess::Transfer
