@@ -40,7 +40,7 @@ namespace DataAccess::Database {
 // The family: databases whose statements SQLite 3 runs, be it on a file of its own or on the copy of a legacy one.
 
 /// The table that marks the working copy of a legacy file, which is a database of SQLite 3; not the user's.
-constexpr QLatin1String legacyOriginTable("sqlite2_origin");
+constexpr QLatin1String legacyOriginTable("sqlite2_origin", 14);
 
 // SQLite's own databases and statements behind those of Qt SQL. They are null when this library and Qt's driver do not
 // use one and the same copy of SQLite: nothing must be touched by another copy than the one that made it.
