@@ -2,7 +2,6 @@
 
 #include "database/DbException.h"
 
-#include <QFile>
 #include <QStringList>
 
 #include <memory>
@@ -16,7 +15,6 @@ using File = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
 using Statement = std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>;
 
 constexpr int s_patience = 5000;
-constexpr int s_usualPage = 4096;
 constexpr int s_pagesAtOnce = 2048;
 constexpr int s_restartsBeforeLock = 3;
 
@@ -60,41 +58,6 @@ int read(const File& file, const QString& select, QStringList& values)
     return status;
 }
 
-/// Copies @p source, which nobody can change while it has a transaction, as the file that it is: page by page takes
-/// three times as long. False when that cannot be done, or would keep writers away for too long.
-bool copyBytes(const File& source, const QString& from, const QString& to, const BackupProgress& progress,
-               bool& isComplete)
-{
-    constexpr sqlite3_int64 largest = 512 << 20;
-    constexpr sqlite3_int64 part = 1 << 20;
-    constexpr int formatOffset = 18;
-    sqlite3_file* file = nullptr;
-    sqlite3_int64 size = 0;
-    execute(source, from, "BEGIN; SELECT count(*) FROM sqlite_master");
-    const bool isKnown =
-        sqlite3_file_control(source.get(), "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file)) == SQLITE_OK &&
-        file != nullptr && file->pMethods != nullptr && file->pMethods->xFileSize(file, &size) == SQLITE_OK;
-    QByteArray bytes(static_cast<int>(qMin(size, part)), Qt::Uninitialized);
-    QFile target(to);
-    for (sqlite3_int64 offset = 0; isKnown && size <= largest && offset < size; offset += bytes.size()) {
-        bytes.resize(static_cast<int>(qMin(size - offset, part)));
-        // Through SQLite's own handle: closing another one would end the locks of the process.
-        const int status = file->pMethods->xRead(file, bytes.data(), bytes.size(), offset);
-        if (status != SQLITE_OK)
-            fail(from, status);
-        if (offset == 0 && (bytes.at(formatOffset) != 1 || !target.open(QIODevice::WriteOnly)))
-            return false; // What is new stands in a write-ahead log.
-        if (target.write(bytes) != bytes.size() || !target.flush()) {
-            const QString text = QStringLiteral("%1: %2").arg(to, target.errorString());
-            throw Exceptions::ExecutionException(text.toLocal8Bit().constData());
-        }
-        isComplete = !progress || progress((offset + bytes.size()) / s_usualPage, size / s_usualPage);
-        if (!isComplete)
-            break;
-    }
-    return target.isOpen();
-}
-
 /// Copies the pages; false when @p progress has ended that.
 bool copyPages(sqlite3_backup* backup, const BackupProgress& progress, int& status)
 {
@@ -123,13 +86,7 @@ bool copyPages(sqlite3_backup* backup, const BackupProgress& progress, int& stat
 
 bool backupSqlite(const QString& from, const QString& to, bool isUnseen, const BackupProgress& progress)
 {
-    bool isCopied = true;
     const File source = open(from, SQLITE_OPEN_READONLY);
-    if (isUnseen) {
-        if (copyBytes(source, from, to, progress, isCopied))
-            return isCopied;
-        execute(source, from, "COMMIT");
-    }
     const File target = open(to, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     if (isUnseen)
         execute(target, to, "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF");
