@@ -16,9 +16,8 @@ using BackupProgress = std::function<bool(qint64 done, qint64 total)>;
  * programs read and write. What @p to held is replaced, in one transaction: its readers see all of the old or all of
  * the new. @p isUnseen says that nobody reads @p to and that half a file does no harm, which saves the transaction.
  *
- * An unseen copy of up to 512 MiB is made at once, while writers of @p from wait. Else they make the copying begin
- * again, and from the third time on they have to wait. False when @p progress has ended it: then a @p to that can be
- * seen is as it was. Throws ExecutionException.
+ * Writers of @p from make the copying begin again; from the third time on they have to wait. False when @p progress has
+ * ended it: then a @p to that can be seen is as it was. Throws ExecutionException.
  */
 DATAACCESS_EXPORT bool backupSqlite(const QString& from, const QString& to, bool isUnseen,
                                     const BackupProgress& progress = {});
